@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "app/base/messageboxcustom.h"
+
+#include <QFont>
+
+MessageBoxCustom::MessageBoxCustom(Icon icon, const QString &title, const QString &text,
+                                   StandardButtons buttons)
+{
+    QFont font(QStringLiteral("Segoe UI"));
+    font.setPixelSize(12);
+    setFont(font);
+    setTextFormat(Qt::PlainText);
+    setIcon(icon);
+    setWindowTitle(title);
+    setText(text);
+    setStandardButtons(buttons);
+    setDefaultButton(NoButton);
+}
+
+QMessageBox::StandardButton MessageBoxCustom::run(Icon icon, const QString &title,
+                                                  const QString &text, StandardButtons buttons)
+{
+    MessageBoxCustom box(icon, title, text, buttons);
+    return StandardButton(box.exec());
+}
+
+QMessageBox::StandardButton MessageBoxCustom::warning(const QString &title, const QString &text,
+                                                      StandardButtons buttons)
+{
+    return run(Warning, title, text, buttons);
+}
+
+QMessageBox::StandardButton MessageBoxCustom::information(const QString &title, const QString &text,
+                                                          StandardButtons buttons)
+{
+    return run(Information, title, text, buttons);
+}
+
+QMessageBox::StandardButton MessageBoxCustom::critical(const QString &title, const QString &text,
+                                                       StandardButtons buttons)
+{
+    return run(Critical, title, text, buttons);
+}

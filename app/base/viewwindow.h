@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QQuickWidget>
+
+class QQuickItem;
+
+/// A top-level window that hosts one view from the resources: what all window controllers share.
+/// Loading a view that has errors is a programming mistake and ends the process.
+class ViewWindow : public QQuickWidget
+{
+    Q_OBJECT
+
+public:
+    enum class Sizing { Fixed, Resizable };
+
+    /// Sizes are in pixels at scale 1.
+    ViewWindow(const QString &title, const QUrl &view, QSize baseSize, Sizing sizing);
+
+    /// Closes the window and tells the rest of the program so, even when the window is hidden,
+    /// for which Qt itself sends no close event.
+    void closeWindow();
+
+protected:
+    /// The scale is passed in, so that all that one opening does uses the same one.
+    void applyScale(double scale);
+    [[nodiscard]] QQuickItem *view() const;
+    void setViewProperty(const char *name, const QVariant &value);
+    [[nodiscard]] QVariant viewProperty(const char *name) const;
+
+    /// Joins the view's root object and a QObject by name; a name that does not exist ends the process.
+    /// Signatures are those of the SIGNAL() and SLOT() macros.
+    void connectView(const char *viewSignal, const char *member);
+    void connectToView(const char *signal, const char *viewSignal);
+
+    /// The window has closed, by whatever means. Subclasses stop their work and emit showParent().
+    virtual void windowClosed() = 0;
+
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    const QSize m_baseSize;
+    const Sizing m_sizing;
+};

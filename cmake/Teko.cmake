@@ -1,0 +1,64 @@
+# SPDX-FileCopyrightText: The TEKO authors
+# SPDX-License-Identifier: Apache-2.0
+
+# Warnings and sanitizers that all code of the project is built with.
+function(teko_flags target)
+    if(MSVC)
+        target_compile_options(${target} PRIVATE /W4 /utf-8 $<$<BOOL:${TEKO_WERROR}>:/WX>)
+    else()
+        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow
+                                                 $<$<BOOL:${TEKO_WERROR}>:-Werror>)
+        if(TEKO_SANITIZE)
+            target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-omit-frame-pointer
+                                                     -fno-sanitize-recover=undefined)
+            target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+        endif()
+    endif()
+endfunction()
+
+# Strictness that only code written against Qt takes.
+function(teko_qt_flags target)
+    teko_flags(${target})
+    set_target_properties(${target} PROPERTIES AUTOMOC ON)
+    target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_compile_definitions(${target} PRIVATE
+        QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
+        QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS)
+endfunction()
+
+# teko_room(NAME SOURCES … LINKS …): one static library for one room of the house.
+function(teko_room name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC ${ARG_LINKS})
+    teko_qt_flags(${name})
+endfunction()
+
+# A link to the system's ffmpeg under the name that the program runs, in a folder that holds executables.
+function(teko_link_ffmpeg folder)
+    if(WIN32)
+        return()
+    endif()
+    find_program(TEKO_FFMPEG ffmpeg REQUIRED)
+    file(MAKE_DIRECTORY ${folder})
+    file(CREATE_LINK ${TEKO_FFMPEG} ${folder}/ffmpeg.exe SYMBOLIC)
+endfunction()
+
+# teko_test(NAME LABEL unit|view|wire|e2e SOURCES … LINKS … [FOLDER dir] [TIMEOUT seconds]): one CTest entry.
+# The program runs ffmpeg from its own folder, so FOLDER decides which ffmpeg.exe the test meets.
+function(teko_test name)
+    cmake_parse_arguments(ARG "" "LABEL;FOLDER;TIMEOUT" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE teko_testsupport Qt6::Test ${ARG_LINKS})
+    teko_qt_flags(${name})
+    if(NOT ARG_FOLDER)
+        set(ARG_FOLDER ${PROJECT_BINARY_DIR}/bin)
+    endif()
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ARG_FOLDER})
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_QUICK_BACKEND=software;LC_ALL=C.UTF-8")
+endfunction()

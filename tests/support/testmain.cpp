@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/testmain.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <memory>
+
+ScratchHome::ScratchHome()
+{
+    qputenv("HOME", QFile::encodeName(path()));
+    for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+        qunsetenv(name);
+    QDir(path()).mkpath(QStringLiteral("Documents"));
+}
+
+void TestCase::init()
+{
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
+}
+
+int runTest(int argc, char **argv, const std::function<QObject *()> &make)
+{
+    const ScratchHome home;
+    QCoreApplication::setOrganizationName(QStringLiteral("Dravo Software"));
+    QCoreApplication::setApplicationName(QStringLiteral("TEKO"));
+    QApplication app(argc, argv);
+    const std::unique_ptr<QObject> test(make());
+    return QTest::qExec(test.get(), argc, argv);
+}

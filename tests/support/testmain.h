@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QObject>
+#include <QTemporaryDir>
+
+#include <functional>
+
+/// A home folder of the test's own: nothing that a test runs reads or writes the user's files.
+/// Must be made before the application object.
+class ScratchHome
+{
+public:
+    ScratchHome();
+    [[nodiscard]] QString path() const { return m_folder.path(); }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+/// Base of every test class: a warning that was not announced with QTest::ignoreMessage() fails the test.
+/// A subclass with an init() of its own calls this one.
+class TestCase : public QObject
+{
+    Q_OBJECT
+
+protected slots:
+    void init();
+};
+
+/// Runs one test object in a QApplication named like the program, in a scratch home folder.
+int runTest(int argc, char **argv, const std::function<QObject *()> &make);
+
+#define TEKO_TEST_MAIN(TestClass)                                                                  \
+    int main(int argc, char **argv)                                                                \
+    {                                                                                              \
+        return runTest(argc, argv, [] { return new TestClass; });                                  \
+    }
