@@ -16,14 +16,20 @@ function(teko_flags target)
     endif()
 endfunction()
 
-# Strictness that only code written against Qt takes.
-function(teko_qt_flags target)
+# What all code written against Qt needs.
+function(teko_qt_basics target)
     teko_flags(${target})
     set_target_properties(${target} PROPERTIES AUTOMOC ON)
     target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR})
     target_compile_definitions(${target} PRIVATE
-        QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
         QT_NO_FOREACH QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS)
+endfunction()
+
+# Strictness for the program; tests may write literals as they are.
+function(teko_qt_flags target)
+    teko_qt_basics(${target})
+    target_compile_definitions(${target} PRIVATE
+        QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING)
 endfunction()
 
 # teko_room(NAME SOURCES … LINKS …): one static library for one room of the house.
@@ -50,7 +56,7 @@ function(teko_test name)
     cmake_parse_arguments(ARG "" "LABEL;FOLDER;TIMEOUT" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE teko_testsupport Qt6::Test ${ARG_LINKS})
-    teko_qt_flags(${name})
+    teko_qt_basics(${name})
     if(NOT ARG_FOLDER)
         set(ARG_FOLDER ${PROJECT_BINARY_DIR}/bin)
     endif()

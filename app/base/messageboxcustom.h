@@ -11,7 +11,8 @@ class MessageBoxCustom final : public QMessageBox
     Q_OBJECT
 
 public:
-    static StandardButton warning(const QString &title, const QString &text, StandardButtons buttons = Ok);
+    static StandardButton warning(const QString &title, const QString &text,
+                                  StandardButtons buttons = Ok);
     static StandardButton information(const QString &title, const QString &text,
                                       StandardButtons buttons = Ok);
     static StandardButton critical(const QString &title, const QString &text,

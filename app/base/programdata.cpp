@@ -47,8 +47,7 @@ ProgramData &ProgramData::instance()
 ProgramData::ProgramData(const QString &settingsFile)
     : m_credentialsText(QStringLiteral("TEKO credentials, sealed for this machine"))
     , m_settings(settingsFile, QSettings::IniFormat)
-{
-}
+{ }
 
 QString ProgramData::appFolder() const
 {
@@ -57,12 +56,14 @@ QString ProgramData::appFolder() const
 
 QString ProgramData::defaultVideoPlayer() const
 {
-    return m_settings.value("default_video_player", QStringLiteral("Default Video Player")).toString();
+    return m_settings.value("default_video_player", QStringLiteral("Default Video Player"))
+        .toString();
 }
 
 QString ProgramData::defaultAudioPlayer() const
 {
-    return m_settings.value("default_audio_player", QStringLiteral("Default Audio Player")).toString();
+    return m_settings.value("default_audio_player", QStringLiteral("Default Audio Player"))
+        .toString();
 }
 
 QString ProgramData::defaultVideoFormat() const

@@ -20,8 +20,8 @@ struct ServiceEndpoints
     bool operator==(const ServiceEndpoints &) const = default;
 };
 
-/// The process-wide program data store: settings with their defaults, standard folders, signed-in user.
-/// Creation is safe from any thread; everything else belongs to the GUI thread.
+/// The process-wide program data store: settings with their defaults, standard folders, signed-in
+/// user. Creation is safe from any thread; everything else belongs to the GUI thread.
 class ProgramData
 {
 public:
@@ -39,7 +39,8 @@ public:
     /// For writers, and for keys without a getter.
     [[nodiscard]] QSettings &settings() { return m_settings; }
 
-    /// The folder "TEKO" in the documents or else the local data location; empty while neither exists.
+    /// The folder "TEKO" in the documents or else the local data location; empty while neither
+    /// exists.
     [[nodiscard]] QString appFolder() const;
 
     [[nodiscard]] QString defaultVideoPlayer() const;
@@ -68,7 +69,8 @@ public:
     /// The fixed text under which the account side seals the credentials file.
     [[nodiscard]] const QString &credentialsText() const { return m_credentialsText; }
 
-    /// Asks the source at each call, since the embedded service listens only some time after the start.
+    /// Asks the source at each call, since the embedded service listens only some time after the
+    /// start.
     [[nodiscard]] ServiceEndpoints endpoints() const;
     void setEndpointSource(EndpointSource source) { m_endpointSource = std::move(source); }
 

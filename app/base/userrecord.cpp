@@ -17,9 +17,9 @@ UserRecord UserRecord::fromMap(const QVariantMap &map)
     user.email = text(map, QStringLiteral("email"));
     user.hash = text(map, QStringLiteral("hash"));
     user.subscription = {
-        number(plan, QStringLiteral("id")),     text(plan, QStringLiteral("added")),
-        text(plan, QStringLiteral("period")),   text(plan, QStringLiteral("version")),
-        text(plan, QStringLiteral("type")),     number(plan, QStringLiteral("expired")),
+        number(plan, QStringLiteral("id")),   text(plan, QStringLiteral("added")),
+        text(plan, QStringLiteral("period")), text(plan, QStringLiteral("version")),
+        text(plan, QStringLiteral("type")),   number(plan, QStringLiteral("expired")),
     };
     return user;
 }

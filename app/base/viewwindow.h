@@ -29,8 +29,8 @@ protected:
     void setViewProperty(const char *name, const QVariant &value);
     [[nodiscard]] QVariant viewProperty(const char *name) const;
 
-    /// Joins the view's root object and a QObject by name; a name that does not exist ends the process.
-    /// Signatures are those of the SIGNAL() and SLOT() macros.
+    /// Joins the view's root object and a QObject by name; a name that does not exist ends the
+    /// process. Signatures are those of the SIGNAL() and SLOT() macros.
     void connectView(const char *viewSignal, const char *member);
     void connectToView(const char *signal, const char *viewSignal);
 

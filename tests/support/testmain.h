@@ -19,8 +19,8 @@ private:
     QTemporaryDir m_folder;
 };
 
-/// Base of every test class: a warning that was not announced with QTest::ignoreMessage() fails the test.
-/// A subclass with an init() of its own calls this one.
+/// Base of every test class: a warning that was not announced with QTest::ignoreMessage() fails the
+/// test. A subclass with an init() of its own calls this one.
 class TestCase : public QObject
 {
     Q_OBJECT

@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "app/base/userrecord.h"
+
+#include <QString>
+
+/// The run mode that the user's licence allows: "full", or "demo" for the first 30 seconds of a
+/// file.
+[[nodiscard]] QString runMode(const UserRecord &user);
+
+/// Whether the service's answer to the daily-limit query, -1 when unknown, forbids another file
+/// today.
+[[nodiscard]] bool isDailyLimitReached(int remainingFiles);

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "app/base/hostinfo.h"
+
+#include <qt_windows.h>
+
+HostInfo hostInfo()
+{
+    SYSTEM_INFO system;
+    GetSystemInfo(&system);
+    MEMORYSTATUSEX memory;
+    memory.dwLength = sizeof memory;
+    GlobalMemoryStatusEx(&memory);
+    return {system.dwNumberOfProcessors, system.dwProcessorType, memory.ullTotalPhys,
+            memory.ullAvailPhys};
+}

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "app/base/messagewatcher.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QMessageBox>
+#include <QMetaObject>
+
+MessageWatcher::MessageWatcher(QObject *parent)
+    : QObject(parent)
+{
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool MessageWatcher::eventFilter(QObject *object, QEvent *event)
+{
+    auto *box = qobject_cast<QMessageBox *>(object);
+    if (!box || event->type() != QEvent::Show)
+        return false;
+    // Queued: the box is only on its way to its own event loop here.
+    QMetaObject::invokeMethod(
+        box,
+        [this, box] {
+            emit shown(box->windowTitle(), box->text());
+            box->done(QMessageBox::Ok);
+        },
+        Qt::QueuedConnection);
+    return false;
+}

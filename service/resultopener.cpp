@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "service/resultopener.h"
+
+#include "app/base/programdata.h"
+
+#include <QDesktopServices>
+#include <QFile>
+#include <QProcess>
+#include <QUrl>
+
+QString playerKey(const QString &playerName)
+{
+    return QString(playerName).remove(QLatin1Char(' '));
+}
+
+void openInPlayer(const ProgramData &store, const QString &playerName, const QString &file)
+{
+    const QString program = store.stringValue(playerKey(playerName));
+    if (program.isEmpty() || !QFile::exists(program))
+        QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+    else
+        QProcess::startDetached(program, {file});
+}
+
+void openFolderInBrowser(const QString &folder)
+{
+    QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+}
