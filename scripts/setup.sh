@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: The TEKO authors
+# SPDX-License-Identifier: Apache-2.0
+# Installs what is missing of Debian's packages. Usage: scripts/setup.sh [build] [run] [check]
+set -euo pipefail
+
+build=(g++ cmake ninja-build pkg-config ca-certificates git
+    qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
+    libpoco-dev libsndfile1-dev libkissfft-dev libsodium-dev)
+run=(ffmpeg libqt6svg6 qt6-qpa-plugins libgl1-mesa-dri fonts-liberation
+    qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
+    qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window)
+check=(clang-format-14 clang-tidy-14 qml6-module-qttest xvfb xauth curl python3 iproute2)
+
+wanted=()
+for group in "$@"; do
+    declare -n packages=$group
+    wanted+=("${packages[@]}")
+done
+missing=()
+for package in "${wanted[@]}"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+done
+((${#missing[@]} == 0)) && exit 0
+
+as_root=()
+if ((EUID != 0)); then
+    command -v sudo >/dev/null || {
+        echo "Please install these packages as root: ${missing[*]}" >&2
+        exit 1
+    }
+    as_root=(sudo)
+fi
+echo "Installing: ${missing[*]}" >&2
+# Everything that apt prints goes to standard error: standard output belongs to the program's results.
+export DEBIAN_FRONTEND=noninteractive
+if ! "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}" >&2; then
+    "${as_root[@]}" apt-get update >&2
+    "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}" >&2
+fi
