@@ -47,7 +47,22 @@ ProgramData &ProgramData::instance()
 ProgramData::ProgramData(const QString &settingsFile)
     : m_credentialsText(QStringLiteral("TEKO credentials, sealed for this machine"))
     , m_settings(settingsFile, QSettings::IniFormat)
-{ }
+{
+    keepDamagedFile();
+}
+
+bool ProgramData::saveSettings()
+{
+    m_settings.sync();
+    return m_settings.status() != QSettings::AccessError;
+}
+
+void ProgramData::keepDamagedFile() const
+{
+    // The next write drops every line that was not understood; the user may still want it.
+    if (m_settings.status() == QSettings::FormatError)
+        QFile::copy(m_settings.fileName(), m_settings.fileName() + QStringLiteral(".damaged"));
+}
 
 QString ProgramData::appFolder() const
 {

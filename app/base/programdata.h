@@ -38,6 +38,9 @@ public:
 
     /// For writers, and for keys without a getter.
     [[nodiscard]] QSettings &settings() { return m_settings; }
+    /// Writes what was set so far to the file; false when that failed. What was set holds for this
+    /// run in either case.
+    [[nodiscard]] bool saveSettings();
 
     /// The folder "TEKO" in the documents or else the local data location; empty while neither
     /// exists.
@@ -75,6 +78,7 @@ public:
     void setEndpointSource(EndpointSource source) { m_endpointSource = std::move(source); }
 
 private:
+    void keepDamagedFile() const;
     [[nodiscard]] QString folder(const QString &key, const QString &name) const;
 
     const QString m_credentialsText;

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "app/base/filedialogs.h"
+#include "app/base/viewwindow.h"
+
+#include <QVariantMap>
+
+class ProgramData;
+
+/// The settings window: shows the stored values in its view and writes back what the user chose. A
+/// value that cannot be stored is told in a message box. GUI thread only.
+class Settings final : public ViewWindow
+{
+    Q_OBJECT
+
+public:
+    /// The store must outlive the window.
+    explicit Settings(ProgramData &store, FileDialogs dialogs = FileDialogs::system());
+
+    /// Shows the window with what the store holds now.
+    void openWindow();
+
+    /// Reads what the view edits from the store.
+    void loadProgramSettings();
+
+    /// Where a sibling program is installed; empty when it is in none of the usual places.
+    [[nodiscard]] QString findAppPath(const QString &name) const;
+
+signals:
+    /// The window has closed.
+    void showParent();
+    void setProgramSettings(QVariant data);
+    void loaded();
+    /// No program was found: the box of "audio" or else of "video" goes back to the system's
+    /// player.
+    void resetOpening(QString field);
+    void updatePathField(QString path, QString key);
+
+public slots:
+    void saveScf(double scf);
+    void cancel();
+    void defaultSettings();
+    /// Makes sure that a player which the user picked can be found, asking him where it is if need
+    /// be.
+    void checkPathIsExisted(QString key, QString field);
+    void chooseNewPath(QString settingsKey, QString path);
+    void save(QVariant values);
+
+protected:
+    void windowClosed() override;
+
+private:
+    void connectRoot();
+    [[nodiscard]] QString findNewest(const QString &key) const;
+    /// Tells the user when the settings file could not be written; true when it was.
+    bool isStored();
+
+    ProgramData &m_store;
+    const FileDialogs m_dialogs;
+    QVariantMap m_programSettings;
+};

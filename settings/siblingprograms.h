@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// Where a sibling program of that name may be installed, in the order in which to look.
+[[nodiscard]] QStringList siblingCandidates(const QString &name);
+
+/// The versions of a sibling program, newest first, by its display name without spaces; empty when
+/// there is no such program.
+[[nodiscard]] QStringList siblingVersions(const QString &key);

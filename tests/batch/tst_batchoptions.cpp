@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "batch/batchoptions.h"
+#include "batch/batchsettings.h"
+#include "batch/progressreport.h"
+#include "tests/support/testmain.h"
+
+#include <QDir>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TestBatchOptions : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void calls_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("action");
+        QTest::addColumn<QString>("outcome");
+        using Action = BatchOptions::Action;
+        const auto row = [](const char *arguments, Action action, const QString &outcome) {
+            QTest::newRow(arguments)
+                << QString::fromLatin1(arguments).split(' ', Qt::SkipEmptyParts) << int(action)
+                << outcome;
+        };
+        row("/a.mp3", Action::Process, "||| /a.mp3");
+        row("--instrument VOCALS --format mp3 /a b.wav", Action::Process,
+            "vocals|MP3|| /a " + QDir::currentPath() + "/b.wav");
+        row("/a -i bass -f webm -s out", Action::Process,
+            "bass|WEBM|" + QDir::currentPath() + "/out| /a");
+        row("-- -odd.mp3", Action::Process, "||| " + QDir::currentPath() + "/-odd.mp3");
+        row("/a --instrument flute", Action::Refuse, "flute");
+        row("/a -f ogg", Action::Refuse, "ogg");
+        row("/a --fast", Action::Refuse, "fast");
+        row("/a -i", Action::Refuse, "Missing value");
+        row("-i bass", Action::Refuse, "No file");
+        row("/a --fast --help", Action::ShowText, "Exit code");
+        row("-v", Action::ShowText, "teko-batch 1.003");
+    }
+
+    void calls()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, action);
+        QFETCH(QString, outcome);
+        const BatchOptions options = parseBatchOptions(QStringList("teko-batch") + arguments);
+        QCOMPARE(int(options.action), action);
+        if (options.action != BatchOptions::Action::Process) {
+            QVERIFY2(options.text.contains(outcome), qPrintable(options.text));
+            return;
+        }
+        QCOMPARE(QStringList({options.instrument, options.format, options.saveFolder,
+                              ' ' + options.files.join(' ')})
+                     .join('|'),
+                 outcome);
+    }
+
+    void helpFitsATerminal()
+    {
+        for (const QString &line : parseBatchOptions({"teko-batch", "-h"}).text.split('\n'))
+            QVERIFY2(line.size() < 80, qPrintable(line));
+    }
+
+    void choicesLieOverTheUsersSettings()
+    {
+        const QTemporaryDir folder;
+        QSettings user(folder.filePath("user.ini"), QSettings::IniFormat);
+        QSettings call(folder.filePath("call.ini"), QSettings::IniFormat);
+        user.setValue("default_instrument", "Piano");
+        user.setValue("default_audio_format", "WMA");
+        user.setValue("service_url", "http://s");
+        BatchOptions options;
+        options.format = "MP3";
+        options.saveFolder = "/out";
+        applyBatchOptions(options, user, call);
+        const auto value = [&](const char *key) { return call.value(key).toString(); };
+        QCOMPARE(QStringList({value("default_instrument"), value("default_audio_format"),
+                              value("default_video_format"), value("default_path_save"),
+                              value("service_url")}),
+                 QStringList({"Piano", "MP3", "MP3", "/out", "http://s"}));
+        QCOMPARE(user.value("default_audio_format").toString(), QStringLiteral("WMA"));
+    }
+
+    void barOnlyGrowsAndNeverWraps()
+    {
+        const QList<BatchProgress> road{
+            {"converting", 0, 0, 0},      {"uploading", 0, 0, 0},      {"uploading", 100, 0, 0},
+            {"processing", 100, 0, 300},  {"processing", 100, 0, 2},   {"downloading", 100, 0, 0},
+            {"downloading", 100, 100, 0}, {"converting", 100, 100, 0}, {"success", 100, 100, 0}};
+        qsizetype filled = -1;
+        for (const BatchProgress &progress : road) {
+            const QString bar = progressBar(progress, QString(200, 'n'), 79);
+            QCOMPARE(bar.size(), 79);
+            QVERIFY2(bar.count('#') >= filled, qPrintable(bar));
+            QVERIFY(bar.contains(stageText(progress)));
+            filled = bar.count('#');
+        }
+        QCOMPARE(filled, 24);
+    }
+};
+
+TEKO_TEST_MAIN(TestBatchOptions)
+#include "tst_batchoptions.moc"
