@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <numeric>
+#include <vector>
 
 namespace {
 
@@ -50,16 +52,24 @@ QImage rendered(QSvgRenderer &renderer, QSize size, const QColor &ground)
     return image;
 }
 
-/// Mean lightness (0 to 255) of a picture at the size of the smallest button, on the windows' dark
+/// What tells states apart without colour, at the size of the smallest button on the windows' dark
 /// blue.
-int lightness(const QString &picture)
+struct Tones
+{
+    int mean;
+    int range;
+};
+
+Tones tonesOf(const QString &picture)
 {
     QSvgRenderer renderer(pathOf(picture));
-    const QImage image = rendered(renderer, QSize(30, 30), QColor(0x04, 0x2c, 0x58));
-    int sum = 0;
-    for (int i = 0; i < 30 * 30; ++i)
-        sum += qGray(image.pixel(i % 30, i / 30));
-    return sum / (30 * 30);
+    const QImage image = rendered(renderer, QSize(30, 30), QColor(0x04, 0x2c, 0x58))
+                             .convertToFormat(QImage::Format_Grayscale8);
+    std::vector<int> tones;
+    for (int y = 0; y < image.height(); ++y)
+        tones.insert(tones.end(), image.scanLine(y), image.scanLine(y) + image.width());
+    const auto [darkest, lightest] = std::ranges::minmax(tones);
+    return {std::accumulate(tones.begin(), tones.end(), 0) / int(tones.size()), lightest - darkest};
 }
 
 /// Largest difference of a colour channel between two columns of an image.
@@ -84,8 +94,8 @@ class IconsTest : public TestCase
 private slots:
     void pictureIsWhole_data();
     void pictureIsWhole();
-    void statesDifferInLightness_data();
-    void statesDifferInLightness();
+    void statesDifferWithoutColour_data();
+    void statesDifferWithoutColour();
     void progressTileJoinsItself();
     void programIconHasEverySize();
 };
@@ -118,18 +128,17 @@ void IconsTest::pictureIsWhole()
     const QSize larger = renderer.defaultSize() + QSize(20, 20);
     renderer.setViewBox(QRect(QPoint(-10, -10), larger));
     QImage image = rendered(renderer, larger, Qt::transparent);
-    QVERIFY(image.pixelColor(image.rect().center()).alpha() > 0
-            || picture == QStringLiteral("process"));
+    QImage empty(larger, image.format());
+    empty.fill(Qt::transparent);
+    QVERIFY(image != empty);
     QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_Clear);
     painter.fillRect(image.rect().adjusted(10, 10, -10, -10), Qt::transparent);
     painter.end();
-    QImage empty(larger, image.format());
-    empty.fill(Qt::transparent);
     QCOMPARE(image, empty);
 }
 
-void IconsTest::statesDifferInLightness_data()
+void IconsTest::statesDifferWithoutColour_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QStringList>("states");
@@ -139,15 +148,15 @@ void IconsTest::statesDifferInLightness_data()
         QTest::newRow(qPrintable(name)) << name << fourStates.first(3);
 }
 
-void IconsTest::statesDifferInLightness()
+void IconsTest::statesDifferWithoutColour()
 {
     QFETCH(QString, name);
     QFETCH(QStringList, states);
-    const int normal = lightness(name + states[0]);
-    const int hovered = lightness(name + states[1]);
-    const int pressed = lightness(name + states[2]);
-    QVERIFY2(hovered >= normal + 25, qPrintable(QStringLiteral("%1 %2").arg(normal).arg(hovered)));
-    QVERIFY2(pressed <= normal - 15, qPrintable(QStringLiteral("%1 %2").arg(normal).arg(pressed)));
+    const Tones normal = tonesOf(name + states[0]);
+    QVERIFY(tonesOf(name + states[1]).mean >= normal.mean + 25);
+    QVERIFY(tonesOf(name + states[2]).mean <= normal.mean - 15);
+    if (states.size() > 3)
+        QVERIFY(tonesOf(name + states[3]).range <= normal.range * 7 / 10);
 }
 
 void IconsTest::progressTileJoinsItself()
