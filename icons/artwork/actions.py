@@ -8,13 +8,6 @@ from .lettering import caption, caption_from
 from .shapes import accent, arc, circle, ellipse, hole, ink, placed, polygon, polyline, rounded
 
 
-def folder():
-    """88 wide, 66 high, open at the front."""
-    back = "M-44 -27C-44 -31 -41 -33 -38 -33L-18 -33C-15 -33 -13 -32 -11 -30L-6 -25L34 -25C38 -25 40 -23 40 -19L40 20L-44 20Z"
-    front = "M-34 -13L44 -13C48 -13 50 -10 49 -7L41 28C40 31 38 33 35 33L-39 33C-43 33 -44 31 -44 28L-39 -9C-38 -12 -37 -13 -34 -13Z"
-    return back, front
-
-
 def note(scale=1.0, x=0.0, y=0.0):
     """Two beamed eighth notes about (x, y), as paths."""
     def at(px, py):
@@ -24,6 +17,15 @@ def note(scale=1.0, x=0.0, y=0.0):
              polygon(at(11.5, -23), at(16, -24), at(16, 11), at(11.5, 11))]
     heads = [ellipse(*at(-13, 16), 8 * scale, 6.5 * scale), ellipse(*at(8.5, 11), 8 * scale, 6.5 * scale)]
     return [beam, *stems, *heads]
+
+
+def folder(note_scale, gap):
+    """An open folder with a note on its front, which a gap parts from its back; 94 wide, 66 high."""
+    back = ("M-44 -27C-44 -31 -41 -33 -38 -33L-18 -33C-15 -33 -13 -32 -11 -30L-6 -25L34 -25C38 -25 40 -23 40 -19"
+            "L40 20L-44 20Z")
+    front = ("M-34 -13L44 -13C48 -13 50 -10 49 -7L41 28C40 31 38 33 35 33L-39 33C-43 33 -44 31 -44 28"
+             "L-39 -9C-38 -12 -37 -13 -34 -13Z")
+    return [accent(back), hole(front, gap), ink(front), *map(hole, note(note_scale, 1, 11))]
 
 
 def gear(teeth=8, outer=39, root=30):
@@ -37,9 +39,7 @@ def gear(teeth=8, outer=39, root=30):
 
 
 def _select_file():
-    back, front = folder()
-    glyph = [accent(back), hole(front, 5), ink(front), *(hole(path) for path in note(0.72, 1, 11))]
-    return [placed(glyph, 62.5, 51.5, 0, 0.94), *caption("Select File", 64, 112, 14)]
+    return [placed(folder(0.72, 5), 62.5, 51.5, 0, 0.94), *caption("Select File", 64, 112, 14)]
 
 
 def _settings():
@@ -48,8 +48,8 @@ def _settings():
 
 
 def _archive():
-    box = [accent(rounded(-41, -34, 82, 20, 5)), ink("M-35 -9L35 -9L35 27C35 31 32 34 28 34L-28 34C-32 34 -35 31 -35 27Z"),
-           hole(rounded(-15, 2, 30, 9, 4.5))]
+    body = "M-35 -9L35 -9L35 27C35 31 32 34 28 34L-28 34C-32 34 -35 31 -35 27Z"
+    box = [accent(rounded(-41, -34, 82, 20, 5)), ink(body), hole(rounded(-15, 2, 30, 9, 4.5))]
     return [placed(box, 64, 52), *caption("Archive", 64, 112, 14)]
 
 
@@ -61,7 +61,7 @@ def _select_instrument():
 def _output_format():
     page = "M-27 -31C-27 -34 -25 -36 -22 -36L8 -36L27 -17L27 33C27 36 25 38 22 38L-22 38C-25 38 -27 36 -27 33Z"
     fold = polygon((8, -36), (8, -17), (27, -17))
-    glyph = [ink(page), hole(fold), *(hole(path) for path in note(0.85, -1, 9)),
+    glyph = [ink(page), hole(fold), *map(hole, note(0.85, -1, 9)),
              accent(polyline((41, 4), (70, 4)), 9), accent(polyline((58, -10), (72, 4), (58, 18)), 9)]
     return [placed(glyph, 46, 43, 0, 0.8), *caption("Output", 64, 94.5, 13), *caption("Format", 64, 113, 13)]
 
@@ -84,14 +84,12 @@ def _help():
 
 
 def _select_file_small():
-    back, front = folder()
-    glyph = [accent(back), hole(front, 7), ink(front), *(hole(path) for path in note(0.8, 1, 11))]
-    return [placed(glyph, 62, 64, 0, 0.86)]
+    return [placed(folder(0.8, 7), 62, 64, 0, 0.86)]
 
 
 def _my_account():
-    person = [accent(circle(0, -17, 17)), accent("M-31 34C-31 16 -18 6 0 6C18 6 31 16 31 34C31 37 29 38 27 38L-27 38C-29 38 -31 37 -31 34Z")]
-    return [placed(person, 103, 61), *caption_from("My Account", 172, 85, 50)]
+    shoulders = "M-31 34C-31 16 -18 6 0 6C18 6 31 16 31 34C31 37 29 38 27 38L-27 38C-29 38 -31 37 -31 34Z"
+    return [placed([accent(circle(0, -17, 17)), accent(shoulders)], 103, 61), *caption_from("My Account", 172, 85, 50)]
 
 
 def _eye():
@@ -105,12 +103,14 @@ def _eye_struck():
 
 def _audio():
     beam, *rest = note(2.2, 60, 70)
-    return [accent(beam), *(ink(path) for path in rest)]
+    return [accent(beam), *map(ink, rest)]
 
 
 def _video():
-    return [ink(rounded(8, 26, 112, 76, 14)), *(hole(rounded(x, y, 11, 11, 3)) for x in (17, 38, 59, 80, 101) for y in (33, 84)),
-            hole(rounded(16, 50, 96, 28, 5)), accent(polygon((55, 53), (78, 64), (55, 75))), accent(polygon((55, 53), (78, 64), (55, 75)), 3)]
+    perforation = [rounded(x, y, 11, 11, 3) for x in (17, 38, 59, 80, 101) for y in (33, 84)]
+    triangle = polygon((55, 53), (78, 64), (55, 75))
+    return [ink(rounded(8, 26, 112, 76, 14)), *map(hole, perforation), hole(rounded(16, 50, 96, 28, 5)),
+            accent(triangle), accent(triangle, 3)]
 
 
 def _play():
@@ -131,7 +131,7 @@ def _lock():
 def _process():
     heads = [polygon((86, 60), (126, 60), (106, 84)), polygon((42, 68), (2, 68), (22, 44))]
     return [ink(arc(64, 64, 42, 42, -132, -5), 15), ink(arc(64, 64, 42, 42, 48, 175), 15),
-            *(ink(head) for head in heads), *(ink(head, 4) for head in heads)]
+            *map(ink, heads), *(ink(head, 4) for head in heads)]
 
 
 TILES = {"Select File": _select_file(), "Settings": _settings(), "archive": _archive(),

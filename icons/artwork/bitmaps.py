@@ -5,7 +5,7 @@ import math
 import struct
 import zlib
 
-from .grounds import document
+from .grounds import document, gradients
 from .shapes import Shape, rounded
 
 ICON_SIZES = (16, 24, 32, 48, 64, 128, 256)
@@ -50,18 +50,14 @@ def progress_item():
 _SPARSE = ((24, 42, 16, 58, "ink"), (56, 76, 16, 24, "slot"), (56, 20, 16, 44, "accent"), (88, 42, 16, 58, "ink"))
 _FULL = ((18, 56, 12, 32, "ink"), (38, 38, 12, 68, "ink"), (58, 78, 12, 26, "slot"), (58, 20, 12, 46, "accent"),
          (78, 38, 12, 68, "ink"), (98, 56, 12, 32, "ink"))
-_COLOURS = {"ink": "#ffffff", "accent": "#ffc233", "slot": "#0a1a66"}
-_TOP, _BOTTOM, _RIM_TOP, _RIM_BOTTOM = "#2f6bea", "#0a1b70", "#b9d2ff", "#2446b8"
+_COLOURS = {"top": "#2f6bea", "bottom": "#0a1b70", "rim_top": "#b9d2ff", "rim_bottom": "#2446b8",
+            "ink": "#ffffff", "accent": "#ffc233", "slot": "#0a1a66"}
 
 
 def program_icon_svg():
-    def gradient(name, top, bottom):
-        return (f'<linearGradient id="{name}" gradientUnits="userSpaceOnUse" x1="0" y1="4" x2="0" y2="124">'
-                f'<stop offset="0" stop-color="{top}"/><stop offset="1" stop-color="{bottom}"/></linearGradient>')
-    defs = f'<defs>{gradient("tile", _TOP, _BOTTOM)}{gradient("rim", _RIM_TOP, _RIM_BOTTOM)}</defs>'
     ground = f'<path fill="url(#tile)" stroke="url(#rim)" stroke-width="3" d="{rounded(3.5, 3.5, 121, 121, 26)}"/>'
     bars = "".join(Shape(rounded(x, y, w, h, w / 2), role).svg(_COLOURS) for x, y, w, h, role in _FULL)
-    return document(128, 128, defs + "\n" + ground + "\n" + bars)
+    return document(128, 128, gradients(_COLOURS) + "\n" + ground + "\n" + bars)
 
 
 def program_icon():
@@ -88,10 +84,10 @@ def _pixel(x, y, size):
     """The colour, as (red, green, blue, alpha), of a pixel whose centre is (x, y) on the common grid."""
     down = _clamped((y - 4) / 120)
     ground = _coverage(x, y, (2, 2, 124, 124), 27.5, size)
-    colour = _mix(_rgb(_RIM_TOP), _rgb(_RIM_BOTTOM), down)
+    colour = _mix(_rgb(_COLOURS["rim_top"]), _rgb(_COLOURS["rim_bottom"]), down)
     rim = max(3.0, 64 / size)
     inside = _coverage(x, y, (2 + rim, 2 + rim, 124 - 2 * rim, 124 - 2 * rim), 27.5 - rim, size)
-    colour = _mix(colour, _mix(_rgb(_TOP), _rgb(_BOTTOM), down), inside)
+    colour = _mix(colour, _mix(_rgb(_COLOURS["top"]), _rgb(_COLOURS["bottom"]), down), inside)
     for *box, role in (_SPARSE if size < 32 else _FULL):
         left, top, width, height = _on_pixels(*box, size) if size <= 32 else box
         share = _coverage(x, y, (left, top, width, height), width / 2, size)

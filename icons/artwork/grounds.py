@@ -3,7 +3,7 @@
 """The grounds that glyphs stand on, and the assembly of a whole SVG document."""
 from dataclasses import replace
 
-from .shapes import Group, Shape, number, points, rounded
+from .shapes import Group, number, points, rounded
 
 GRID = 128
 _NOTICE = "<!-- SPDX-FileCopyrightText: The TEKO authors, SPDX-License-Identifier: Apache-2.0 -->"
@@ -17,12 +17,13 @@ def document(width, height, body):
 
 def button(glyph, state, palette, width=GRID, radius=26):
     """A glyph on its ground, in one state. `radius` 64 makes a disc, or a pill when it is wide."""
-    fine = radius == GRID / 2 and width == GRID  # shown at about 30 pixels: lines twice as strong
-    return document(width, GRID, _gradients(palette) + "\n" + _ground(width, radius, state, fine)
+    fine = radius == GRID / 2  # shown at about 30 pixels: lines twice as strong
+    return document(width, GRID, gradients(palette) + "\n" + _ground(width, radius, state, fine)
                     + "\n" + _raised(glyph, state, palette, width))
 
 
-def _gradients(palette):
+def gradients(palette):
+    """The definitions of "tile" and "rim", the vertical gradients of a ground and of its edge."""
     def vertical(name, top, bottom):
         return (f'<linearGradient id="{name}" gradientUnits="userSpaceOnUse" x1="0" y1="4" x2="0" y2="124">'
                 f'<stop offset="0" stop-color="{palette[top]}"/><stop offset="1" stop-color="{palette[bottom]}"/>'
@@ -64,5 +65,3 @@ def plain(glyph, palette):
     """A glyph without a ground."""
     return document(GRID, GRID, "".join(shape.svg(palette) for shape in glyph))
 
-
-__all__ = ["GRID", "Shape", "button", "document", "plain"]

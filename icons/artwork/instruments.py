@@ -24,7 +24,7 @@ def bass_guitar():
             "C-9 14 -11 7 -12 0C-13 -8 -18 -12 -21 -8C-24 -3 -17 8 -16.5 19C-16 28 -24 30 -24 40C-24 50 -13 56 0 56Z")
     head = "M-3 -46L-6.5 -53L-6.5 -68C-6.5 -71 -4 -72 -2 -71C3 -69 6 -66 6 -62C6 -58 3 -56 3 -46Z"
     guard = "M4 17C8 17 12 14 14 12C15.5 15 12.5 19 13 24C13.5 30 18 33 18 39C18 44 14 47 9 47L9 25L4 25Z"
-    tuners = [y for y in (-67, -61.5, -56, -50.5)]
+    tuners = (-67, -61.5, -56, -50.5)
     return [ink(body), accent(guard), ink(rounded(-2.8, -48, 5.6, 74, 1)), ink(head),
             *(ink(polyline((-6, y), (-10, y)), 1.8) for y in tuners), *(ink(circle(-11.5, y, 2.3)) for y in tuners),
             *(hole(rounded(-2.8, y, 5.6, 1.6, 0)) for y in (-38, -29, -20.5, -12.5, -5)),
@@ -36,8 +36,8 @@ def microphone():
     """Upright, head up; 106 high, 42 wide."""
     radius = 21
     mesh = []
-    for offset in (-11, 0, 11):
-        half = math.sqrt(16.5 ** 2 - offset ** 2) / math.sqrt(2)
+    for offset in (-10.5, 0, 10.5):
+        half = math.sqrt(19.8 ** 2 - offset ** 2) / math.sqrt(2)
         shift = offset / math.sqrt(2)
         mesh += [polyline((shift - half, -32 + shift + half), (shift + half, -32 + shift - half)),
                  polyline((shift - half, -32 - shift - half), (shift + half, -32 - shift + half))]
@@ -72,7 +72,8 @@ def drum_kit():
 
     legs = [polyline((31, 30), (31, 41)), polyline((51, 30), (51, 41)),
             polyline((-41, 20), (-41, 33), (-50, 41)), polyline((-41, 33), (-32, 41))]
-    return [stand(-1), stand(1), *(ink(leg, 2.6) for leg in legs), *side_drum(41, 4, 29), *side_drum(-41, 6, 15), tom(-1), tom(1),
+    return [stand(-1), stand(1), *(ink(leg, 2.6) for leg in legs), *side_drum(41, 4, 29), *side_drum(-41, 6, 15),
+            tom(-1), tom(1),
             hole(circle(0, 17, 27)), ink(circle(0, 17, 25)), hole(circle(0, 17, 19.5)), ink(circle(0, 17, 17.2)),
             accent(circle(0, 17, 6)), cymbal(-1), cymbal(1)]
 
