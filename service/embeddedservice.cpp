@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "service/embeddedservice.h"
+
+#include "service/serviceaddress.h"
+
+#include <QDeadlineTimer>
+#include <QDebug>
+#include <QDir>
+#include <QHostAddress>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+constexpr qsizetype longestLine = 64 * 1024;
+constexpr int graceMs = 3000;
+
+bool isThisMachine(const QUrl &url)
+{
+    return url.scheme() == QLatin1String("http") && QHostAddress(url.host()).isLoopback();
+}
+
+} // namespace
+
+std::optional<ServiceAnnouncement> parseAnnouncement(const QByteArray &line)
+{
+    const QJsonObject object = QJsonDocument::fromJson(line).object();
+    const QUrl url = baseUrl(object.value(QLatin1String("url")).toString());
+    if (!isThisMachine(url))
+        return {};
+    return ServiceAnnouncement{url, object.value(QLatin1String("email")).toString(),
+                               object.value(QLatin1String("hash")).toString()};
+}
+
+EmbeddedService::EmbeddedService(const QString &program, const QString &dataFolder, QObject *parent)
+    : QObject(parent)
+    , m_dataFolder(dataFolder)
+{
+    m_process.setProgram(program);
+    m_process.setArguments({QStringLiteral("--embedded"), QStringLiteral("--data"), dataFolder});
+    m_process.setStandardErrorFile(dataFolder + QLatin1String("/service.log"));
+    connect(&m_process, &QProcess::readyReadStandardOutput, this, &EmbeddedService::readOutput);
+    connect(&m_process, &QProcess::errorOccurred, this, &EmbeddedService::processFailed);
+    connect(&m_process, &QProcess::finished, this, &EmbeddedService::processEnded);
+}
+
+EmbeddedService::~EmbeddedService()
+{
+    m_process.disconnect(this);
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.closeWriteChannel();
+    if (m_process.waitForFinished(graceMs))
+        return;
+    m_process.kill();
+    m_process.waitForFinished(graceMs);
+}
+
+void EmbeddedService::start()
+{
+    qInfo() << "EmbeddedService::start";
+    m_state = State::Starting;
+    QDir().mkpath(m_dataFolder);
+    m_process.start();
+}
+
+std::optional<ServiceAnnouncement> EmbeddedService::announcement(std::chrono::milliseconds patience)
+{
+    const QDeadlineTimer deadline(patience);
+    while (m_state == State::Starting && m_process.waitForReadyRead(int(deadline.remainingTime())))
+        continue; // readOutput() has run inside the wait
+    return m_announcement;
+}
+
+void EmbeddedService::readOutput()
+{
+    const QByteArray output = m_process.readAllStandardOutput();
+    // Everything after the first line is read as well, so that the service never waits for a
+    // reader.
+    if (m_state != State::Starting)
+        return;
+    m_firstLine += output;
+    const qsizetype end = m_firstLine.indexOf('\n');
+    if (end < 0 && m_firstLine.size() < longestLine)
+        return;
+    m_announcement = parseAnnouncement(m_firstLine.left(end));
+    m_firstLine.clear();
+    if (!m_announcement) {
+        m_process.closeWriteChannel();
+        return fail(tr("The local processing service gave no address."));
+    }
+    m_state = State::Ready;
+    emit ready();
+}
+
+void EmbeddedService::processFailed(QProcess::ProcessError error)
+{
+    if (error == QProcess::FailedToStart)
+        fail(tr("The local processing service cannot be started:\n\n%1")
+                 .arg(m_process.errorString()));
+}
+
+void EmbeddedService::processEnded()
+{
+    fail(tr("The local processing service has ended unexpectedly."));
+}
+
+void EmbeddedService::fail(const QString &message)
+{
+    if (m_state == State::Failed)
+        return;
+    m_state = State::Failed;
+    m_announcement.reset();
+    qInfo().noquote() << "EmbeddedService:" << message;
+    QMetaObject::invokeMethod(
+        this, [this, message] { emit failed(message); }, Qt::QueuedConnection);
+}

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QObject>
+#include <QProcess>
+#include <QUrl>
+
+#include <chrono>
+#include <optional>
+
+/// What the embedded service says about itself when it is ready.
+struct ServiceAnnouncement
+{
+    QUrl url; ///< where it listens, without a trailing slash
+    QString email; ///< the local account that it keeps
+    QString hash;
+
+    bool operator==(const ServiceAnnouncement &) const = default;
+};
+
+/// Reads the one JSON line; nothing when it is anything else or names no address on this machine.
+[[nodiscard]] std::optional<ServiceAnnouncement> parseAnnouncement(const QByteArray &line);
+
+/// The processing service as a child process. It ends with this object, and by its closed standard
+/// input also when this process crashes.
+class EmbeddedService final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The data folder is made when it is missing; the service's messages go to "service.log" in
+    /// it.
+    EmbeddedService(const QString &program, const QString &dataFolder, QObject *parent = nullptr);
+    ~EmbeddedService() override;
+
+    /// Starts the service and returns at once. For one call only.
+    void start();
+
+    /// What a started service has announced; waits for it, at most for the given time, while it is
+    /// still starting. Nothing before start() and once the service has failed.
+    [[nodiscard]] std::optional<ServiceAnnouncement>
+    announcement(std::chrono::milliseconds patience = std::chrono::seconds(10));
+
+signals:
+    void ready();
+    /// The service could not start or has ended by itself, with a text for the user. Comes once,
+    /// from the event loop, never from inside another call.
+    void failed(const QString &message);
+
+private:
+    enum class State { Idle, Starting, Ready, Failed };
+
+    void readOutput();
+    void processFailed(QProcess::ProcessError error);
+    void processEnded();
+    void fail(const QString &message);
+
+    const QString m_dataFolder;
+    QProcess m_process;
+    State m_state = State::Idle;
+    QByteArray m_firstLine;
+    std::optional<ServiceAnnouncement> m_announcement;
+};

@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "service/filefetch.h"
+
+#include "service/replies.h"
+#include "service/textreply.h"
+
+#include <QDebug>
+#include <QNetworkReply>
+
+namespace {
+
+constexpr qint64 stepSize = 256 * 1024;
+/// How much may wait between the socket and the file: a bound for memory, at some cost of speed.
+constexpr qint64 mostWaiting = 8 * 1024 * 1024;
+
+bool isWebUrl(const QUrl &url)
+{
+    const QString scheme = url.scheme();
+    return (scheme == QLatin1String("http") || scheme == QLatin1String("https"))
+        && !url.host().isEmpty();
+}
+
+} // namespace
+
+FileFetch::FileFetch(const QString &path, qint64 expectedSize, QObject *parent)
+    : QObject(parent)
+    , m_expectedSize(expectedSize)
+    , m_file(path)
+{ }
+
+FileFetch::~FileFetch()
+{
+    // The manager deletes the reply, which must no longer reach this half-destroyed object.
+    if (m_reply)
+        m_reply->disconnect(this);
+}
+
+void FileFetch::start(const QUrl &url)
+{
+    if (!isWebUrl(url)) {
+        const QString reason = tr("The service gave no usable address of the file.");
+        QMetaObject::invokeMethod(
+            this, [this, reason] { failDownload(reason); }, Qt::QueuedConnection);
+        return;
+    }
+    if (!m_file.open(QIODevice::WriteOnly)) {
+        QMetaObject::invokeMethod(this, &FileFetch::failOpening, Qt::QueuedConnection);
+        return;
+    }
+    m_buffer.resize(stepSize);
+    QNetworkRequest request = plainRequest(url);
+    request.setRawHeader("Accept-Encoding", "identity");
+    m_reply = m_network.get(request);
+    m_reply->setReadBufferSize(mostWaiting);
+    connect(m_reply, &QNetworkReply::downloadProgress, this, &FileFetch::reportProgress);
+    connect(m_reply, &QNetworkReply::readyRead, this, &FileFetch::readAvailable);
+    connect(m_reply, &QNetworkReply::finished, this, &FileFetch::finish);
+}
+
+void FileFetch::reportProgress(qint64 received, qint64 total)
+{
+    if (!m_isOver)
+        emit progress(downloadPercent(received, total, m_expectedSize));
+}
+
+void FileFetch::readAvailable()
+{
+    while (!m_isOver && m_reply->bytesAvailable() > 0) {
+        const qint64 got = m_reply->read(m_buffer.data(), m_buffer.size());
+        if (got <= 0)
+            return;
+        m_received += got;
+        if (m_file.write(m_buffer.constData(), got) != got)
+            failDownload(m_file.errorString());
+    }
+}
+
+void FileFetch::finish()
+{
+    if (m_isOver)
+        return;
+    if (const QString problem = arrivalProblem(); !problem.isEmpty())
+        return failDownload(problem);
+    readAvailable();
+    if (!m_isOver)
+        commit();
+}
+
+QString FileFetch::arrivalProblem() const
+{
+    if (const QString failure = failureText(*m_reply); !failure.isEmpty())
+        return failure;
+    const QByteArray encoding = m_reply->rawHeader("Content-Encoding");
+    if (!encoding.isEmpty() && encoding.compare("identity", Qt::CaseInsensitive) != 0)
+        return tr("The file arrived in an encoding that was not asked for.");
+    return isWhole() ? QString() : tr("The file did not arrive whole.");
+}
+
+bool FileFetch::isWhole() const
+{
+    // Qt takes a malformed length or chunk for the end of the body, without an error.
+    const qint64 arrived = m_received + m_reply->bytesAvailable();
+    const bool isFull = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == 200;
+    if (!isFull || arrived == 0)
+        return false;
+    const QByteArray announced = m_reply->rawHeader("Content-Length");
+    return announced.isEmpty() || announced == QByteArray::number(arrived);
+}
+
+void FileFetch::commit()
+{
+    // The flush matters: a disk that is full only by now is not told by commit() in Qt 6.4
+    // (QTBUG-75077).
+    if (!m_file.flush() || !m_file.commit())
+        return failDownload(m_file.errorString());
+    stop();
+    emit progress(100);
+}
+
+void FileFetch::failOpening()
+{
+    fail(tr("Failed to open file for writing:\n\n%1").arg(m_file.fileName()));
+}
+
+void FileFetch::failDownload(const QString &reason)
+{
+    const QString text = shownText(reason);
+    qInfo().noquote() << "Download error:" << text;
+    fail(tr("Download error:\n\n") + text);
+}
+
+void FileFetch::fail(const QString &message)
+{
+    if (m_file.isOpen()) {
+        m_file.cancelWriting();
+        m_file.commit(); // removes what was written
+    }
+    stop();
+    emit failed(message);
+}
+
+void FileFetch::stop()
+{
+    m_isOver = true;
+    if (m_reply && m_reply->isRunning())
+        m_reply->abort();
+    deleteLater();
+}

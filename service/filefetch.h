@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QByteArray>
+#include <QNetworkAccessManager>
+#include <QSaveFile>
+
+class QNetworkReply;
+
+/// Fetches one URL into one file, which takes its name only when it is whole; anything else leaves
+/// nothing behind. Deletes itself after the last signal; deleting it earlier gives the fetch up.
+class FileFetch final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The expected size in bytes serves the percentage alone; -1 is unknown.
+    FileFetch(const QString &path, qint64 expectedSize, QObject *parent);
+    ~FileFetch() override;
+
+    /// Fetches from an http or https URL. No signal comes before this has returned.
+    void start(const QUrl &url);
+
+signals:
+    /// 0 to 99.8 while the file arrives, and 100 once it has its name.
+    void progress(double percent);
+    /// The fetch has failed, with a text for the user.
+    void failed(const QString &message);
+
+private:
+    void reportProgress(qint64 received, qint64 total);
+    void readAvailable();
+    void finish();
+    [[nodiscard]] QString arrivalProblem() const;
+    [[nodiscard]] bool isWhole() const;
+    void commit();
+    void failOpening();
+    void fail(const QString &message);
+    void failDownload(const QString &reason);
+    void stop();
+
+    const qint64 m_expectedSize;
+    QSaveFile m_file;
+    QNetworkAccessManager m_network;
+    QNetworkReply *m_reply = nullptr;
+    QByteArray m_buffer;
+    qint64 m_received = 0;
+    bool m_isOver = false;
+};

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "app/base/programdata.h"
+
+class QProcessEnvironment;
+
+/// What one place says about the outside world's addresses, as it was written; empty: nothing.
+struct ConfiguredAddresses
+{
+    QString service;
+    QString connectivity;
+    QString website;
+
+    /// TEKO_SERVICE_URL, TEKO_CONNECTIVITY_URL and TEKO_WEBSITE_URL.
+    [[nodiscard]] static ConfiguredAddresses from(const QProcessEnvironment &environment);
+    /// "service_url", "connectivity_url" and "website_url".
+    [[nodiscard]] static ConfiguredAddresses from(const ProgramData &settings);
+};
+
+/// An address to which paths are appended: without a query, a fragment and closing slashes. An
+/// address without a scheme means http; one that is no web address gives an empty URL.
+[[nodiscard]] QUrl baseUrl(const QString &address);
+
+/// The service's address that was chosen when the program was built; usually empty.
+[[nodiscard]] QString compiledInServiceAddress();
+
+/// Whether no address of a service is configured, so that the embedded one is meant.
+[[nodiscard]] bool wantsEmbeddedService(const ConfiguredAddresses &environment,
+                                        const ConfiguredAddresses &settings,
+                                        const QString &compiledIn);
+
+/// The environment wins over the settings, and these over the compiled-in address and, at last, the
+/// embedded service's (empty while it does not run). An address that is configured but unusable
+/// gives an empty URL, never a different service.
+[[nodiscard]] ServiceEndpoints resolveEndpoints(const ConfiguredAddresses &environment,
+                                                const ConfiguredAddresses &settings,
+                                                const QString &compiledIn, const QUrl &embedded);

@@ -1,0 +1,152 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "service/textreply.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QNetworkReply>
+#include <QPointer>
+#include <QUrlQuery>
+
+#include <memory>
+
+namespace {
+
+/// More than any answer of the service has; the rest of a longer one is not even fetched.
+constexpr qint64 mostBytes = 64 * 1024;
+
+struct TextReply
+{
+    Q_DECLARE_TR_FUNCTIONS(TextReply)
+};
+
+QString statusText(const QNetworkReply &reply)
+{
+    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (status >= 200 && status < 300)
+        return {};
+    if (status >= 300 && status < 400)
+        return TextReply::tr("The service answered with a redirect, which is not followed.");
+    return TextReply::tr("The service answered with the unexpected HTTP status %1.").arg(status);
+}
+
+QString escaped(QString value)
+{
+    return value.replace(u'%', QLatin1String("%25")).replace(u'+', QLatin1String("%2B"));
+}
+
+/// Gathers the beginning of one reply's body; a child of the reply.
+class TextCollector final : public QObject
+{
+public:
+    TextCollector(QNetworkReply *reply, std::function<void(const TextAnswer &)> handler)
+        : QObject(reply)
+        , m_reply(reply)
+        , m_handler(std::move(handler))
+    {
+        reply->setReadBufferSize(mostBytes);
+        connect(reply, &QNetworkReply::readyRead, this, &TextCollector::read);
+        connect(reply, &QNetworkReply::finished, this, &TextCollector::finish);
+    }
+
+private:
+    void read()
+    {
+        m_body += m_reply->read(mostBytes - m_body.size());
+        if (m_body.size() < mostBytes)
+            return;
+        m_isCut = true;
+        m_reply->abort();
+    }
+
+    void finish()
+    {
+        if (!m_isCut && m_reply->isOpen())
+            m_body += m_reply->read(mostBytes - m_body.size());
+        // After a cut the reply reports the abort, which is not what the service said.
+        const QString error = m_isCut ? statusText(*m_reply) : failureText(*m_reply);
+        m_reply->deleteLater();
+        // A local copy, since whoever is called may delete the reply and with it this object.
+        const auto handler = std::move(m_handler);
+        handler({error, QString::fromUtf8(m_body)});
+    }
+
+    QNetworkReply *const m_reply;
+    std::function<void(const TextAnswer &)> m_handler;
+    QByteArray m_body;
+    bool m_isCut = false;
+};
+
+} // namespace
+
+QByteArray formBody(const FormFields &fields)
+{
+    QUrlQuery query;
+    for (const auto &[name, value] : fields)
+        query.addQueryItem(name, escaped(value));
+    return query.toString(QUrl::FullyEncoded).toUtf8();
+}
+
+QNetworkRequest plainRequest(const QUrl &url)
+{
+    QNetworkRequest request(url);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    return request;
+}
+
+QNetworkRequest formRequest(const QUrl &url)
+{
+    QNetworkRequest request = plainRequest(url);
+    request.setHeader(QNetworkRequest::ContentTypeHeader,
+                      QStringLiteral("application/x-www-form-urlencoded"));
+    return request;
+}
+
+QString failureText(const QNetworkReply &reply)
+{
+    switch (reply.error()) {
+    case QNetworkReply::NoError:
+        return statusText(reply);
+    case QNetworkReply::ContentReSendError:
+        return TextReply::tr("The connection was closed before the service answered.");
+    case QNetworkReply::ProtocolUnknownError:
+        return TextReply::tr("There is no processing service to send the request to.");
+    default:
+        return reply.errorString();
+    }
+}
+
+void collectText(QNetworkReply *reply, QObject *context,
+                 std::function<void(const TextAnswer &)> handler)
+{
+    new TextCollector(reply,
+                      [guard = QPointer<QObject>(context),
+                       handler = std::move(handler)](const TextAnswer &answer) {
+                          if (guard)
+                              handler(answer);
+                      });
+}
+
+bool waitForFinished(QNetworkReply *reply)
+{
+    QPointer<QNetworkReply> guard(reply);
+    QEventLoop loop;
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    QObject::connect(reply, &QObject::destroyed, &loop, &QEventLoop::quit);
+    if (!reply->isFinished())
+        loop.exec();
+    return guard && guard->isFinished();
+}
+
+TextAnswer waitForText(QNetworkReply *reply)
+{
+    TextAnswer answer{TextReply::tr("The request was interrupted."), {}};
+    QPointer<QNetworkReply> guard(reply);
+    QObject context;
+    collectText(reply, &context, [&answer](const TextAnswer &received) { answer = received; });
+    if (!waitForFinished(reply) && guard)
+        guard->deleteLater();
+    return answer;
+}

@@ -1,0 +1,564 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "service/tekoserver.h"
+
+#include "app/base/programdata.h"
+#include "service/connectivity.h"
+#include "tests/support/scriptedserver.h"
+#include "tests/support/testmain.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <functional>
+#include <memory>
+
+using Operation = std::function<void(TekoServer &)>;
+Q_DECLARE_METATYPE(Operation)
+Q_DECLARE_METATYPE(ScriptedAnswer)
+
+namespace {
+
+using Answer = ScriptedAnswer;
+
+const QByteArray proceed = "/teko-server/proceed.php";
+const QByteArray repeat = "/teko-server/repeat.php";
+const QByteArray repeatDemo = "/teko-server/repeatDemo.php";
+const QByteArray remains = "/teko-server/remains.php";
+const QByteArray cancel = "/teko-server/cancel.php";
+const QByteArray download = "/teko-server/download.php";
+const QByteArray removeUploaded = "/teko-server/removeUploaded.php";
+const QByteArray filesLeft = "/teko-server/processedFilesRemains.php";
+
+const Operation askRemains = [](TekoServer &server) { server.remains(7); };
+const Operation askRepeat = [](TekoServer &server) {
+    server.repeatFile("vocals", "AB12.wav", "a+b & c=50%", "ha sh", "full", "/x/näh %20;.mp3",
+                      "mp3");
+};
+const Operation askRepeatDemo = [](TekoServer &server) { server.repeatDemoFile("h", "wav", 9); };
+const Operation askCancel = [](TekoServer &server) { server.cancel(0); };
+const Operation askRemove = [](TekoServer &server) { server.removeUploaded("AB12.wav"); };
+const Operation askFilesLeft = [](TekoServer &server) {
+    Q_UNUSED(server.processedFilesRemains("h"))
+};
+
+/// A file system of 1 MiB, while it lives.
+class SmallDisk
+{
+public:
+    explicit SmallDisk(const QString &folder)
+        : m_folder(folder)
+    {
+        QDir().mkpath(folder);
+        m_isMounted = run("mount", {"-t", "tmpfs", "-o", "size=1m", "tmpfs", folder});
+    }
+    ~SmallDisk()
+    {
+        if (m_isMounted)
+            run("umount", {"--lazy", m_folder});
+    }
+    Q_DISABLE_COPY(SmallDisk)
+
+    [[nodiscard]] bool isMounted() const { return m_isMounted; }
+
+private:
+    static bool run(const QString &program, const QStringList &arguments)
+    {
+        return QProcess::execute(program, arguments) == 0;
+    }
+
+    const QString m_folder;
+    bool m_isMounted = false;
+};
+
+} // namespace
+
+/// The client against a scripted server: what goes over the wire, and which signals come of it.
+class TestTekoServer final : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        TestCase::init();
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_server = std::make_unique<ScriptedServer>();
+        m_store = std::make_unique<ProgramData>(path("teko.ini"));
+        m_store->setEndpointSource([this] { return ServiceEndpoints{m_server->url(), {}, {}}; });
+        m_store->setAccess({"key", "token"});
+        m_client = std::make_unique<TekoServer>(*m_store);
+        m_events.clear();
+        const auto number = [this](const QString &name) {
+            return [this, name](double value) {
+                m_events += QStringLiteral("%1 %2").arg(name).arg(value);
+            };
+        };
+        connect(m_client.get(), &TekoServer::progressPercents, this, number("upload"));
+        connect(m_client.get(), &TekoServer::remainSeconds, this, number("seconds"));
+        connect(m_client.get(), &TekoServer::savedWithId, this, number("id"));
+        connect(m_client.get(), &TekoServer::downloadingFirst, this, number("first"));
+        connect(m_client.get(), &TekoServer::downloadingSecond, this, number("second"));
+        connect(m_client.get(), &TekoServer::filesReady, this, [this] { m_events += "ready"; });
+        connect(m_client.get(), &TekoServer::showError, this,
+                [this](const QString &text) { m_events += "error " + text; });
+    }
+
+    void cleanup()
+    {
+        m_client.reset();
+        m_store.reset();
+        m_server.reset();
+        m_folder.reset();
+    }
+
+    void sendsForms_data()
+    {
+        QTest::addColumn<Operation>("operation");
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<QByteArray>("body");
+
+        QTest::newRow("repeat")
+            << askRepeat << repeat
+            << QByteArray("instrument=vocals&uploadedFileName=AB12.wav&fileName="
+                          "a%2Bb%20%26%20c%3D50%25&version=full&hash=ha%20sh&extension=mp3"
+                          "&originalFilePath=/x/n%C3%A4h%20%2520;.mp3");
+        QTest::newRow("repeat demo")
+            << askRepeatDemo << repeatDemo << QByteArray("hash=h&extension=wav&songId=9");
+        QTest::newRow("remains") << askRemains << remains << QByteArray("songID=7");
+        QTest::newRow("cancel") << askCancel << cancel << QByteArray("songID=0");
+        QTest::newRow("remove") << askRemove << removeUploaded << QByteArray("fileName=AB12.wav");
+        QTest::newRow("files left") << askFilesLeft << filesLeft << QByteArray("hash=h");
+        QTest::newRow("download") << Operation([](TekoServer &server) {
+            server.download(5, "x", true);
+        }) << download << QByteArray("songID=5");
+        QTest::newRow("download both")
+            << Operation([](TekoServer &server) { server.downloadBoth(6, "x", "y", 1); })
+            << download << QByteArray("songID=6");
+    }
+
+    void sendsForms()
+    {
+        QFETCH(Operation, operation);
+        QFETCH(QByteArray, path);
+        QFETCH(QByteArray, body);
+
+        m_server->on(path, {Answer::text("1")});
+        operation(*m_client);
+        QTRY_COMPARE(m_server->requests().size(), 1);
+        const ScriptedRequest request = m_server->requests().constFirst();
+        QVERIFY(request.head.startsWith("POST " + path + " HTTP/1.1\r\n"));
+        QCOMPARE(request.header("Content-Type"), "application/x-www-form-urlencoded");
+        QCOMPARE(request.body, body);
+    }
+
+    void sendsUpload_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("nameOnWire");
+
+        QTest::newRow("plain") << "a b.wav"
+                               << "a b.wav";
+        QTest::newRow("not Latin, with marks") << "näh %1 %20 🎵.wav"
+                                               << "näh %1 %20 🎵.wav";
+#ifndef Q_OS_WIN
+        QTest::newRow("hostile") << "x\"; name=\"y\r\nSet: 1.wav"
+                                 << "x%22; name=%22y%0D%0ASet: 1.wav";
+#endif
+    }
+
+    void sendsUpload()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, nameOnWire);
+        const QByteArray sound = QByteArray("RIFF\0\r\n--", 9).repeated(20000);
+        m_server->on(proceed, {Answer::text("12")});
+
+        upload(makeFile(name, sound));
+        QTRY_COMPARE(m_events.last(), "id 12");
+        QCOMPARE(m_events.first(), "upload 0");
+        QVERIFY(m_events.contains("upload 100"));
+
+        const ScriptedRequest request = m_server->requests().constFirst();
+        const QByteArray type = request.header("Content-Type");
+        QVERIFY(type.startsWith("multipart/form-data; boundary=\""));
+        const QByteArray boundary = "--" + type.mid(type.indexOf('"') + 1).chopped(1);
+        QByteArray expected = boundary
+            + "\r\nContent-Disposition: form-data; name=\"uploadedFile\"; filename=\""
+            + path(nameOnWire).toUtf8() + "\"\r\n\r\n" + sound;
+        const QList<std::pair<QByteArray, QByteArray>> fields = {
+            {"instrument", "vocals"}, {"version", "full"},
+            {"fileName", "söng"},     {"publicKey", "key"},
+            {"accessToken", "token"}, {"hash", "hash"},
+            {"extension", "mp3"},     {"originalFilePath", "/o/söng.mp3"}};
+        for (const auto &[field, value] : fields)
+            expected += "\r\n" + boundary + "\r\nContent-Disposition: form-data; name=\"" + field
+                + "\"\r\n\r\n" + value;
+        QVERIFY(request.body == expected + "\r\n" + boundary + "--\r\n");
+    }
+
+    void understandsReplies_data()
+    {
+        QTest::addColumn<Operation>("operation");
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<ScriptedAnswer>("answer");
+        QTest::addColumn<QString>("event");
+
+        const auto row = [](const char *name, const Operation &operation, const QByteArray &path,
+                            const Answer &answer, const QString &event) {
+            QTest::newRow(name) << operation << path << answer << event;
+        };
+        const QString unfollowed = "The service answered with a redirect, which is not followed.";
+        const auto failing = Answer::text("sorry", 500);
+        row("seconds", askRemains, remains, Answer::text("8"), "seconds 8");
+        row("below ready", askRemains, remains, Answer::text("-2"), "seconds -2");
+        row("no seconds", askRemains, remains, Answer::text("0"), "seconds 0");
+        row("zeros", askRemains, remains, Answer::text("00"), "error 00");
+        row("ready", askRemains, remains, Answer::text("-1"), "ready");
+        row("empty", askRemains, remains, Answer::text(""), "error ");
+        row("markup", askRemains, remains, Answer::text("<b>no</b> job"), "error <b>no</b> job");
+        row("remains cut", askRemains, remains, Answer::wrongLength("8", "2"),
+            "error Remains operation error:\n\nConnection closed");
+        row("remains redirected", askRemains, remains, Answer::redirect(QUrl("/x")),
+            "error Remains operation error:\n\n" + unfollowed);
+        row("no status", askRemains, remains,
+            Answer::raw("HTTP/1.1 000 X\r\nContent-Length: 1\r\n\r\n8"),
+            "error Remains operation error:\n\nThe service answered with the unexpected HTTP "
+            "status 0.");
+        row("accepted", askRepeat, repeat, Answer::text("123"), "id 123");
+        row("accepted in pieces", askRepeat, repeat, Answer::text("123").inPieces(1), "id 123");
+        row("job zero", askRepeat, repeat, Answer::text("0"), "error 0");
+        row("refused", askRepeat, repeat, Answer::text("Unknown file"), "error Unknown file");
+        row("repeat cut", askRepeat, repeat, Answer::wrongLength("1", "2"),
+            "error File repeating error:\n\nConnection closed");
+        row("repeat redirected", askRepeat, repeat, Answer::redirect(QUrl("/x"), 307),
+            "error File repeating error:\n\n" + unfollowed);
+        row("demo accepted", askRepeatDemo, repeatDemo, Answer::text("4"), "id 4");
+        row("demo cut", askRepeatDemo, repeatDemo, Answer::wrongLength("1", "2"),
+            "error Demo File repeating error:\n\nConnection closed");
+        const Operation ask = [](TekoServer &server) { server.download(5, "x", false); };
+        row("one part", ask, download, Answer::text("http://x/1"), "error http://x/1");
+        row("three parts", ask, download, Answer::text("a|b|c"), "error a|b|c");
+        row("urls cut", ask, download, Answer::wrongLength("a|b", "9"),
+            "error Downloading error:\n\nConnection closed");
+    }
+
+    void understandsReplies()
+    {
+        QFETCH(Operation, operation);
+        QFETCH(QByteArray, path);
+        QFETCH(ScriptedAnswer, answer);
+        QFETCH(QString, event);
+
+        m_server->on(path, {answer});
+        operation(*m_client);
+        QTRY_VERIFY(!m_events.isEmpty());
+        QCOMPARE(m_events, QStringList{event});
+        QCOMPARE(m_server->requests().size(), 1);
+    }
+
+    void countsFilesLeft_data()
+    {
+        QTest::addColumn<ScriptedAnswer>("answer");
+        QTest::addColumn<int>("left");
+
+        QTest::newRow("some") << Answer::text("10") << 10;
+        QTest::newRow("none") << Answer::text("0") << 0;
+        QTest::newRow("no number") << Answer::text("sign in first") << -1;
+        QTest::newRow("refused") << Answer::text("3", 500) << -1;
+        QTest::newRow("cut") << Answer::wrongLength("3", "4") << -1;
+    }
+
+    void countsFilesLeft()
+    {
+        QFETCH(ScriptedAnswer, answer);
+        QFETCH(int, left);
+        m_server->on(filesLeft, {answer});
+        QCOMPARE(m_client->processedFilesRemains("h"), left);
+    }
+
+    void reportsUnreadableUpload()
+    {
+        upload(path("missing.wav"));
+        QCOMPARE(m_client->errorText(), "Failed to open file: " + path("missing.wav"));
+        QCOMPARE(m_events, QStringList());
+        m_server->on(proceed, {Answer::text("1")});
+        upload(makeFile("there.wav", "x"));
+        QCOMPARE(m_client->errorText(), "");
+        QTRY_COMPARE(m_events.last(), "id 1");
+        QCOMPARE(m_server->requests().size(), 1);
+    }
+
+    void reportsShrinkingUpload()
+    {
+        const QString file = makeFile("song.wav", QByteArray(40'000'000, 'x'));
+        m_server->on(proceed, {Answer::text("1")});
+        // The first bytes have left, and the rest is far more than the system's buffers hold.
+        connect(m_client.get(), &TekoServer::progressPercents, this, [file](double percent) {
+            if (percent > 0)
+                QFile::resize(file, 1000);
+        });
+        upload(file);
+        QTRY_VERIFY(m_events.last().startsWith("error"));
+        QCOMPARE(m_events.last(),
+                 "error File uploading error:\n\nThe file became shorter while it was being read.");
+        QCOMPARE(m_events.filter("error").size(), 1);
+        QCOMPARE(m_server->requests().size(), 0);
+    }
+
+    void sendsCutUploadOnce_data()
+    {
+        QTest::addColumn<ScriptedAnswer>("answer");
+        QTest::newRow("closed in the middle") << Answer::cut(Answer::Ending::Close, 100'000);
+        QTest::newRow("reset in the middle") << Answer::cut(Answer::Ending::Reset, 100'000);
+        QTest::newRow("closed instead of an answer") << Answer::cut(Answer::Ending::Close);
+        QTest::newRow("reset instead of an answer") << Answer::cut(Answer::Ending::Reset);
+    }
+
+    void sendsCutUploadOnce()
+    {
+        QFETCH(ScriptedAnswer, answer);
+        m_server->on(proceed, {answer, Answer::text("1")});
+        upload(makeFile("song.wav", QByteArray(10'000'000, 'x')));
+        QTRY_VERIFY(m_events.last().startsWith("error File uploading error:\n\n"));
+        QCOMPARE(m_server->requests().size(), 1);
+    }
+
+    void keepsLittleOfHugeReply()
+    {
+        m_server->on(remains, {Answer::text(QByteArray(50'000'000, 'x'))});
+        m_client->remains(1);
+        QTRY_VERIFY(!m_events.isEmpty());
+        QCOMPARE(m_events.size(), 1);
+        QVERIFY(m_events[0].startsWith("error xxx"));
+        QVERIFY(m_events[0].size() < 2000);
+        QVERIFY(m_server->bytesSent() < 20'000'000);
+    }
+
+    void downloadsResults_data()
+    {
+        QTest::addColumn<Operation>("operation");
+        QTest::addColumn<QByteArray>("first");
+        QTest::addColumn<QByteArray>("second");
+
+        const QByteArray one(3'000'000, '1');
+        const QByteArray two(2'000'000, '2');
+        const QByteArray none = "no such file";
+        const auto fetch = [this](bool second) {
+            return Operation(
+                [this, second](TekoServer &server) { server.download(5, path("1.wav"), second); });
+        };
+        QTest::newRow("first") << fetch(false) << one << none;
+        QTest::newRow("second") << fetch(true) << two << none;
+        QTest::newRow("both") << Operation([this](TekoServer &server) {
+            server.downloadBoth(5, path("1.wav"), path("2.wav"), 3'000'000);
+        }) << one << two;
+    }
+
+    void downloadsResults()
+    {
+        QFETCH(Operation, operation);
+        QFETCH(QByteArray, first);
+        QFETCH(QByteArray, second);
+
+        makeFile("1.wav", "earlier result");
+        m_server->on(
+            download,
+            {Answer::text(
+                (m_server->url("/1").toString() + "|" + m_server->url("/2").toString()).toUtf8())});
+        m_server->on("/1", {Answer::text(QByteArray(3'000'000, '1'))});
+        m_server->on("/2", {Answer::raw("HTTP/1.1 200 OK\r\n\r\n" + QByteArray(2'000'000, '2'))});
+        operation(*m_client);
+        QVERIFY(!QFile::exists(path("1.wav")));
+        const qsizetype files = second.startsWith('2') ? 2 : 1;
+        QTRY_COMPARE(m_events.filter(" 100").size(), files);
+        QVERIFY(content("1.wav") == first);
+        QVERIFY(content("2.wav") == second);
+        QVERIFY(m_events.contains("first 100"));
+        QCOMPARE(m_events.filter("error"), QStringList());
+        QCOMPARE(m_server->requests().last().header("Accept-Encoding"), "identity");
+    }
+
+    void refusesBadDownload_data()
+    {
+        QTest::addColumn<QByteArray>("urls");
+        QTest::addColumn<ScriptedAnswer>("answer");
+        QTest::addColumn<QString>("reason");
+
+        const auto row = [](const char *name, const Answer &answer, const QString &reason) {
+            QTest::newRow(name) << QByteArray("/1|/2") << answer << reason;
+        };
+        const QString notWhole = "The file did not arrive whole.";
+        row("cut", Answer::wrongLength("half", "8"), "Connection closed");
+        row("length overflows", Answer::wrongLength("12", "99999999999999999999"), notWhole);
+        row("negative length", Answer::wrongLength("12", "-5"), notWhole);
+        row("broken chunk",
+            Answer::raw(
+                "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nab\r\n0\r\n\r\n"),
+            notWhole);
+        row("reset", Answer::cut(Answer::Ending::Reset), "Connection closed");
+        row("redirected", Answer::redirect(QUrl("/2")),
+            "The service answered with a redirect, which is not followed.");
+        row("part of it", Answer::text("part", 206), notWhole);
+        row("compressed", Answer::text("\x1f\x8b", 200, {"Content-Encoding: gzip"}),
+            "The file arrived in an encoding that was not asked for.");
+        const QString noAddress = "The service gave no usable address of the file.";
+        for (const QByteArray urls : {"|/2", "file:///etc/passwd|/2", "ftp://x/1|/2", "../1|/2"})
+            QTest::newRow(urls) << urls << Answer::text("x") << noAddress;
+    }
+
+    void refusesBadDownload()
+    {
+        QFETCH(QByteArray, urls);
+        QFETCH(ScriptedAnswer, answer);
+        QFETCH(QString, reason);
+
+        if (urls.startsWith('/'))
+            urls = m_server->url("/1").toEncoded() + urls.mid(2);
+        m_server->on(download, {Answer::text(urls)});
+        m_server->on("/1", {answer});
+        m_client->download(5, path("1.wav"), false);
+        QTRY_COMPARE(m_events.filter("error"), QStringList{"error Download error:\n\n" + reason});
+        QVERIFY(!m_events.contains("first 100"));
+        QCOMPARE(QDir(m_folder->path()).entryList({"1*"}, QDir::Files), QStringList());
+    }
+
+    void reportsUnwritableTarget()
+    {
+        m_server->on(download, {Answer::text(m_server->url("/1").toEncoded() + "|x")});
+        m_server->on("/1", {Answer::text("sound")});
+        m_client->download(5, path("none/1.wav"), false);
+        QTRY_COMPARE(
+            m_events,
+            QStringList{"error Failed to open file for writing:\n\n" + path("none/1.wav")});
+    }
+
+    void reportsFullDisk_data()
+    {
+        QTest::addColumn<int>("size");
+        // The first fails at a write, the second only when the last buffered bytes are flushed.
+        QTest::newRow("far too much") << 3'000'000;
+        QTest::newRow("a little too much") << 3'000;
+    }
+
+    void reportsFullDisk()
+    {
+        QFETCH(int, size);
+        const SmallDisk disk(path("disk"));
+        if (!disk.isMounted())
+            QSKIP("Mounting a small disk takes the rights of an administrator.");
+        makeFile("disk/filler", QByteArray(1'046'528, 'x')); // leaves less than the smaller result
+        m_server->on(download, {Answer::text(m_server->url("/1").toEncoded() + "|x")});
+        m_server->on("/1", {Answer::text(QByteArray(size, 'x'))});
+        m_client->download(5, path("disk/1.wav"), false);
+        QTRY_COMPARE(m_events.filter("error"),
+                     QStringList{"error Download error:\n\nNo space left on device"});
+        QCOMPARE(QDir(path("disk")).entryList(QDir::Files), QStringList{"filler"});
+    }
+
+    void diesWithOpenRequests()
+    {
+        m_server->on(download,
+                     {Answer::text(m_server->url("/1").toEncoded() + "|"
+                                   + m_server->url("/2").toEncoded())});
+        m_server->on("/1", {Answer::text(QByteArray(100'000, 'x')).inPieces(100)});
+        m_server->on("/2", {Answer::never()});
+        m_server->on(remains, {Answer::text("1").held()});
+        m_server->on(proceed, {Answer::cut(Answer::Ending::Close, 9'000'000)});
+        m_client->downloadBoth(5, path("1.wav"), path("2.wav"), -1);
+        m_client->remains(5);
+        upload(makeFile("song.wav", QByteArray(20'000'000, 'x')));
+        QTRY_COMPARE(m_server->requests().size(), 4);
+        const QStringList before = m_events.filter(QRegularExpression("error|seconds|id| 100"));
+        m_client.reset();
+        m_server->release();
+        QTRY_VERIFY(QDir(m_folder->path()).entryList({"?.wav*"}, QDir::Files).isEmpty());
+        QCOMPARE(m_events.filter(QRegularExpression("error|seconds|id| 100")), before);
+    }
+
+    void diesWhileWaiting()
+    {
+        m_server->on(filesLeft, {Answer::never()});
+        connect(m_server.get(), &ScriptedServer::requestReceived, this,
+                [this] { m_client.reset(); });
+        QCOMPARE(m_client->processedFilesRemains("h"), -1);
+        QVERIFY(!m_client);
+    }
+
+    void checksConnectivity_data()
+    {
+        QTest::addColumn<ScriptedAnswer>("answer");
+        QTest::addColumn<bool>("isOnline");
+
+        QTest::newRow("answers") << Answer::raw("HTTP/1.1 204 No Content\r\n\r\n") << true;
+        QTest::newRow("answers otherwise") << Answer::text("login page") << true;
+        QTest::newRow("fails") << Answer::text("x", 500) << false;
+        QTest::newRow("closes") << Answer::cut() << false;
+    }
+
+    void checksConnectivity()
+    {
+        QFETCH(ScriptedAnswer, answer);
+        QFETCH(bool, isOnline);
+        m_server->on("/check", {answer});
+        QCOMPARE(online(m_client->networkAccess(), m_server->url("/check")), isOnline);
+        QVERIFY(!online(m_client->networkAccess(), QUrl()));
+    }
+
+    void endsConnectivityCheck_data()
+    {
+        QTest::addColumn<bool>("quits");
+        QTest::newRow("the manager dies") << false;
+        QTest::newRow("the program quits") << true;
+    }
+
+    void endsConnectivityCheck()
+    {
+        QFETCH(bool, quits);
+        m_server->on("/check", {Answer::never()});
+        connect(m_server.get(), &ScriptedServer::requestReceived, this, [this, quits] {
+            if (quits)
+                QCoreApplication::exit();
+            else
+                m_client.reset();
+        });
+        QVERIFY(!online(m_client->networkAccess(), m_server->url("/check")));
+    }
+
+private:
+    [[nodiscard]] QString path(const QString &name) const
+    {
+        return m_folder->filePath(name);
+    }
+
+    QString makeFile(const QString &name, const QByteArray &content) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write %s", qPrintable(name));
+        return file.fileName();
+    }
+
+    QByteArray content(const QString &name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : "no such file";
+    }
+
+    void upload(const QString &file)
+    {
+        m_client->uploadFile("vocals", file, "söng", "hash", "full", "/o/söng.mp3", "mp3");
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<ScriptedServer> m_server;
+    std::unique_ptr<ProgramData> m_store;
+    std::unique_ptr<TekoServer> m_client;
+    QStringList m_events; ///< every signal of the client, in order
+};
+
+TEKO_TEST_MAIN(TestTekoServer)
+
+#include "tst_tekoserver.moc"
