@@ -132,12 +132,26 @@ void FileFetch::failDownload(const QString &reason)
 
 void FileFetch::fail(const QString &message)
 {
-    if (m_file.isOpen()) {
-        m_file.cancelWriting();
-        m_file.commit(); // removes what was written
-    }
+    discard();
     stop();
     emit failed(message);
+}
+
+void FileFetch::giveUp()
+{
+    disconnect();
+    if (m_isOver)
+        return;
+    discard();
+    stop();
+}
+
+void FileFetch::discard()
+{
+    if (!m_file.isOpen())
+        return;
+    m_file.cancelWriting();
+    m_file.commit(); // removes what was written
 }
 
 void FileFetch::stop()

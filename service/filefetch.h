@@ -21,6 +21,9 @@ public:
 
     /// Fetches from an http or https URL. No signal comes before this has returned.
     void start(const QUrl &url);
+    /// Ends the fetch without a further signal and leaves nothing behind. May be called from a slot
+    /// of a signal of this object.
+    void giveUp();
 
 signals:
     /// 0 to 99.8 while the file arrives, and 100 once it has its name.
@@ -38,6 +41,7 @@ private:
     void failOpening();
     void fail(const QString &message);
     void failDownload(const QString &reason);
+    void discard();
     void stop();
 
     const qint64 m_expectedSize;

@@ -49,6 +49,8 @@ FormFields songField(int songId)
 TekoServer::TekoServer(ProgramData &store)
     : m_store(store)
     , m_network(new QNetworkAccessManager(this))
+    , m_run(std::make_unique<QObject>())
+    , m_downloads(std::make_unique<QObject>())
 { }
 
 void TekoServer::uploadFile(const QString &instrument, const QString &filePath,
@@ -78,7 +80,8 @@ void TekoServer::uploadFile(const QString &instrument, const QString &filePath,
     ignoreSslErrorsOfCurrent();
     QNetworkReply *reply = m_network->post(plainRequest(url("proceed.php")), form.get());
     form.release()->setParent(reply);
-    connect(reply, &QNetworkReply::uploadProgress, this, &TekoServer::reportUpload);
+    connect(reply, &QNetworkReply::uploadProgress, m_run.get(),
+            [this](qint64 sent, qint64 total) { reportUpload(sent, total); });
     expectJob(reply, uploadTexts, source);
 }
 
@@ -113,7 +116,7 @@ void TekoServer::repeatDemoFile(const QString &hash, const QString &extension, i
 void TekoServer::remains(int songId)
 {
     qInfo() << "TekoServer::remains";
-    collectText(post("remains.php", songField(songId)), this,
+    collectText(post("remains.php", songField(songId)), m_run.get(),
                 [this](const TextAnswer &answer) { remainsAnswered(answer); });
 }
 
@@ -143,6 +146,20 @@ void TekoServer::downloadBoth(int songId, const QString &firstPath, const QStrin
     askForResults(songId,
                   {{firstPath, expectedSize, false, &TekoServer::downloadingFirst},
                    {secondPath, expectedSize, true, &TekoServer::downloadingSecond}});
+}
+
+void TekoServer::dropEarlierReplies()
+{
+    m_run = std::make_unique<QObject>();
+    abortDownloads();
+}
+
+void TekoServer::abortDownloads()
+{
+    m_downloads = std::make_unique<QObject>();
+    const auto fetches = findChildren<FileFetch *>();
+    for (FileFetch *fetch : fetches)
+        fetch->giveUp();
 }
 
 void TekoServer::removeUploaded(const QString &fileName)
@@ -193,7 +210,7 @@ void TekoServer::reportUpload(qint64 sent, qint64 total)
 void TekoServer::expectJob(QNetworkReply *reply, const JobTexts &texts, const FrozenFile *source)
 {
     m_currentReply = reply;
-    collectText(reply, this, [this, reply, &texts, source](TextAnswer answer) {
+    collectText(reply, m_run.get(), [this, reply, &texts, source](TextAnswer answer) {
         if (m_currentReply == reply)
             m_currentReply.clear();
         if (source && source->hasFailed())
@@ -251,7 +268,7 @@ void TekoServer::askForResults(int songId, const QList<FetchTarget> &targets)
     }
     ignoreSslErrorsOfCurrent();
     m_currentReply = post("download.php", songField(songId));
-    collectText(m_currentReply, this,
+    collectText(m_currentReply, m_downloads.get(),
                 [this, targets](const TextAnswer &answer) { fetchResults(answer, targets); });
 }
 

@@ -7,6 +7,8 @@
 #include <QNetworkAccessManager>
 #include <QPointer>
 
+#include <memory>
+
 class FrozenFile;
 class ProgramData;
 class QNetworkReply;
@@ -46,6 +48,12 @@ public:
     /// Fetches both results at once. The expected size in bytes serves the percentages.
     void downloadBoth(int songId, const QString &firstPath, const QString &secondPath,
                       qint64 expectedSize);
+
+    /// Lets what was asked so far run on, but without a signal: it belongs to an earlier run.
+    /// Downloads are given up.
+    void dropEarlierReplies();
+    /// Gives up the downloads that are not complete; nothing of them stays and none tells more.
+    void abortDownloads();
 
     /// Both wait in a local event loop without a time limit: the caller must expect that its own
     /// object may be gone afterwards.
@@ -94,5 +102,7 @@ private:
     ProgramData &m_store;
     QString m_errorText;
     QNetworkAccessManager *const m_network;
+    std::unique_ptr<QObject> m_run; ///< replies reach their handlers while it lives
+    std::unique_ptr<QObject> m_downloads; ///< the same for the request of the results' locations
     QPointer<QNetworkReply> m_currentReply;
 };
