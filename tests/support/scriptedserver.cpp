@@ -146,9 +146,12 @@ QList<ScriptedRequest> ScriptedServer::requests(const QByteArray &path) const
 
 void ScriptedServer::release()
 {
-    for (auto it = m_connections.begin(); it != m_connections.end(); ++it) {
-        if (std::exchange(it->isHeld, false))
-            send(it.key(), it->held);
+    // A copy of the keys, since an answer that ends a connection takes it out of the list.
+    const QList<QTcpSocket *> sockets = m_connections.keys();
+    for (QTcpSocket *socket : sockets) {
+        const auto connection = m_connections.find(socket);
+        if (connection != m_connections.end() && std::exchange(connection->isHeld, false))
+            send(socket, connection->held);
     }
 }
 
@@ -168,10 +171,10 @@ void ScriptedServer::accept()
 
 void ScriptedServer::read(QTcpSocket *socket)
 {
-    Connection &connection = m_connections[socket];
-    if (connection.isOver)
+    const auto connection = m_connections.find(socket);
+    if (connection == m_connections.end() || connection->isOver)
         return;
-    connection.input += socket->readAll();
+    connection->input += socket->readAll();
     while (m_connections.contains(socket) && takeRequest(socket, m_connections[socket]))
         continue;
 }
@@ -222,7 +225,10 @@ void ScriptedServer::send(QTcpSocket *socket, const ScriptedAnswer &answer)
 
 void ScriptedServer::sendPiece(QTcpSocket *socket, const ScriptedAnswer &answer)
 {
-    QByteArray &output = m_connections[socket].output;
+    const auto connection = m_connections.find(socket);
+    if (connection == m_connections.end())
+        return;
+    QByteArray &output = connection->output;
     socket->write(output.left(answer.pieceSize));
     output.remove(0, answer.pieceSize);
     if (output.isEmpty())
