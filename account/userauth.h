@@ -5,7 +5,7 @@
 #include <QObject>
 
 /// The account element of the main view.
-class UserAuth final : public QObject
+class UserAuth : public QObject
 {
     Q_OBJECT
 

@@ -1,0 +1,150 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "app/backendloader.h"
+
+#include "app/base/guiscale.h"
+#include "app/base/programdata.h"
+#include "app/mediafilter.h"
+#include "app/webpage.h"
+#include "processing/fileprocessing.h"
+
+#include <QDebug>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QUrl>
+
+BackendLoader::BackendLoader(QObject *parent)
+    : QObject(parent)
+    , m_store(ProgramData::instance())
+    , m_lastOpenFolder(m_store.defaultPathOpen())
+{ }
+
+BackendLoader::~BackendLoader()
+{
+    m_processing.reset();
+    qDebug("LOG_CLOSE");
+}
+
+void BackendLoader::selectFile()
+{
+    qInfo() << "BackendLoader::selectFile";
+    QFileDialog dialog(nullptr, tr("Please choose a media file"), m_lastOpenFolder,
+                       mediaFileFilter());
+    dialog.setWindowFlags(dialog.windowFlags() | Qt::WindowStaysOnTopHint);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return;
+    m_lastOpenFolder = dialog.directory().absolutePath();
+    loadFile(dialog.selectedFiles().constFirst());
+}
+
+FileProcessing &BackendLoader::processing()
+{
+    if (m_processing)
+        return *m_processing;
+    m_processing = std::make_unique<FileProcessing>(m_store);
+    connect(m_processing.get(), &FileProcessing::showParent, this, &BackendLoader::showMainWindow);
+    connect(m_processing.get(), &FileProcessing::openAnotherFile, this, &BackendLoader::selectFile);
+    connect(this, &BackendLoader::runFromDemo, m_processing.get(),
+            [this] { m_processing->runFromDemo(m_demo.instrument, m_demo.extension, m_demo.id); });
+    return *m_processing;
+}
+
+void BackendLoader::loadFile(QString path)
+{
+    qInfo() << "BackendLoader::loadFile" << path;
+    FileProcessing &window = processing();
+    emit hideMainWindow();
+    window.openWindow(path);
+}
+
+void BackendLoader::reProcessDemo(QString filePath, QString instrument, QString extension)
+{
+    qInfo() << "BackendLoader::reProcessDemo" << filePath;
+    m_demo.instrument = instrument;
+    m_demo.extension = extension;
+    loadFile(filePath);
+    emit runFromDemo();
+}
+
+void BackendLoader::openSettingsWindow()
+{
+    qInfo() << "BackendLoader::openSettingsWindow";
+}
+
+void BackendLoader::afterSettings()
+{
+    emit scfChanged(usableGuiScale(m_store.guiScale()));
+    emit showMainWindow();
+}
+
+void BackendLoader::openArchive()
+{
+    qInfo() << "BackendLoader::openArchive";
+}
+
+void BackendLoader::openMyAccountWindow()
+{
+    qInfo() << "BackendLoader::openMyAccountWindow";
+}
+
+void BackendLoader::unlockFullAccess()
+{
+    qInfo() << "BackendLoader::unlockFullAccess";
+    emit callSubscriptionCreating();
+}
+
+void BackendLoader::onCompleted()
+{
+    emit scfChanged(usableGuiScale(m_store.guiScale()));
+}
+
+void BackendLoader::clearMemory()
+{
+    qInfo() << "BackendLoader::clearMemory";
+    if (m_processing)
+        m_processing->removeUploadedFile();
+    const QString folder = m_store.defaultPathTemp();
+    if (folder.isEmpty())
+        return;
+    const QStringList names = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System
+                                                     | QDir::NoDotAndDotDot);
+    for (const QString &name : names)
+        QFile::remove(folder + QLatin1Char('/') + name);
+}
+
+void BackendLoader::openUrl(QString url)
+{
+    qInfo() << "BackendLoader::openUrl" << url;
+    QDesktopServices::openUrl(webPage(url, m_store.endpoints()));
+}
+
+void BackendLoader::checkForUpdates() { }
+
+void BackendLoader::showLogs()
+{
+    QDesktopServices::openUrl(QUrl::fromLocalFile(m_store.defaultPathLogs()));
+}
+
+void BackendLoader::logout()
+{
+    qInfo() << "BackendLoader::logout";
+}
+
+void BackendLoader::resetScf()
+{
+    m_store.settings().remove("settings_gui_scale");
+}
+
+void BackendLoader::showInitialMessage() { }
+
+void BackendLoader::toggleLogging(bool active)
+{
+    m_store.settings().setValue("APP_LOGFILE_ENABLED", active);
+}
+
+bool BackendLoader::getLoggingStatus()
+{
+    return m_store.settings().value("APP_LOGFILE_ENABLED").toBool();
+}

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class FileProcessing;
+class ProgramData;
+
+/// The main view's backend: chooses the input file, opens the other windows and carries out the
+/// help menu. Each window's controller is made at its first use and lives as long as this object.
+/// GUI thread only.
+class BackendLoader : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit BackendLoader(QObject *parent = nullptr);
+    /// Closes the log.
+    ~BackendLoader() override;
+
+signals:
+    void runFromDemo();
+    void hideMainWindow();
+    void showMainWindow();
+    void callSubscriptionCreating();
+    void scfChanged(double scf);
+
+public slots:
+    /// Lets the user choose a media file and loads it.
+    void selectFile();
+    void afterSettings();
+    void unlockFullAccess();
+    /// Processes an earlier demo result again, in full.
+    void reProcessDemo(QString filePath, QString instrument, QString extension);
+    /// Opens the processing window for a file in place of the main window.
+    void loadFile(QString path);
+    void openMyAccountWindow();
+    void openSettingsWindow();
+    void openArchive();
+    void onCompleted();
+    /// Removes the uploaded file from the service and all files from the temporary folder.
+    void clearMemory();
+    void openUrl(QString url);
+    void checkForUpdates();
+    void showLogs();
+    void logout();
+    void resetScf();
+    void showInitialMessage();
+    void toggleLogging(bool active);
+    [[nodiscard]] bool getLoggingStatus();
+
+private:
+    [[nodiscard]] FileProcessing &processing();
+
+    struct DemoRun
+    {
+        QString instrument;
+        QString extension;
+        int id = 0;
+    };
+
+    ProgramData &m_store;
+    std::unique_ptr<FileProcessing> m_processing;
+    QString m_lastOpenFolder;
+    DemoRun m_demo;
+};

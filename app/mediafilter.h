@@ -1,0 +1,9 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QString>
+
+/// The name filters of the dialog that chooses a media file; the first shows everything that can be
+/// opened.
+[[nodiscard]] QString mediaFileFilter();

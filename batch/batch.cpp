@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "batch/batch.h"
+
+#include "app/appfolder.h"
+#include "app/base/programdata.h"
+#include "app/startup.h"
+#include "batch/batchoptions.h"
+#include "batch/batchrunner.h"
+#include "batch/batchsettings.h"
+#include "batch/console.h"
+#include "service/serviceconnection.h"
+
+#include <QLoggingCategory>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+namespace {
+
+constexpr int cannotStart = 1;
+constexpr int usageError = 2;
+
+int runFiles(const BatchOptions &options)
+{
+    const QTemporaryDir folder;
+    ProgramData store(folder.filePath(QStringLiteral("call.ini")));
+    applyBatchOptions(options, ProgramData::instance().settings(), store.settings());
+    const ServiceConnection service(store);
+    BatchRunner runner(store);
+    onInterrupt(&runner, [&] { runner.interrupt(); });
+    return runner.run(options.files);
+}
+
+} // namespace
+
+int runBatch(const QStringList &arguments)
+{
+    const BatchOptions options = parseBatchOptions(arguments);
+    if (options.action == BatchOptions::Action::ShowText) {
+        QTextStream(stdout) << options.text;
+        return 0;
+    }
+    QTextStream notes(stderr);
+    if (options.action == BatchOptions::Action::Refuse) {
+        notes << options.text << Qt::endl;
+        return usageError;
+    }
+    // The log goes to its file if it goes anywhere: standard error is for the user.
+    QLoggingCategory::setFilterRules(
+        QStringLiteral("default.debug=false\ndefault.info=false\ndefault.critical=false"));
+    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    const AppFolderOutcome home = makeAppFolder(documentsAppFolder(), localDataAppFolder());
+    if (home.exitCode != 0) {
+        notes << home.error << Qt::endl;
+        return cannotStart;
+    }
+    return runFiles(options);
+}

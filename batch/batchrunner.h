@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "app/base/messagewatcher.h"
+#include "batch/batchoptions.h"
+#include "batch/progressreport.h"
+#include "processing/fileprocessing.h"
+
+#include <QTextStream>
+
+class QEventLoop;
+
+/// Takes files one after the other through the processing window as a user would. GUI thread only.
+class BatchRunner final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The store answers instrument, format and folder as this call wants them and must outlive the
+    /// runner.
+    explicit BatchRunner(ProgramData &store);
+
+    /// Runs all files and returns the exit code. Result paths go to standard output, everything
+    /// else to standard error. A file that fails does not keep the next from running.
+    [[nodiscard]] int run(const QStringList &files);
+
+    /// Cancels the file that is being processed and leaves out the rest.
+    void interrupt();
+
+private slots:
+    void layerChanged();
+    void showProgress();
+
+private:
+    [[nodiscard]] bool runFile(const QString &file);
+    [[nodiscard]] bool fail(const QString &file, const QString &why);
+    [[nodiscard]] QString refusedBeforehand(const QString &file) const;
+    void waitForEnd();
+    [[nodiscard]] QString layer() const;
+
+    void clearProgress();
+    void watchView();
+
+    ProgramData &m_store;
+    MessageWatcher m_messages;
+    FileProcessing m_window;
+    QTextStream m_results;
+    QTextStream m_notes;
+    const bool m_isTerminal;
+    QEventLoop *m_loop = nullptr;
+    QString m_file;
+    QString m_message;
+    QString m_lastStage;
+    bool m_isClosed = false;
+    bool m_isInterrupted = false;
+};

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+/// Whether standard error is read by a person.
+[[nodiscard]] bool isErrorOutputTerminal();
+
+/// Whether windows could be shown here.
+[[nodiscard]] bool hasDisplay();
+
+/// Calls back on the context's thread, while the context lives, when the user interrupts the
+/// program (Ctrl+C) or the system ends it. One context a process.
+void onInterrupt(QObject *context, const std::function<void()> &callback);

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "batch/console.h"
+
+#include <QSocketNotifier>
+
+#include <csignal>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+int wakeUp[2] = {-1, -1};
+
+// Only what is safe in a signal handler: one byte wakes the event loop.
+void handleSignal(int)
+{
+    const char byte = 0;
+    [[maybe_unused]] const auto written = write(wakeUp[0], &byte, 1);
+}
+
+} // namespace
+
+bool isErrorOutputTerminal()
+{
+    return isatty(STDERR_FILENO) != 0;
+}
+
+bool hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY")
+        || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+void onInterrupt(QObject *context, const std::function<void()> &callback)
+{
+    if (socketpair(AF_UNIX, SOCK_STREAM, 0, wakeUp) != 0)
+        return;
+    auto *notifier = new QSocketNotifier(wakeUp[1], QSocketNotifier::Read, context);
+    QObject::connect(notifier, &QSocketNotifier::activated, context, [callback, notifier] {
+        notifier->setEnabled(false);
+        callback();
+    });
+    std::signal(SIGINT, handleSignal);
+    std::signal(SIGTERM, handleSignal);
+}

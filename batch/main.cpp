@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "app/startup.h"
+#include "batch/batch.h"
+#include "batch/console.h"
+
+#include <QApplication>
+
+int main(int argc, char **argv)
+{
+    nameApplication();
+    if (!hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    return runBatch(QApplication::arguments());
+}

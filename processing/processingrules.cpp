@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "processing/processingrules.h"
+
+#include <QCoreApplication>
+#include <QRandomGenerator>
+#include <QStringList>
+#include <QTemporaryFile>
+
+#include <algorithm>
+
+namespace {
+
+bool isWritable(const QString &folder)
+{
+    // Permissions do not tell on network drives and read-only mounts; a file does.
+    return !folder.isEmpty() && QTemporaryFile(folder + QStringLiteral("/teko-XXXXXX")).open();
+}
+
+} // namespace
+
+QString temporaryWavPath(const QString &folder, QRandomGenerator64 &random)
+{
+    static const QLatin1String letters(
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789");
+    QString name(16, Qt::Uninitialized);
+    std::ranges::generate(
+        name, [&] { return QChar(letters.at(random.bounded(qsizetype(letters.size())))); });
+    return QStringLiteral("%1/%2.wav").arg(folder, name);
+}
+
+QString unusableFolder(const QString &saveFolder, const QString &tempFolder)
+{
+    if (!isWritable(saveFolder))
+        return QCoreApplication::translate("FileProcessing",
+                                           "The folder for saved files cannot be used.\nPlease "
+                                           "choose another one in the settings.");
+    if (!isWritable(tempFolder))
+        return QCoreApplication::translate("FileProcessing",
+                                           "The folder for temporary files cannot be used.");
+    return {};
+}
+
+bool isBusyLayer(const QString &layer)
+{
+    static const QStringList busy{QStringLiteral("converting"), QStringLiteral("uploading"),
+                                  QStringLiteral("processing"), QStringLiteral("downloading")};
+    return busy.contains(layer);
+}

@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QString>
+
+class QRandomGenerator64;
+
+/// A WAV file in that folder under a name of 16 random letters and digits.
+[[nodiscard]] QString temporaryWavPath(const QString &folder, QRandomGenerator64 &random);
+
+/// Why a run cannot begin: which of the folders is missing (empty path) or cannot be written to, as
+/// a sentence for the user; empty when both can be used.
+[[nodiscard]] QString unusableFolder(const QString &saveFolder, const QString &tempFolder);
+
+/// Whether that layer shows a run going on.
+[[nodiscard]] bool isBusyLayer(const QString &layer);

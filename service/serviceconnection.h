@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "app/base/programdata.h"
+#include "service/embeddedservice.h"
+
+#include <memory>
+
+/// Tells a store where the service is, for as long as this object lives, and runs the embedded
+/// service where none is configured. A service that cannot start is told once in a message box. GUI
+/// thread only.
+class ServiceConnection final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Starts the embedded service if it is wanted and returns at once. The store must outlive this
+    /// object.
+    explicit ServiceConnection(ProgramData &store);
+    ~ServiceConnection() override;
+
+private:
+    [[nodiscard]] ServiceEndpoints endpoints();
+    void startEmbedded();
+    void signInLocally(const ServiceAnnouncement &announcement);
+
+    ProgramData &m_store;
+    std::unique_ptr<EmbeddedService> m_service;
+};

@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "tests/support/madesources.h"
+#include "tests/support/testmain.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <csignal>
+
+/// The real program with the real ffmpeg and service: exit codes and what it writes where.
+class TestBatch : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(makeSource(m_folder.filePath("song one.mp3"), 2));
+        QVERIFY(makeSource(m_folder.filePath("long.mp3"), 240));
+        write("text.mp3", "la la la");
+        write("text.wav", "la la la");
+        write("empty.flac", "");
+        write("<b>\n%20 🎸.mp3", read("song one.mp3"));
+    }
+
+    void calls_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QStringList>("results");
+        QTest::addColumn<QString>("message");
+        const auto row = [](const char *name, const QStringList &arguments, int exitCode,
+                            const QStringList &results, const QString &message) {
+            QTest::newRow(name) << arguments << exitCode << results << message;
+        };
+        const QStringList vocals{"--instrument", "vocals"};
+        row("bad files do not stop the good one",
+            QStringList({"gone.mp3", "text.mp3", "text.wav", "empty.flac", ".", "song one.mp3",
+                         "--format", "mp3"})
+                + vocals,
+            1, {"vocals - song one.mp3", "Mix Without vocals - song one.mp3"},
+            "*gone.mp3: There is no such file*text.mp3: An error occurred*text.wav: *"
+            "empty.flac: An error occurred*This is not a file*");
+        row("strange name", QStringList({"<b>\n%20 🎸.mp3", "-f", "wma"}) + vocals, 0,
+            {"vocals - <b>\n%20 🎸.wma", "Mix Without vocals - <b>\n%20 🎸.wma"}, "*");
+        row("sound to video", QStringList({"song one.mp3", "-f", "mp4"}) + vocals, 1, {},
+            "*no picture*");
+        row("no format chosen", QStringList({"song one.mp3"}) + vocals, 1, {}, "*--format*");
+        row("no instrument chosen", {"song one.mp3", "-f", "mp3"}, 1, {}, "*--instrument*");
+        row("no folder", QStringList({"song one.mp3", "-f", "mp3", "-s", "x/y/z"}) + vocals, 1, {},
+            "*folder for saved files*");
+        row("wrong call", {"song one.mp3", "-i", "flute"}, 2, {}, "*flute*");
+    }
+
+    void calls()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QStringList, results);
+        QFETCH(QString, message);
+        QProcess batch;
+        start(batch, arguments);
+        QVERIFY(batch.waitForFinished(100000));
+        const QString notes = QString::fromUtf8(batch.readAllStandardError());
+        QVERIFY2(batch.exitCode() == exitCode, qPrintable(notes));
+        QVERIFY2(QDir::match(message, notes) || message == "*", qPrintable(notes));
+        QString expected;
+        for (const QString &result : results) {
+            expected += QDir::homePath() + "/Documents/TEKO/Save/" + result + '\n';
+            QVERIFY(QFile::exists(QDir::homePath() + "/Documents/TEKO/Save/" + result));
+        }
+        QCOMPARE(QString::fromUtf8(batch.readAllStandardOutput()), expected);
+        QCOMPARE(QDir(QDir::homePath() + "/Documents/TEKO/Temp").entryList(QDir::Files),
+                 QStringList());
+    }
+
+    void serviceThatIsAway()
+    {
+        QProcess batch;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("TEKO_SERVICE_URL", "http://127.0.0.1:9");
+        batch.setProcessEnvironment(environment);
+        start(batch, {"song one.mp3", "-i", "bass", "-f", "mp3"});
+        QVERIFY(batch.waitForFinished());
+        QCOMPARE(batch.exitCode(), 1);
+        QVERIFY(batch.readAllStandardError().contains("An active internet connection is required"));
+    }
+
+#ifdef Q_OS_UNIX
+    void interruptLeavesNothing()
+    {
+        QProcess batch;
+        start(batch, {"long.mp3", "song one.mp3", "-i", "bass", "-f", "mp3"});
+        QByteArray notes;
+        QTRY_VERIFY_WITH_TIMEOUT((batch.waitForReadyRead(10), notes += batch.readAllStandardError())
+                                     .contains("processing"),
+                                 60000);
+        ::kill(pid_t(batch.processId()), SIGINT);
+        QVERIFY(batch.waitForFinished());
+        QCOMPARE(batch.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(batch.exitCode(), 1);
+        QCOMPARE(QDir(QDir::homePath() + "/Documents/TEKO/Temp").entryList(QDir::Files),
+                 QStringList());
+        QCOMPARE(QDir(QDir::homePath() + "/Documents/TEKO/Save")
+                     .entryList({"bass*", "*bass*"}, QDir::Files),
+                 QStringList());
+    }
+#endif
+
+private:
+    void start(QProcess &batch, const QStringList &arguments)
+    {
+        batch.setWorkingDirectory(m_folder.path());
+        batch.start(QCoreApplication::applicationDirPath() + "/teko-batch", arguments);
+    }
+
+    void write(const QString &name, const QByteArray &content)
+    {
+        QFile file(m_folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    }
+
+    QByteArray read(const QString &name)
+    {
+        QFile file(m_folder.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QTemporaryDir m_folder;
+};
+
+TEKO_TEST_MAIN(TestBatch)
+#include "tst_batch.moc"
