@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "service/childleash.h"
+
+#include <QProcess>
+
+#include <csignal>
+
+#include <sys/prctl.h>
+#include <unistd.h>
+
+void leashChild(QProcess &process)
+{
+    process.setChildProcessModifier([parent = getpid()] {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        // The parent may have died before the call above; nobody would send the signal then.
+        if (getppid() != parent)
+            _exit(127);
+    });
+}

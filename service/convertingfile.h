@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "service/ffmpegarguments.h"
+
+#include <QObject>
+
+#include <atomic>
+
+/// Worker for one conversion. Each slot blocks the thread it runs in until ffmpeg has ended. No
+/// failure of ffmpeg is detected: the receiver of the signal looks whether the output exists.
+/// A conversion that is cancelled while it runs leaves no partial output behind; an earlier file of
+/// that name which ffmpeg did not touch stays.
+class ConvertingFile final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `cancelFlag` belongs to the owner and outlives the worker: 1 stops the conversion, 0 lets it
+    /// run. `original` is needed for outputs with a picture. `main` tells the isolated instrument
+    /// from the mix and selects the signal of prepareFinal().
+    ConvertingFile(const std::atomic<int> *cancelFlag, const QString &input, const QString &output,
+                   const QString &original, bool main);
+
+signals:
+    void doneUploadConverting();
+    void doneMain();
+    void doneMix();
+
+public slots:
+    /// The user's file into the WAV that is uploaded. Always emits doneUploadConverting().
+    void prepareToUpload();
+    /// A downloaded result into the chosen format; the input is removed. Emits doneMain() or
+    /// doneMix(), or nothing when cancelled before the last run of ffmpeg.
+    void prepareFinal();
+    /// A stored result into another format; the input stays. Emits doneMain(), or nothing when
+    /// cancelled before the last run of ffmpeg.
+    void convertFile();
+
+private:
+    [[nodiscard]] bool isCancelled() const;
+    void run(const QStringList &arguments, const QString &target);
+    [[nodiscard]] bool runPlan(const ConversionPlan &plan);
+
+    const std::atomic<int> *const m_cancelFlag;
+    const ConversionFiles m_files;
+    const bool m_main;
+};

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "service/ffmpegrun.h"
+
+#include "service/childleash.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QProcess>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void waitForEnd(QProcess &process, const std::atomic<int> &cancelFlag)
+{
+    while (process.state() != QProcess::NotRunning
+           && cancelFlag.load(std::memory_order_relaxed) == 0 && !process.waitForFinished(100)) { }
+    if (cancelFlag.load(std::memory_order_relaxed) != 1)
+        return;
+    process.terminate();
+    // A console program on Windows does not hear the polite request at all.
+    if (!process.waitForFinished(500))
+        process.kill();
+}
+
+} // namespace
+
+QString ffmpegProgram()
+{
+    return QFileInfo(u"%1/ffmpeg.exe"_s.arg(QCoreApplication::applicationDirPath()))
+        .absoluteFilePath();
+}
+
+void runFfmpeg(QObject *parent, const QString &program, const QStringList &arguments,
+               const std::atomic<int> &cancelFlag)
+{
+    QProcess process(parent);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    leashChild(process);
+    process.start(program, arguments, QIODevice::ReadWrite);
+    waitForEnd(process, cancelFlag);
+    process.close();
+}

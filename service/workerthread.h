@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QObject>
+#include <QThread>
+
+#include <memory>
+
+/// One worker on one thread of its own, replaced or stopped. Lives in its owner's thread, usually
+/// the GUI's. A worker's signal reaches the owner only while that worker is the current one: what a
+/// replaced worker had already sent is dropped.
+///
+/// Stopping waits for the worker's slot without a limit, so the owner first tells the worker to
+/// end.
+class WorkerThread final : public QObject
+{
+public:
+    WorkerThread() = default;
+    ~WorkerThread() override;
+
+    /// Replaces the current worker. `entry` runs in the new thread as soon as it starts; `slot` of
+    /// `receiver`, which must outlive this object, runs in this object's thread when the worker
+    /// emits `done`, and may start the next worker.
+    template <typename Worker, typename Receiver>
+    void start(std::unique_ptr<Worker> worker, void (Worker::*entry)(), void (Worker::*done)(),
+               Receiver *receiver, void (Receiver::*slot)());
+
+    /// Disposes of the worker and ends its thread; does nothing when there is none.
+    void stop();
+
+private:
+    void launch();
+
+    std::unique_ptr<QThread> m_thread;
+    QObject *m_worker = nullptr; ///< deleted by its own thread
+    quint64 m_run = 0; ///< tells the current worker from all earlier ones
+};
+
+template <typename Worker, typename Receiver>
+void WorkerThread::start(std::unique_ptr<Worker> worker, void (Worker::*entry)(),
+                         void (Worker::*done)(), Receiver *receiver, void (Receiver::*slot)())
+{
+    stop();
+    m_thread = std::make_unique<QThread>();
+    connect(worker.get(), done, this, [this, receiver, slot, run = m_run] {
+        if (run == m_run)
+            (receiver->*slot)();
+    });
+    connect(m_thread.get(), &QThread::started, worker.get(), entry);
+    m_worker = worker.release();
+    launch();
+}
