@@ -79,10 +79,17 @@ int ask(const QString &path)
     return writeOutput(path, std::getchar() == EOF ? "no answer" : "answered");
 }
 
+/// Hangs without touching the output.
+int hangAside(const QString &path)
+{
+    return hang(path + QStringLiteral(".aside"));
+}
+
 std::map<QByteArray, std::function<int(const QString &)>> behaviours()
 {
     return {{"", [](const QString &path) { return writeOutput(path, "converted"); }},
             {"hang", hang},
+            {"hang aside", hangAside},
             {"slow", writeSlowly},
             {"flood", flood},
             {"ask", ask},
@@ -99,9 +106,11 @@ int main(int argc, char **argv)
     if (arguments.isEmpty())
         return 1;
     const QString output = arguments.last();
-    if (!arguments.contains(QStringLiteral("-y")) && QFile::exists(output))
+    const QByteArray wanted = qgetenv("STANDIN_DO");
+    const bool mayOverwrite = arguments.contains(QStringLiteral("-y"));
+    if (wanted.isEmpty() && !mayOverwrite && QFile::exists(output))
         return 1;
     const auto table = behaviours();
-    const auto behaviour = table.find(qgetenv("STANDIN_DO"));
+    const auto behaviour = table.find(wanted);
     return behaviour == table.end() ? 2 : behaviour->second(output);
 }

@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "service/ffmpegarguments.h"
+#include "service/mediaformats.h"
+#include "tests/support/testmain.h"
+
+#include <QTest>
+
+namespace {
+
+const QString outputs = "mov mkv mp4 mpg webm wmv mp3 wav m4a aiff flac wma";
+const QString videoSources = "avi flv m4v mov mp4 mpg rm vob webm wmv mkv";
+const QString audioSources = "aac aif aiff m4a mp1 mp3 mp4 ogg wav wma flac";
+
+/// One run a line, written like on a command line with short names for what recurs.
+QString shown(const QStringList &arguments, const ConversionFiles &files, const QString &temporary)
+{
+    QString line = ' ' + arguments.join(' ') + ' ';
+    const auto abbreviate = [&line](const QString &long_, const QString &short_) {
+        if (!long_.isEmpty())
+            line.replace(' ' + long_ + ' ', ' ' + short_ + ' ');
+    };
+    abbreviate(temporary, "TEMP");
+    abbreviate(files.original, "ORIG");
+    abbreviate(files.input, "IN");
+    abbreviate(files.output, "OUT");
+    abbreviate("-i ORIG -i IN -map 0:v:0 -map 1:a:0 -c:v copy -c:a aac", "REMUX");
+    abbreviate("-c:v libx264 -crf 23 -preset medium -c:a aac", "H264");
+    return line.trimmed();
+}
+
+QString shown(const ConversionPlan &plan, const ConversionFiles &files)
+{
+    const QString last = shown(plan.finalPass, files, plan.temporary);
+    if (plan.firstPass.isEmpty())
+        return plan.temporary.isEmpty() ? last : "a temporary without a first pass";
+    return shown(plan.firstPass, files, plan.temporary) + " | " + last;
+}
+
+/// The suffix as users may write it.
+QStringList spellings(const QString &suffix)
+{
+    return {suffix, suffix.toUpper(), suffix.left(1).toUpper() + suffix.mid(1)};
+}
+
+} // namespace
+
+class TestFfmpegArguments : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void listsAreWhole()
+    {
+        QCOMPARE(videoSourceSuffixes().join(' '), videoSources);
+        QCOMPARE(audioSourceSuffixes().join(' '), audioSources);
+        QCOMPARE(videoOutputSuffixes().join(' '), QString("mov mp4 mpg webm wmv mkv"));
+        QCOMPARE(videoFormats().join(' '), QString("MP4 MKV MOV WMV MPG WEBM"));
+        QCOMPARE(audioFormats().join(' '), QString("MP3 WAV M4A AIFF FLAC WMA"));
+        QCOMPARE(instruments().join(' '), QString("guitar vocals piano bass drums"));
+    }
+
+    void upload_data()
+    {
+        QTest::addColumn<QString>("suffixes");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("Windows Media") << "wma wmv"
+                                       << "-i IN -y OUT";
+        QTest::newRow("video") << "avi flv m4v mov mp4 mpg rm vob webm mkv"
+                               << "-i IN -vn -acodec pcm_s16le -ac 2 -y OUT";
+        QTest::newRow("audio and unknown") << "aac aif aiff m4a mp1 mp3 ogg wav flac opus"
+                                           << "-i IN -vn -c:a pcm_s16le -y OUT";
+    }
+
+    void upload()
+    {
+        QFETCH(QString, suffixes);
+        QFETCH(QString, expected);
+        for (const QString &suffix : suffixes.split(' ')) {
+            for (const QString &spelling : spellings(suffix)) {
+                const ConversionFiles files{"/a b/song.mp4." + spelling, "/tmp/x.wav", {}};
+                QCOMPARE(shown(uploadArguments(files.input, files.output), files, {}), expected);
+            }
+        }
+    }
+
+    void results_data()
+    {
+        QTest::addColumn<QString>("fromOther"); // new result, original of another suffix
+        QTest::addColumn<QString>("fromSame"); // new result, original of the output's suffix
+        QTest::addColumn<QString>("fromSound"); // stored result without a picture
+        QTest::addColumn<QString>("fromVideo"); // stored result with a picture
+        const auto video = [](const char *suffix, const QString &codecs) {
+            const QString two = "REMUX TEMP | -y -i TEMP " + codecs + " OUT";
+            QTest::newRow(suffix) << two << "REMUX OUT" << two << "-y -i IN " + codecs + " OUT";
+        };
+        video("mov", "H264");
+        video("mkv", "H264");
+        video("mpg", "-c:v mpeg2video -qscale:v 2 -c:a mp2");
+        video("webm", "-c:v libvpx -crf 30 -b:v 1M -c:a libvorbis");
+        video("wmv", "-c:v wmv2 -c:a wmav2");
+        QTest::newRow("mp4") << "REMUX OUT"
+                             << "REMUX OUT"
+                             << "REMUX OUT"
+                             << "-y -i IN H264 OUT";
+        const QString audio = "-i IN -b:a 320k -vn OUT";
+        for (const char *suffix : {"mp3", "wav", "m4a", "aiff", "flac", "wma"})
+            QTest::newRow(suffix) << audio << audio << audio << audio;
+    }
+
+    void results()
+    {
+        QFETCH(QString, fromOther);
+        QFETCH(QString, fromSame);
+        QFETCH(QString, fromSound);
+        QFETCH(QString, fromVideo);
+        const QString suffix = QTest::currentDataTag();
+        for (const QString &source : (videoSources + ' ' + audioSources).split(' ')) {
+            for (const QString &spelling : spellings(suffix)) {
+                const ConversionFiles fresh{"/o/in.wav", "/o/out." + spelling,
+                                            "/s/c." + source.toUpper()};
+                QCOMPARE(shown(resultPlan(fresh), fresh), source == suffix ? fromSame : fromOther);
+            }
+        }
+        for (const QString &stored : outputs.split(' ')) {
+            const bool isVideo = videoOutputSuffixes().contains(stored);
+            for (const QString &source : {suffix, QString("avi")}) {
+                const ConversionFiles files{"/o/in." + stored.toUpper(), "/o/out." + suffix,
+                                            "/s/c." + source};
+                QCOMPARE(shown(archivedPlan(files), files), isVideo ? fromVideo : fromSound);
+            }
+        }
+    }
+
+    void temporaryIsTheOutputPlusMp4()
+    {
+        const ConversionFiles files{"/o/r.wav", "/o/clip.webm", "/s/clip.avi"};
+        QCOMPARE(resultPlan(files).temporary, QString("/o/clip.webm.mp4"));
+        QCOMPARE(archivedPlan(files).temporary, QString("/o/clip.webm.mp4"));
+    }
+
+    void pathsStayWhole()
+    {
+        const QString odd = QString::fromUtf8("/o/-i \"a\" %1 <b>\n\U0001F3B5 'ü.mp3");
+        QVERIFY(uploadArguments(odd, "/x.wav").contains(odd));
+        QVERIFY(resultPlan({"/o/r.wav", odd, {}}).finalPass.endsWith(odd));
+    }
+};
+
+TEKO_TEST_MAIN(TestFfmpegArguments)
+#include "tst_ffmpegarguments.moc"
