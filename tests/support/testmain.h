@@ -29,6 +29,9 @@ protected slots:
     void init();
 };
 
+/// Whether a text is like a pattern in which '*' stands for anything.
+[[nodiscard]] bool isLike(const QString &text, const QString &pattern);
+
 /// Runs one test object in a QApplication named like the program, in a scratch home folder.
 int runTest(int argc, char **argv, const std::function<QObject *()> &make);
 
