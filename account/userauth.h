@@ -2,21 +2,93 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QObject>
+#include "account/accountclient.h"
+#include "account/session.h"
 
-/// The account element of the main view.
+#include <QTimer>
+
+/// The account element of the main view: finds out who is signed in, and signs in, registers and
+/// recovers passwords. One request at a time; what a form sends is dropped while another is under
+/// way. Being offline never signs anybody out, only the service's refusal does. GUI thread only.
 class UserAuth : public QObject
 {
     Q_OBJECT
+    /// Whether a form's request is under way.
+    Q_PROPERTY(bool busy READ isBusy NOTIFY busyChanged)
+    /// Why the last request of a form came to nothing; empty when it did not.
+    Q_PROPERTY(QString errorText READ errorText NOTIFY errorTextChanged)
+    /// Whoever was signed in last, to start the form with.
+    Q_PROPERTY(QString email READ email NOTIFY emailChanged)
+    /// Whether signInLocally() has an account to sign in with.
+    Q_PROPERTY(bool hasLocalAccount READ hasLocalAccount NOTIFY signedOut)
 
 public:
+    /// Works on the program's store; for the main view.
     explicit UserAuth(QObject *parent = nullptr);
+    /// The store must outlive this object. The interval is that between two attempts to check a
+    /// session while the service is out of reach.
+    explicit UserAuth(ProgramData &store, QObject *parent = nullptr,
+                      std::chrono::milliseconds retryInterval = std::chrono::seconds(5));
 
     /// Finds out who is signed in and answers with signedIn() or signedOut(), after this call has
-    /// returned. Every user counts as the signed-in local one.
+    /// returned. A later call replaces one that is under way.
     Q_INVOKABLE void initialCheck();
+    /// initialCheck() for a program in use: nothing while nobody is signed in or a check runs.
+    Q_INVOKABLE void recheck();
+
+    Q_INVOKABLE void signIn(const QString &email, const QString &password);
+    Q_INVOKABLE void registerAccount(const QString &name, const QString &email,
+                                     const QString &password);
+    /// Has the service send a code to the address: recoveryStarted().
+    Q_INVOKABLE void startRecovery(const QString &email);
+    /// Sets a new password with the code and signs in.
+    Q_INVOKABLE void recover(const QString &email, const QString &code, const QString &password);
+    /// Signs in with the account that the embedded service keeps for this machine.
+    Q_INVOKABLE void signInLocally();
+    Q_INVOKABLE void forgetError();
+
+    [[nodiscard]] bool isBusy() const { return m_isBusy; }
+    [[nodiscard]] const QString &errorText() const { return m_errorText; }
+    [[nodiscard]] const QString &email() const { return m_email; }
+    [[nodiscard]] bool hasLocalAccount() const;
+
+    /// For other requests of the account side.
+    [[nodiscard]] AccountClient &client() { return m_client; }
 
 signals:
     void signedIn();
     void signedOut();
+    /// Somebody has signed in by a form, after signedIn().
+    void welcomed();
+    void recoveryStarted();
+    void busyChanged();
+    void errorTextChanged();
+    void emailChanged();
+
+private:
+    void checkKept();
+    void checkNext();
+    void checked(const AccountAnswer &answer);
+    void refused(const QString &text);
+    void goOnUnchecked();
+    void enter();
+    void leave();
+
+    void submit(const QString &problem, const QString &path, const FormFields &fields,
+                std::function<void(const QString &body)> answered);
+    void enterByForm(const QString &body);
+    void setBusy(bool isBusy);
+    void setError(const QString &text);
+    void setEmail(const QString &email);
+
+    ProgramData &m_store;
+    Session m_session;
+    AccountClient m_client;
+    QTimer m_retry;
+    QList<SessionCandidate> m_candidates;
+    bool m_isChecking = false;
+    bool m_isSignedIn = false;
+    bool m_isBusy = false;
+    QString m_errorText;
+    QString m_email;
 };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "batch/batch.h"
 
+#include "account/userauth.h"
 #include "app/appfolder.h"
 #include "app/base/programdata.h"
 #include "app/startup.h"
@@ -11,6 +12,7 @@
 #include "batch/console.h"
 #include "service/serviceconnection.h"
 
+#include <QEventLoop>
 #include <QLoggingCategory>
 #include <QQuickStyle>
 #include <QQuickWindow>
@@ -22,12 +24,25 @@ namespace {
 constexpr int cannotStart = 1;
 constexpr int usageError = 2;
 
+/// Waits until it is known who is signed in. Somebody who is not learns it from the service, which
+/// refuses his files.
+void findUser(ProgramData &store)
+{
+    UserAuth account(store);
+    QEventLoop loop;
+    QObject::connect(&account, &UserAuth::signedIn, &loop, &QEventLoop::quit);
+    QObject::connect(&account, &UserAuth::signedOut, &loop, &QEventLoop::quit);
+    account.initialCheck();
+    loop.exec();
+}
+
 int runFiles(const BatchOptions &options)
 {
     const QTemporaryDir folder;
     ProgramData store(folder.filePath(QStringLiteral("call.ini")));
     applyBatchOptions(options, ProgramData::instance().settings(), store.settings());
     const ServiceConnection service(store);
+    findUser(store);
     BatchRunner runner(store);
     onInterrupt(&runner, [&] { runner.interrupt(); });
     return runner.run(options.files);

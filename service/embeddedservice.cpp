@@ -10,11 +10,13 @@
 #include <QHostAddress>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTimer>
 
 namespace {
 
 constexpr qsizetype longestLine = 64 * 1024;
 constexpr int graceMs = 3000;
+constexpr std::chrono::seconds longestStart(20);
 
 bool isThisMachine(const QUrl &url)
 {
@@ -63,6 +65,10 @@ void EmbeddedService::start()
     m_state = State::Starting;
     QDir().mkpath(m_dataFolder);
     m_process.start();
+    QTimer::singleShot(longestStart, this, [this] {
+        if (isStarting())
+            fail(tr("The local processing service does not answer."));
+    });
 }
 
 std::optional<ServiceAnnouncement> EmbeddedService::announcement(std::chrono::milliseconds patience)

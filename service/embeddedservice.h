@@ -34,8 +34,12 @@ public:
     EmbeddedService(const QString &program, const QString &dataFolder, QObject *parent = nullptr);
     ~EmbeddedService() override;
 
-    /// Starts the service and returns at once. For one call only.
+    /// Starts the service and returns at once. For one call only. A service that stays silent for
+    /// too long has failed.
     void start();
+
+    /// Whether it was started but has neither announced itself nor failed yet.
+    [[nodiscard]] bool isStarting() const { return m_state == State::Starting; }
 
     /// What a started service has announced; waits for it, at most for the given time, while it is
     /// still starting. Nothing before start() and once the service has failed.

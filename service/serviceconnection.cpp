@@ -31,11 +31,16 @@ ServiceConnection::ServiceConnection(ProgramData &store)
                              compiledInServiceAddress()))
         startEmbedded();
     m_store.setEndpointSource([this] { return endpoints(); });
+    m_store.setStartWaiter([this](QObject *context, std::function<void()> started) {
+        whenStarted(context, std::move(started));
+    });
 }
 
 ServiceConnection::~ServiceConnection()
 {
     m_store.setEndpointSource({});
+    m_store.setStartWaiter({});
+    m_store.setLocalAccount({});
 }
 
 void ServiceConnection::startEmbedded()
@@ -48,28 +53,31 @@ void ServiceConnection::startEmbedded()
     connect(m_service.get(), &EmbeddedService::failed, this, [](const QString &message) {
         MessageBoxCustom::warning(tr("Processing Service"), message);
     });
+    connect(m_service.get(), &EmbeddedService::ready, this, [this] {
+        const auto announcement = m_service->announcement();
+        m_store.setLocalAccount(LocalAccount{announcement->email, announcement->hash});
+    });
     m_service->start();
+}
+
+void ServiceConnection::whenStarted(QObject *context, std::function<void()> started)
+{
+    if (!m_service || !m_service->isStarting()) {
+        QMetaObject::invokeMethod(context, std::move(started), Qt::QueuedConnection);
+        return;
+    }
+    auto *once = new QObject(context);
+    const auto callBack = [once, started = std::move(started)] {
+        once->deleteLater();
+        started();
+    };
+    connect(m_service.get(), &EmbeddedService::ready, once, callBack, Qt::QueuedConnection);
+    connect(m_service.get(), &EmbeddedService::failed, once, callBack, Qt::QueuedConnection);
 }
 
 ServiceEndpoints ServiceConnection::endpoints()
 {
-    QUrl embedded;
-    if (const auto announcement = m_service ? m_service->announcement() : std::nullopt) {
-        embedded = announcement->url;
-        signInLocally(*announcement);
-    }
+    const auto announcement = m_service ? m_service->announcement() : std::nullopt;
     return resolveEndpoints(environmentAddresses(), ConfiguredAddresses::from(m_store),
-                            compiledInServiceAddress(), embedded);
-}
-
-void ServiceConnection::signInLocally(const ServiceAnnouncement &announcement)
-{
-    if (!m_store.user().hash.isEmpty())
-        return;
-    UserRecord user;
-    user.email = announcement.email;
-    user.hash = announcement.hash;
-    // The service on the user's own machine is his, whole and for good.
-    user.subscription.id = 1;
-    m_store.setUser(user);
+                            compiledInServiceAddress(), announcement ? announcement->url : QUrl());
 }

@@ -23,7 +23,7 @@ public:
 private:
     [[nodiscard]] ServiceEndpoints endpoints();
     void startEmbedded();
-    void signInLocally(const ServiceAnnouncement &announcement);
+    void whenStarted(QObject *context, std::function<void()> started);
 
     ProgramData &m_store;
     std::unique_ptr<EmbeddedService> m_service;

@@ -12,9 +12,6 @@
 
 namespace {
 
-/// More than any answer of the service has; the rest of a longer one is not even fetched.
-constexpr qint64 mostBytes = 64 * 1024;
-
 struct TextReply
 {
     Q_DECLARE_TR_FUNCTIONS(TextReply)
@@ -39,12 +36,14 @@ QString escaped(QString value)
 class TextCollector final : public QObject
 {
 public:
-    TextCollector(QNetworkReply *reply, std::function<void(const TextAnswer &)> handler)
+    TextCollector(QNetworkReply *reply, qint64 mostBytes,
+                  std::function<void(const TextAnswer &)> handler)
         : QObject(reply)
         , m_reply(reply)
+        , m_mostBytes(mostBytes)
         , m_handler(std::move(handler))
     {
-        reply->setReadBufferSize(mostBytes);
+        reply->setReadBufferSize(m_mostBytes);
         connect(reply, &QNetworkReply::readyRead, this, &TextCollector::read);
         connect(reply, &QNetworkReply::finished, this, &TextCollector::finish);
     }
@@ -52,9 +51,10 @@ public:
 private:
     void read()
     {
-        m_body += m_reply->read(mostBytes - m_body.size());
-        if (m_body.size() < mostBytes)
+        m_body += m_reply->read(m_mostBytes - m_body.size());
+        if (m_body.size() < m_mostBytes)
             return;
+        // The rest is not even fetched.
         m_isCut = true;
         m_reply->abort();
     }
@@ -62,7 +62,7 @@ private:
     void finish()
     {
         if (!m_isCut && m_reply->isOpen())
-            m_body += m_reply->read(mostBytes - m_body.size());
+            m_body += m_reply->read(m_mostBytes - m_body.size());
         // After a cut the reply reports the abort, which is not what the service said.
         const QString error = m_isCut ? statusText(*m_reply) : failureText(*m_reply);
         m_reply->deleteLater();
@@ -72,6 +72,7 @@ private:
     }
 
     QNetworkReply *const m_reply;
+    const qint64 m_mostBytes;
     std::function<void(const TextAnswer &)> m_handler;
     QByteArray m_body;
     bool m_isCut = false;
@@ -119,9 +120,9 @@ QString failureText(const QNetworkReply &reply)
 }
 
 void collectText(QNetworkReply *reply, QObject *context,
-                 std::function<void(const TextAnswer &)> handler)
+                 std::function<void(const TextAnswer &)> handler, qint64 mostBytes)
 {
-    new TextCollector(reply,
+    new TextCollector(reply, mostBytes,
                       [guard = QPointer<QObject>(context),
                        handler = std::move(handler)](const TextAnswer &answer) {
                           if (guard)

@@ -21,6 +21,9 @@ struct TextAnswer
     QString body; ///< the answer's text, or as much of it as is worth keeping
 };
 
+/// More than any short answer of the service has.
+inline constexpr qint64 mostTextBytes = 64 * 1024;
+
 using FormFields = QList<std::pair<QString, QString>>;
 
 /// The fields as the body of an "application/x-www-form-urlencoded" request. A plus and a percent
@@ -36,11 +39,11 @@ using FormFields = QList<std::pair<QString, QString>>;
 /// 2xx is always one, a redirect and a reply that is no HTTP included.
 [[nodiscard]] QString failureText(const QNetworkReply &reply);
 
-/// Reads a bounded part of a reply while it arrives, then calls the handler once, on this thread.
-/// The handler is not called when the context or the reply dies first. The reply deletes itself
-/// after it.
+/// Reads a reply while it arrives, at most so many bytes of it, then calls the handler once, on
+/// this thread. The handler is not called when the context or the reply dies first. The reply
+/// deletes itself after it.
 void collectText(QNetworkReply *reply, QObject *context,
-                 std::function<void(const TextAnswer &)> handler);
+                 std::function<void(const TextAnswer &)> handler, qint64 mostBytes = mostTextBytes);
 
 /// Waits in a local event loop, without a time limit, until the reply has finished or is gone or
 /// the program quits, which are failures. True: finished. The reply stays the caller's.

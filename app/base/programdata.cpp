@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QMetaObject>
 #include <QStandardPaths>
 
 namespace {
@@ -129,6 +130,14 @@ double ProgramData::guiScale() const
 ServiceEndpoints ProgramData::endpoints() const
 {
     return m_endpointSource ? m_endpointSource() : ServiceEndpoints();
+}
+
+void ProgramData::whenServiceStarted(QObject *context, std::function<void()> started) const
+{
+    if (m_startWaiter)
+        m_startWaiter(context, std::move(started));
+    else
+        QMetaObject::invokeMethod(context, std::move(started), Qt::QueuedConnection);
 }
 
 QString ProgramData::folder(const QString &key, const QString &name) const

@@ -9,6 +9,9 @@
 #include <QUrl>
 
 #include <functional>
+#include <optional>
+
+class QObject;
 
 /// Where the outside world is. An empty URL means: not available.
 struct ServiceEndpoints
@@ -20,12 +23,23 @@ struct ServiceEndpoints
     bool operator==(const ServiceEndpoints &) const = default;
 };
 
+/// The account that the embedded service keeps for whoever uses this machine.
+struct LocalAccount
+{
+    QString email;
+    QString hash;
+
+    bool operator==(const LocalAccount &) const = default;
+};
+
 /// The process-wide program data store: settings with their defaults, standard folders, signed-in
 /// user. Creation is safe from any thread; everything else belongs to the GUI thread.
 class ProgramData
 {
 public:
     using EndpointSource = std::function<ServiceEndpoints()>;
+    /// Calls back from the event loop, unless the context dies first.
+    using StartWaiter = std::function<void(QObject *context, std::function<void()> started)>;
 
     /// The store, created at the first call and never destroyed.
     static ProgramData &instance();
@@ -77,6 +91,15 @@ public:
     [[nodiscard]] ServiceEndpoints endpoints() const;
     void setEndpointSource(EndpointSource source) { m_endpointSource = std::move(source); }
 
+    /// Calls back from the event loop, unless the context dies first, as soon as endpoints()
+    /// answers without a delay: once an embedded service listens or has failed.
+    void whenServiceStarted(QObject *context, std::function<void()> started) const;
+    void setStartWaiter(StartWaiter waiter) { m_startWaiter = std::move(waiter); }
+
+    /// Nothing while no embedded service has announced itself.
+    [[nodiscard]] const std::optional<LocalAccount> &localAccount() const { return m_local; }
+    void setLocalAccount(std::optional<LocalAccount> account) { m_local = std::move(account); }
+
 private:
     void keepDamagedFile() const;
     [[nodiscard]] QString folder(const QString &key, const QString &name) const;
@@ -86,6 +109,8 @@ private:
     mutable QSettings m_settings;
     AccessCredentials m_access;
     EndpointSource m_endpointSource;
+    StartWaiter m_startWaiter;
+    std::optional<LocalAccount> m_local;
 };
 
 /// "%1/TEKO" of the documents location, where the application folder belongs.

@@ -37,6 +37,7 @@ struct AccessCredentials
 {
     QString publicKey;
     QString accessToken;
+    bool hasSignedOut = false; ///< by the user's wish: no account is used unasked
 
     bool operator==(const AccessCredentials &) const = default;
 };

@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "account/session.h"
+
+#include "account/credentialsfile.h"
+#include "account/userreply.h"
+#include "app/base/programdata.h"
+
+#include <QSysInfo>
+#include <QUuid>
+
+namespace {
+
+CredentialsFile fileOf(const ProgramData &store)
+{
+    QByteArray machine = QSysInfo::machineUniqueId();
+    if (machine.isEmpty())
+        machine = QSysInfo::machineHostName().toUtf8();
+    return {store.appFolder(), credentialsKey(store.credentialsText(), machine)};
+}
+
+} // namespace
+
+QList<SessionCandidate> sessionsToTry(const Credentials &kept,
+                                      const std::optional<LocalAccount> &local)
+{
+    QList<SessionCandidate> candidates;
+    const QString own = local ? local->hash : QString();
+    if (!kept.hash.isEmpty())
+        candidates.append({kept.email, kept.hash, kept.hash == own});
+    if (!own.isEmpty() && !kept.hasSignedOut && own != kept.hash)
+        candidates.append({local->email, own, true});
+    return candidates;
+}
+
+Session::Session(ProgramData &store)
+    : m_store(store)
+{ }
+
+Credentials Session::restore()
+{
+    // Once it was read, the store knows better: the file may refuse to be written.
+    const AccessCredentials &access = m_store.access();
+    const UserRecord &user = m_store.user();
+    if (!access.publicKey.isEmpty())
+        return {access.publicKey, user.email, user.hash, access.accessToken, access.hasSignedOut};
+    Credentials kept = fileOf(m_store).read().value_or(Credentials());
+    if (kept.publicKey.isEmpty()) {
+        kept.publicKey = QUuid::createUuid().toString(QUuid::WithoutBraces);
+        fileOf(m_store).write(kept);
+    }
+    m_store.setAccess({kept.publicKey, kept.accessToken, kept.hasSignedOut});
+    if (!kept.hash.isEmpty())
+        resume({kept.email, kept.hash, false});
+    return kept;
+}
+
+void Session::begin(const UserReply &reply)
+{
+    const Credentials before = restore();
+    // A check need not hand out the token again.
+    const bool hasToken = !reply.accessToken.isEmpty();
+    m_store.setUser(reply.user);
+    keep({before.publicKey, reply.user.email, reply.user.hash,
+          hasToken ? reply.accessToken : before.accessToken, false});
+}
+
+void Session::resume(const SessionCandidate &candidate)
+{
+    const bool isKnown = m_store.user().userId != 0;
+    if (isKnown && m_store.user().hash == candidate.hash)
+        return;
+    UserRecord user;
+    user.email = candidate.email;
+    user.hash = candidate.hash;
+    // The service on the user's own machine is his, whole and for good.
+    user.subscription.id = candidate.isLocal ? 1 : 0;
+    m_store.setUser(user);
+}
+
+void Session::end(bool byWish)
+{
+    const Credentials before = restore();
+    m_store.setUser({});
+    keep({before.publicKey, before.email, {}, {}, byWish});
+}
+
+void Session::keep(const Credentials &credentials)
+{
+    m_store.setAccess({credentials.publicKey, credentials.accessToken, credentials.hasSignedOut});
+    fileOf(m_store).write(credentials);
+}

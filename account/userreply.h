@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "app/base/userrecord.h"
+
+/// What the service's answer to a sign-in, a registration, a check or a change means.
+struct UserReply
+{
+    enum class Kind {
+        User, ///< a signed-in user
+        Refusal, ///< a sentence for him
+        Garbled ///< neither: a half answer, or somebody else's page in between
+    };
+    Kind kind = Kind::Garbled;
+    UserRecord user;
+    QString accessToken;
+
+    bool operator==(const UserReply &) const = default;
+};
+
+[[nodiscard]] UserReply parseUserReply(const QString &body);
