@@ -1,0 +1,182 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/api/accounts.h"
+
+#include "localservice/base/log.h"
+#include "localservice/base/refusal.h"
+
+#include <Poco/DateTimeFormatter.h>
+#include <Poco/JSON/Array.h>
+#include <Poco/JSON/Object.h>
+#include <Poco/String.h>
+#include <Poco/Timestamp.h>
+
+#include <algorithm>
+#include <sstream>
+
+namespace localservice {
+
+namespace {
+
+    constexpr std::size_t kLongestText = 254;
+    constexpr std::size_t kShortestPassword = 8;
+    constexpr std::size_t kLongestPassword = 1024;
+    constexpr std::int64_t kDay = 24 * 60 * 60;
+
+    constexpr const char *kWrongSignIn = "The e-mail address or the password is wrong.";
+    constexpr const char *kWrongCode = "The recovery code is wrong or no longer valid.";
+
+    std::string day(std::int64_t seconds)
+    {
+        return Poco::DateTimeFormatter::format(Poco::Timestamp::fromEpochTime(seconds), "%Y-%m-%d");
+    }
+
+    template <typename Json> std::string textOf(const Json &json)
+    {
+        std::ostringstream stream;
+        json.stringify(stream);
+        return stream.str();
+    }
+
+    bool looksLikeEmail(const std::string &email)
+    {
+        const std::size_t at = email.find('@');
+        return at != std::string::npos && at > 0 && at + 1 < email.size()
+            && email.find('@', at + 1) == std::string::npos && email.size() <= kLongestText
+            && std::none_of(email.begin(), email.end(),
+                            [](unsigned char c) { return c <= ' ' || c == 0x7f; });
+    }
+
+    void checkPassword(const std::string &password)
+    {
+        if (password.size() < kShortestPassword || password.size() > kLongestPassword)
+            throw Refusal("The password must have at least 8 characters.");
+    }
+
+    AccountChange personFrom(const Fields &fields)
+    {
+        AccountChange person{Poco::trim(fields["name"]), Poco::trim(fields["email"]),
+                             fields["password"]};
+        if (person.name.empty() || person.name.size() > kLongestText)
+            throw Refusal("The name is missing or too long.");
+        if (!looksLikeEmail(person.email))
+            throw Refusal("This is not an e-mail address.");
+        return person;
+    }
+
+    Poco::Dynamic::Var subscriptionJson(const Account &account, Subscription subscription)
+    {
+        if (subscription == Subscription::None)
+            return {};
+        Poco::JSON::Object::Ptr json = new Poco::JSON::Object;
+        json->set("id", 1);
+        json->set("added", day(account.added));
+        json->set("period", "unlimited");
+        json->set("version", "full");
+        json->set("type", "local");
+        json->set("expired", subscription == Subscription::Expired ? 1 : 0);
+        return json;
+    }
+
+} // namespace
+
+Accounts::Accounts(AccountStore &accounts, JobStore &jobs, Gate &gate, const Licence &licence,
+                   int keepDays)
+    : m_accounts(accounts)
+    , m_jobs(jobs)
+    , m_gate(gate)
+    , m_licence(licence)
+    , m_keepDays(keepDays)
+{ }
+
+std::string Accounts::userJson(const Account &account, const std::string &hash) const
+{
+    Poco::JSON::Object json;
+    json.set("user_id", account.id);
+    json.set("name", account.name);
+    json.set("email", account.email);
+    json.set("hash", hash);
+    json.set("subscription", subscriptionJson(account, m_licence.subscription));
+    json.set("access_token", m_accounts.tokenOf(hash));
+    return textOf(json);
+}
+
+void Accounts::countTry(const std::string &email, const Caller &caller)
+{
+    if (!m_tries.count(caller.address + "\n" + Poco::toLower(email)))
+        throw Refusal("Too many tries. Please wait a minute and try again.");
+}
+
+std::string Accounts::login(const Fields &fields, const Caller &caller)
+{
+    const std::string email = Poco::trim(fields["email"]);
+    countTry(email, caller);
+    if (fields["password"].size() > kLongestPassword)
+        throw Refusal(kWrongSignIn);
+    const std::optional<Account> account = m_accounts.signIn(email, fields["password"]);
+    if (!account)
+        throw Refusal(kWrongSignIn);
+    return userJson(*account, m_accounts.openSession(account->id));
+}
+
+std::string Accounts::registerAccount(const Fields &fields, const Caller &caller)
+{
+    const AccountChange person = personFrom(fields);
+    checkPassword(person.password);
+    countTry("", caller);
+    const Account account = m_accounts.add(person);
+    return userJson(account, m_accounts.openSession(account.id));
+}
+
+std::string Accounts::recover(const Fields &fields, const Caller &caller)
+{
+    const std::string email = Poco::trim(fields["email"]);
+    if (!looksLikeEmail(email))
+        throw Refusal("This is not an e-mail address.");
+    countTry(email, caller);
+    if (fields["code"].empty()) {
+        // The reply is the same for an unknown address, so that nobody learns who has an account.
+        if (const std::optional<std::string> code = m_accounts.openRecovery(email))
+            log("The recovery code for " + email + " is " + *code
+                + " (valid for 30 minutes, once)");
+        return "1";
+    }
+    checkPassword(fields["password"]);
+    if (!m_accounts.recover(email, Poco::toLower(Poco::trim(fields["code"])), fields["password"]))
+        throw Refusal(kWrongCode);
+    return "1";
+}
+
+std::string Accounts::check(const Fields &fields, const Caller &)
+{
+    return userJson(m_gate.require(fields), fields["hash"]);
+}
+
+std::string Accounts::update(const Fields &fields, const Caller &)
+{
+    const Account account = m_gate.require(fields);
+    const AccountChange person = personFrom(fields);
+    if (!person.password.empty())
+        checkPassword(person.password);
+    m_accounts.change(account, person, fields["hash"]);
+    return userJson(m_gate.require(fields), fields["hash"]);
+}
+
+std::string Accounts::archive(const Fields &fields, const Caller &)
+{
+    Poco::JSON::Array list;
+    for (const Job &job : m_jobs.finishedOf(m_gate.require(fields).id)) {
+        Poco::JSON::Object::Ptr record = new Poco::JSON::Object;
+        record->set("name", job.name);
+        record->set("deleted", day(job.added + m_keepDays * kDay));
+        record->set("instrument", job.instrument);
+        record->set("extension", job.extension);
+        record->set("demoFile", job.demo ? "yes" : "no");
+        record->set("local_file_path", job.original);
+        record->set("ai_id", job.id);
+        list.add(record);
+    }
+    return textOf(list);
+}
+
+} // namespace localservice

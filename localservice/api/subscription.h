@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+namespace localservice {
+
+/// The subscription that every account of this service has.
+enum class Subscription { Active, None, Expired };
+
+/// What accounts may do.
+struct Licence
+{
+    Subscription subscription = Subscription::Active;
+    int filesPerDay = 0; ///< 0: as many as they like
+};
+
+} // namespace localservice

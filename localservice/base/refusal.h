@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <stdexcept>
+
+namespace localservice {
+
+/// A request or a job that cannot be served; what() is one sentence that the user may read.
+class Refusal final : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+} // namespace localservice

@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/engine/panorama.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace localservice {
+
+namespace {
+
+    // Below stands the bass, above are mostly cymbals and noise: neither tells a guitar's seat.
+    constexpr float kLowestHertz = 120;
+    constexpr float kHighestHertz = 6000;
+    // Slots nearer to the middle than this belong to it.
+    constexpr int kMiddleReach = 5;
+    // A side with less than this share of the energy holds nobody.
+    constexpr double kLeastShare = 0.03;
+    // Alone on the sides, an instrument whose amplitude rises by this share a frame is struck.
+    constexpr double kStruck = 0.2;
+
+    std::size_t binAt(float hertz, float hertzPerBin)
+    {
+        return std::clamp<std::size_t>(static_cast<std::size_t>(hertz / hertzPerBin), 1,
+                                       Stft::kBins);
+    }
+
+} // namespace
+
+Place placeOf(std::complex<float> left, std::complex<float> right)
+{
+    const float l = std::norm(left);
+    const float r = std::norm(right);
+    if (l + r <= 0)
+        return {};
+    return {(r - l) / (l + r), 2 * std::abs(left * std::conj(right)) / (l + r)};
+}
+
+Panorama::Panorama(float hertzPerBin)
+    : m_slots{}
+    , m_firstBin(binAt(kLowestHertz, hertzPerBin))
+    , m_lastBin(binAt(kHighestHertz, hertzPerBin))
+{ }
+
+void Panorama::add(const std::array<Spectrum, 2> &before, const std::array<Spectrum, 2> &now)
+{
+    for (std::size_t bin = m_firstBin; bin < m_lastBin; ++bin) {
+        const Place place = placeOf(now[0][bin], now[1][bin]);
+        const int index = static_cast<int>(std::lround((place.pan + 1) / 2 * (kSlots - 1)));
+        Slot &slot = m_slots[std::clamp(index, 0, kSlots - 1)];
+        const double energy = std::norm(now[0][bin]) + std::norm(now[1][bin]);
+        const double earlier = std::norm(before[0][bin]) + std::norm(before[1][bin]);
+        slot.energy += energy;
+        slot.amplitude += std::sqrt(energy);
+        slot.attack += std::max(0.0, std::sqrt(energy) - std::sqrt(earlier));
+    }
+}
+
+Panorama::Side Panorama::side(int first, int last) const
+{
+    Side side;
+    double amplitude = 0;
+    double attack = 0;
+    double peak = 0;
+    for (int i = first; i <= last; ++i) {
+        side.energy += m_slots[i].energy;
+        amplitude += m_slots[i].amplitude;
+        attack += m_slots[i].attack;
+        if (m_slots[i].energy > peak) {
+            peak = m_slots[i].energy;
+            side.pan = 2.0F * static_cast<float>(i) / (kSlots - 1) - 1;
+        }
+    }
+    side.sharpness = amplitude > 0 ? attack / amplitude : 0;
+    return side;
+}
+
+Seating Panorama::seating() const
+{
+    constexpr int kMiddle = kSlots / 2;
+    const Side left = side(0, kMiddle - kMiddleReach - 1);
+    const Side right = side(kMiddle + kMiddleReach + 1, kSlots - 1);
+    double all = 0;
+    for (const Slot &slot : m_slots)
+        all += slot.energy;
+    const bool onLeft = left.energy > all * kLeastShare;
+    const bool onRight = right.energy > all * kLeastShare;
+    if (onLeft && onRight) {
+        const bool pianoLeft = left.sharpness > right.sharpness;
+        return {pianoLeft ? right.pan : left.pan, pianoLeft ? left.pan : right.pan};
+    }
+    if (!onLeft && !onRight)
+        return {};
+    const Side &only = onLeft ? left : right;
+    return only.sharpness > kStruck ? Seating{{}, only.pan} : Seating{only.pan, {}};
+}
+
+} // namespace localservice

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace localservice {
+
+/// What a song is taken apart into. Rest is whatever belongs to none of the five instruments.
+enum class Part : std::size_t { Guitar, Vocals, Piano, Bass, Drums, Rest };
+
+inline constexpr std::size_t kParts = 6;
+
+/// The words that clients use for the five instruments, in the order of Part.
+inline constexpr std::array<std::string_view, kParts - 1> kInstrumentWords = {
+    "guitar", "vocals", "piano", "bass", "drums"};
+
+/// The instrument of a client's word, compared as it stands; nothing for any other word.
+[[nodiscard]] constexpr std::optional<Part> instrumentFromWord(std::string_view word)
+{
+    for (std::size_t i = 0; i < kInstrumentWords.size(); ++i) {
+        if (kInstrumentWords[i] == word)
+            return static_cast<Part>(i);
+    }
+    return std::nullopt;
+}
+
+} // namespace localservice

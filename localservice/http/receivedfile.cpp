@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/http/receivedfile.h"
+
+#include "localservice/base/refusal.h"
+#include "localservice/base/secrets.h"
+#include "localservice/http/fields.h"
+
+namespace localservice {
+
+void ArrivingFiles::add(const std::string &name)
+{
+    const std::lock_guard lock(m_mutex);
+    m_names.insert(name);
+}
+
+void ArrivingFiles::remove(const std::string &name)
+{
+    const std::lock_guard lock(m_mutex);
+    if (const auto found = m_names.find(name); found != m_names.end())
+        m_names.erase(found);
+}
+
+bool ArrivingFiles::contains(const std::string &name)
+{
+    const std::lock_guard lock(m_mutex);
+    return m_names.contains(name);
+}
+
+ReceivedFile::ReceivedFile(std::filesystem::path folder, std::uint64_t mostBytes,
+                           ArrivingFiles &arriving)
+    : m_folder(std::move(folder))
+    , m_mostBytes(mostBytes)
+    , m_arriving(arriving)
+    , m_diskName(randomHex(16) + ".wav")
+{ }
+
+ReceivedFile::~ReceivedFile()
+{
+    if (!m_begun)
+        return;
+    m_arriving.remove(m_clientName);
+    m_stream.close();
+    std::error_code ignored;
+    if (!m_kept)
+        std::filesystem::remove(path(), ignored);
+}
+
+void ReceivedFile::begin(const std::string &clientPath)
+{
+    if (m_begun)
+        throw BadRequest("The upload holds more than one file.");
+    m_begun = true;
+    m_clientName = baseName(clientPath);
+    m_arriving.add(m_clientName);
+    m_stream.open(path(), std::ios::binary | std::ios::trunc);
+}
+
+void ReceivedFile::write(std::string_view bytes)
+{
+    m_bytes += bytes.size();
+    if (m_bytes <= m_mostBytes)
+        m_stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+void ReceivedFile::finish()
+{
+    if (!m_begun)
+        throw Refusal("The file to process is missing.");
+    m_stream.close();
+    if (m_bytes > m_mostBytes)
+        throw Refusal("The file is too large for the service.");
+    if (!m_stream)
+        throw Refusal("The service has no room left on its disk.");
+}
+
+} // namespace localservice

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <set>
+#include <string>
+
+namespace localservice {
+
+/// The client's names of the files that are arriving right now. Thread-safe.
+class ArrivingFiles final
+{
+public:
+    void add(const std::string &name);
+    void remove(const std::string &name);
+    [[nodiscard]] bool contains(const std::string &name);
+
+private:
+    std::mutex m_mutex;
+    std::multiset<std::string> m_names;
+};
+
+/// A file that arrives from a client, under a name of the service's own. It is removed again unless
+/// somebody keeps it.
+class ReceivedFile final
+{
+public:
+    /// `folder` is where it is put; at most `mostBytes` are taken.
+    ReceivedFile(std::filesystem::path folder, std::uint64_t mostBytes, ArrivingFiles &arriving);
+    ReceivedFile(const ReceivedFile &) = delete;
+    ReceivedFile &operator=(const ReceivedFile &) = delete;
+    ~ReceivedFile();
+
+    /// Begins, under the client's name without any folder; throws BadRequest when it has begun
+    /// already.
+    void begin(const std::string &clientPath);
+    /// Takes the next bytes. What cannot be kept is let go, and finish() says so.
+    void write(std::string_view bytes);
+    /// Throws Refusal when the file is missing, was too large or did not fit on the disk.
+    void finish();
+    /// From now on the file stays.
+    void keep() { m_kept = true; }
+
+    [[nodiscard]] const std::string &clientName() const { return m_clientName; }
+    [[nodiscard]] const std::string &diskName() const { return m_diskName; }
+    [[nodiscard]] std::filesystem::path path() const { return m_folder / m_diskName; }
+
+private:
+    std::filesystem::path m_folder;
+    std::uint64_t m_mostBytes;
+    ArrivingFiles &m_arriving;
+    std::string m_clientName;
+    std::string m_diskName;
+    std::ofstream m_stream;
+    std::uint64_t m_bytes = 0;
+    bool m_begun = false;
+    bool m_kept = false;
+};
+
+} // namespace localservice

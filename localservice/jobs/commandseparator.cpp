@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/jobs/commandseparator.h"
+
+#include "localservice/base/refusal.h"
+#include "localservice/engine/wavfile.h"
+#include "localservice/platform/childprocess.h"
+
+#include <array>
+#include <stdexcept>
+#include <utility>
+
+namespace fs = std::filesystem;
+
+namespace localservice {
+
+namespace {
+
+    using Filling = std::array<std::pair<std::string, std::string>, 4>;
+
+    std::string filled(std::string word, const Filling &fillings)
+    {
+        std::string result;
+        for (std::size_t at = 0; at < word.size();) {
+            std::size_t taken = 0;
+            for (const auto &[name, value] : fillings) {
+                if (word.compare(at, name.size(), name) == 0) {
+                    result += value;
+                    taken = name.size();
+                }
+            }
+            if (taken == 0)
+                result += word[at];
+            at += std::max<std::size_t>(taken, 1);
+        }
+        return result;
+    }
+
+    // The program knows nothing of demos: it gets a file that holds only the beginning.
+    fs::path beginningOf(const SeparationTask &task)
+    {
+        WavReader reader(task.input);
+        WavShape shape = reader.shape();
+        if (framesToTake(task, shape) == shape.frames)
+            return task.input;
+        shape.frames = framesToTake(task, shape);
+        fs::path file = task.main.parent_path() / "beginning.wav";
+        WavWriter writer(file, shape);
+        std::vector<std::int32_t> block(static_cast<std::size_t>(shape.channels) * 4096);
+        for (std::int64_t left = shape.frames; left > 0;) {
+            const auto frames = std::min<std::int64_t>(left, 4096);
+            const std::span<std::int32_t> part =
+                std::span(block).first(static_cast<std::size_t>(frames * shape.channels));
+            if (reader.read(part) != frames)
+                throw Refusal("The uploaded file can no longer be read.");
+            writer.write(part);
+            left -= frames;
+        }
+        writer.finish();
+        return file;
+    }
+
+    void checkResult(const fs::path &file, const SeparationTask &task)
+    {
+        const WavShape wanted = WavReader(task.input).shape();
+        try {
+            const WavShape got = WavReader(file).shape();
+            if (got.sampleRate != wanted.sampleRate || got.frames != framesToTake(task, wanted))
+                throw Refusal("The separator program gave a result of another length.");
+        } catch (const Refusal &) {
+            throw Refusal("The separator program gave no usable result.");
+        }
+    }
+
+} // namespace
+
+std::vector<std::string> wordsOf(std::string_view command)
+{
+    std::vector<std::string> words;
+    char quote = 0;
+    bool inWord = false;
+    for (const char c : command) {
+        if (quote == 0 && (c == ' ' || c == '\t')) {
+            inWord = false;
+            continue;
+        }
+        if (!inWord)
+            words.emplace_back();
+        inWord = true;
+        if (quote == 0 && (c == '"' || c == '\''))
+            quote = c;
+        else if (c == quote)
+            quote = 0;
+        else
+            words.back() += c;
+    }
+    if (quote != 0)
+        throw std::invalid_argument("A quotation mark of the command is not closed.");
+    if (words.empty() || words.front().empty())
+        throw std::invalid_argument("The command is empty.");
+    return words;
+}
+
+Separate separateByCommand(std::vector<std::string> words)
+{
+    return [words = std::move(words)](const SeparationTask &task, JobControl &control) {
+        const fs::path input = beginningOf(task);
+        const std::string instrument(kInstrumentWords[static_cast<std::size_t>(task.instrument)]);
+        const Filling fillings = {{{"{input}", input.string()},
+                                   {"{instrument}", instrument},
+                                   {"{main}", task.main.string()},
+                                   {"{mix}", task.mix.string()}}};
+        std::vector<std::string> command;
+        for (const std::string &word : words)
+            command.push_back(filled(word, fillings));
+        switch (runChild(command, control.cancelled)) {
+        case ChildEnd::Cancelled:
+            return false;
+        case ChildEnd::NotStarted:
+            throw Refusal("The separator program could not be started.");
+        case ChildEnd::Failed:
+            throw Refusal("The separator program failed.");
+        case ChildEnd::Succeeded:
+            break;
+        }
+        checkResult(task.main, task);
+        checkResult(task.mix, task);
+        if (input != task.input)
+            fs::remove(input);
+        return true;
+    };
+}
+
+} // namespace localservice

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "localservice/engine/separation.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace localservice {
+
+/// The service's folder and the places in it. All names on disk are the service's own.
+class DataFolder final
+{
+public:
+    /// Makes the folder and its subfolders, readable by their owner alone.
+    explicit DataFolder(std::filesystem::path root);
+
+    [[nodiscard]] std::filesystem::path database() const { return m_root / "service.db"; }
+    [[nodiscard]] std::filesystem::path upload(const std::string &file) const;
+    [[nodiscard]] std::filesystem::path mainResult(const std::string &token) const;
+    [[nodiscard]] std::filesystem::path mixResult(const std::string &token) const;
+    /// Where the results of a job are written until they are whole: an empty folder.
+    [[nodiscard]] std::filesystem::path openWorkshop(const std::string &token) const;
+    /// Gives the results their place, both at once.
+    void publish(const std::string &token) const;
+    /// Removes what is left of a job's unfinished work.
+    void clearWorkshop(const std::string &token) const noexcept;
+    void removeUpload(const std::string &file) const noexcept;
+    void removeResults(const std::string &token) const noexcept;
+    /// Removes what an earlier run left unfinished: all workshops, and uploads that nobody knows.
+    void tidy(const std::vector<std::string> &knownUploads) const;
+
+private:
+    std::filesystem::path m_root;
+};
+
+/// The file names of the results within a folder of theirs.
+inline constexpr const char *kMainFile = "main.wav";
+inline constexpr const char *kMixFile = "mix.wav";
+
+} // namespace localservice

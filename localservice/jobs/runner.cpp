@@ -1,0 +1,189 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/jobs/runner.h"
+
+#include "localservice/base/log.h"
+#include "localservice/base/refusal.h"
+
+#include <Poco/Exception.h>
+
+namespace localservice {
+
+namespace {
+
+    constexpr std::int64_t kDay = 24 * 60 * 60;
+    constexpr std::chrono::hours kHouseKeeping{1};
+    constexpr const char *kBroken = "The service could not process the file.";
+
+} // namespace
+
+Runner::Runner(JobStore &jobs, UploadStore &uploads, const DataFolder &folder, Separate separate,
+               int workers, int keepDays)
+    : m_jobs(jobs)
+    , m_uploads(uploads)
+    , m_folder(folder)
+    , m_separate(std::move(separate))
+    , m_keepDays(keepDays)
+    , m_pace(workers)
+{
+    m_jobs.requeueInterrupted();
+    sweepOld();
+    m_folder.tidy(m_uploads.files());
+    for (int i = 0; i < workers; ++i)
+        m_threads.emplace_back(&Runner::work, this);
+    m_threads.emplace_back(&Runner::keepHouse, this);
+}
+
+Runner::~Runner()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stopping = true;
+        for (const auto &[id, running] : m_running)
+            running->control.cancelled = true;
+    }
+    m_changed.notify_all();
+    for (std::thread &thread : m_threads)
+        thread.join();
+}
+
+void Runner::wake()
+{
+    // Taking the lock keeps the call from falling between a worker's look at the queue and its
+    // sleep.
+    const std::lock_guard lock(m_mutex);
+    m_changed.notify_all();
+}
+
+void Runner::work()
+{
+    std::unique_lock lock(m_mutex);
+    while (!m_stopping) {
+        const std::optional<Job> job = m_jobs.takeNext();
+        if (!job) {
+            m_changed.wait(lock);
+            continue;
+        }
+        m_running[job->id] = std::make_shared<Running>();
+        lock.unlock();
+        run(*job);
+        lock.lock();
+        m_running.erase(job->id);
+    }
+}
+
+void Runner::run(const Job &job)
+{
+    const std::shared_ptr<Running> running = find(job.id);
+    std::string failure;
+    try {
+        finish(job, *running);
+    } catch (const Refusal &refusal) {
+        failure = refusal.what();
+    } catch (const Poco::Exception &error) {
+        log("Job " + std::to_string(job.id) + ": " + error.displayText());
+        failure = kBroken;
+    } catch (const std::exception &error) {
+        log("Job " + std::to_string(job.id) + ": " + error.what());
+        failure = kBroken;
+    }
+    m_folder.clearWorkshop(job.token);
+    if (!failure.empty()) {
+        log("Job " + std::to_string(job.id) + " failed: " + failure);
+        m_jobs.move(job.id, JobState::Running, JobState::Failed, failure);
+    }
+    sweepUploads();
+}
+
+void Runner::finish(const Job &job, Running &running)
+{
+    if (separateJob(job, running)) {
+        m_folder.publish(job.token);
+        m_pace.learn(job.seconds, std::chrono::steady_clock::now() - running.began);
+        m_jobs.move(job.id, JobState::Running, JobState::Ready);
+        return;
+    }
+    const std::lock_guard lock(m_mutex);
+    m_jobs.move(job.id, JobState::Running, m_stopping ? JobState::Queued : JobState::Cancelled);
+}
+
+bool Runner::separateJob(const Job &job, Running &running)
+{
+    const std::optional<Upload> upload = m_uploads.find(job.upload);
+    const std::optional<Part> instrument = instrumentFromWord(job.instrument);
+    if (!upload || !instrument)
+        throw Refusal("The service no longer has this file.");
+    const std::filesystem::path workshop = m_folder.openWorkshop(job.token);
+    const SeparationTask task{m_folder.upload(upload->file), *instrument,
+                              job.demo ? std::optional(kDemoSeconds) : std::nullopt,
+                              workshop / kMainFile, workshop / kMixFile};
+    return m_separate(task, running.control);
+}
+
+std::shared_ptr<Runner::Running> Runner::find(std::int32_t id)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_running.find(id);
+    return found == m_running.end() ? nullptr : found->second;
+}
+
+bool Runner::cancel(std::int32_t id)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_jobs.move(id, JobState::Queued, JobState::Cancelled))
+        return true;
+    const auto found = m_running.find(id);
+    if (found == m_running.end())
+        return false;
+    found->second->control.cancelled = true;
+    return true;
+}
+
+int Runner::secondsLeft(const Job &job)
+{
+    Outlook outlook;
+    outlook.seconds = job.seconds;
+    const std::shared_ptr<Running> running = find(job.id);
+    if (!running) {
+        outlook.secondsBefore = m_jobs.secondsBefore(job.id);
+        return m_pace.secondsLeft(outlook);
+    }
+    outlook.share = running->control.share;
+    outlook.elapsed = std::chrono::steady_clock::now() - running->began;
+    const int seconds = m_pace.secondsLeft(outlook);
+    const std::lock_guard lock(m_mutex);
+    if (running->lastAnswer < 0 || seconds < running->lastAnswer)
+        running->lastAnswer = seconds;
+    return running->lastAnswer;
+}
+
+void Runner::sweepUploads()
+{
+    for (const std::string &file : m_uploads.takeUnneeded(secondsNow() - m_keepDays * kDay))
+        m_folder.removeUpload(file);
+}
+
+void Runner::sweepOld()
+{
+    const std::int64_t before = secondsNow() - m_keepDays * kDay;
+    m_uploads.removeOlderThan(before);
+    for (const std::string &token : m_jobs.takeOlderThan(before))
+        m_folder.removeResults(token);
+    sweepUploads();
+}
+
+void Runner::keepHouse()
+{
+    std::unique_lock lock(m_mutex);
+    while (!m_changed.wait_for(lock, kHouseKeeping, [this] { return m_stopping; })) {
+        lock.unlock();
+        try {
+            sweepOld();
+        } catch (const Poco::Exception &error) {
+            log("Could not clean up: " + error.displayText());
+        }
+        lock.lock();
+    }
+}
+
+} // namespace localservice

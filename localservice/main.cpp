@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/base/log.h"
+#include "localservice/base/secrets.h"
+#include "localservice/platform/termination.h"
+#include "localservice/service.h"
+
+#include <Poco/Exception.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+using namespace localservice;
+
+namespace {
+
+constexpr int kUsage = 2;
+constexpr int kMostEmbedded = 16;
+
+// A folder that is in use belongs to another running program of the same user: an embedded service
+// then takes the next one, "service-2" and so on.
+std::unique_ptr<Service> start(Options options)
+{
+    const std::filesystem::path folder = options.data;
+    for (int number = 2;; ++number) {
+        try {
+            return std::make_unique<Service>(options);
+        } catch (const DatabaseBusy &) {
+            if (!options.embedded || number > kMostEmbedded)
+                throw;
+            options.data = folder.string() + "-" + std::to_string(number);
+        }
+    }
+}
+
+void run(const Options &options)
+{
+    Termination termination(options.embedded);
+    initialiseSecrets();
+    const std::unique_ptr<Service> service = start(options);
+    log("Listening on " + service->url());
+    if (options.embedded) {
+        std::printf("%s\n", service->greeting().c_str());
+        std::fflush(stdout);
+    }
+    termination.wait();
+    log("Ending");
+}
+
+int fail(const std::string &message, int code)
+{
+    std::fprintf(stderr, "teko-service: %s\n", message.c_str());
+    return code;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        const Options options = parseOptions({argv + 1, argv + argc});
+        if (options.showHelp)
+            std::fputs(helpText().c_str(), stdout);
+        else if (options.showVersion)
+            std::puts("teko-service " TEKO_VERSION);
+        else
+            run(options);
+        return EXIT_SUCCESS;
+    } catch (const UsageError &error) {
+        return fail(std::string(error.what()) + "\nTry \"teko-service --help\".", kUsage);
+    } catch (const Poco::Exception &error) {
+        return fail(error.displayText(), EXIT_FAILURE);
+    } catch (const std::exception &error) {
+        return fail(error.what(), EXIT_FAILURE);
+    }
+}

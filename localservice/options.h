@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "localservice/api/subscription.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace localservice {
+
+/// What the command line asks for.
+struct Options
+{
+    std::string host = "127.0.0.1";
+    std::uint16_t port = 8750;
+    std::filesystem::path data;
+    bool embedded = false;
+    std::vector<std::string> separator; ///< words of a command; empty: the built-in separator
+    int workers = 1;
+    Licence licence;
+    int keepDays = 30;
+    std::uint64_t mostUploadBytes = 0;
+    bool showHelp = false;
+    bool showVersion = false;
+};
+
+/// A command line that makes no sense; what() is a sentence about it.
+class UsageError final : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Reads the command line (without the program's name): "--name value" or "--name=value".
+/// Throws UsageError.
+[[nodiscard]] Options parseOptions(const std::vector<std::string> &arguments);
+
+/// What --help shows.
+[[nodiscard]] std::string helpText();
+
+} // namespace localservice

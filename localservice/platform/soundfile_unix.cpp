@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/platform/soundfile.h"
+
+namespace localservice {
+
+SNDFILE *openSoundFile(const std::filesystem::path &path, int mode, SF_INFO *info)
+{
+    return sf_open(path.c_str(), mode, info);
+}
+
+} // namespace localservice

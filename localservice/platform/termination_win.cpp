@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/platform/termination.h"
+
+#include <windows.h>
+
+#include <thread>
+
+namespace localservice {
+
+namespace {
+
+    HANDLE theEnd = nullptr;
+
+    BOOL WINAPI onConsoleEvent(DWORD)
+    {
+        SetEvent(theEnd);
+        return TRUE;
+    }
+
+    void readInputToItsEnd()
+    {
+        char ignored[512];
+        DWORD got = 0;
+        while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), ignored, sizeof ignored, &got, nullptr)
+               && got > 0) { }
+        SetEvent(theEnd);
+    }
+
+} // namespace
+
+Termination::Termination(bool watchInput)
+    : m_watchInput(watchInput)
+{
+    theEnd = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    SetConsoleCtrlHandler(onConsoleEvent, TRUE);
+    // The read cannot be called off; the thread ends with the process.
+    if (m_watchInput)
+        std::thread(readInputToItsEnd).detach();
+}
+
+// The event stays: the reading thread may still set it.
+Termination::~Termination()
+{
+    SetConsoleCtrlHandler(onConsoleEvent, FALSE);
+}
+
+void Termination::wait()
+{
+    WaitForSingleObject(theEnd, INFINITE);
+}
+
+} // namespace localservice

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/service.h"
+
+#include "localservice/jobs/commandseparator.h"
+
+#include <Poco/JSON/Object.h>
+
+#include <sstream>
+
+namespace localservice {
+
+namespace {
+
+    Separate separatorOf(const Options &options)
+    {
+        return options.separator.empty() ? Separate(separate)
+                                         : separateByCommand(options.separator);
+    }
+
+} // namespace
+
+Service::Service(const Options &options)
+    : m_folder(options.data)
+    , m_database(m_folder.database())
+    , m_accountStore(m_database)
+    , m_uploads(m_database)
+    , m_jobs(m_database)
+    , m_runner(m_jobs, m_uploads, m_folder, separatorOf(options), options.workers, options.keepDays)
+    , m_gate(m_accountStore, m_jobs)
+    , m_processing(m_accountStore, m_uploads, m_jobs, m_runner, m_gate, m_arriving, options.licence)
+    , m_accounts(m_accountStore, m_jobs, m_gate, options.licence, options.keepDays)
+    , m_server(
+          options.host, options.port,
+          {m_processing, m_accounts, m_jobs, m_arriving, m_folder, options.mostUploadBytes, ""})
+{ }
+
+std::string Service::greeting()
+{
+    const std::string hash = m_accountStore.localSession();
+    const std::optional<Account> account = m_accountStore.accountOf(hash);
+    Poco::JSON::Object json;
+    json.set("url", url());
+    json.set("email", account ? account->email : "");
+    json.set("hash", hash);
+    std::ostringstream line;
+    json.stringify(line);
+    return line.str();
+}
+
+} // namespace localservice

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "localservice/options.h"
+#include "localservice/server/httpserver.h"
+
+namespace localservice {
+
+/// The whole service: everything that works while it exists.
+class Service final
+{
+public:
+    /// Opens the data folder, goes on with the interrupted jobs and listens. Throws DatabaseBusy
+    /// when another service uses the folder, and other exceptions when it cannot start.
+    explicit Service(const Options &options);
+
+    /// Its base address: "http://host:port".
+    [[nodiscard]] std::string url() const { return "http://" + m_server.address(); }
+    /// One line of JSON for the program that this service is embedded in: "url", "email" and "hash"
+    /// of the local account, which is made at the first call.
+    [[nodiscard]] std::string greeting();
+
+private:
+    DataFolder m_folder;
+    Database m_database;
+    AccountStore m_accountStore;
+    UploadStore m_uploads;
+    JobStore m_jobs;
+    Runner m_runner;
+    Gate m_gate;
+    ArrivingFiles m_arriving;
+    Processing m_processing;
+    Accounts m_accounts;
+    HttpServer m_server;
+};
+
+} // namespace localservice

@@ -1,0 +1,230 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/store/accountstore.h"
+
+#include "localservice/base/password.h"
+#include "localservice/base/refusal.h"
+#include "localservice/base/secrets.h"
+
+#include <Poco/Data/RecordSet.h>
+#include <Poco/DateTimeFormatter.h>
+#include <Poco/LocalDateTime.h>
+
+using namespace Poco::Data::Keywords;
+
+namespace localservice {
+
+namespace {
+
+    constexpr std::size_t kHashBytes = 32;
+    constexpr std::size_t kCodeBytes = 5;
+    constexpr std::int64_t kCodeSeconds = 30 * 60;
+
+    std::string today()
+    {
+        return Poco::DateTimeFormatter::format(Poco::LocalDateTime(), "%Y-%m-%d");
+    }
+
+    std::optional<Account> firstOf(Poco::Data::Statement &select)
+    {
+        select.execute();
+        Poco::Data::RecordSet rows(select);
+        if (!rows.moveFirst())
+            return std::nullopt;
+        return Account{rows["id"].convert<std::int64_t>(), rows["name"].convert<std::string>(),
+                       rows["email"].convert<std::string>(), rows["added"].convert<std::int64_t>()};
+    }
+
+} // namespace
+
+AccountStore::AccountStore(Database &database)
+    : m_database(database)
+{
+    m_key = setting("digest_key");
+    if (m_key.empty()) {
+        m_key = randomHex(kHashBytes);
+        setSetting("digest_key", m_key);
+    }
+}
+
+Account AccountStore::add(const AccountChange &person)
+{
+    const std::string password = person.password.empty() ? "" : passwordHash(person.password);
+    Database::Access access = m_database.access();
+    if (find(person.email))
+        throw Refusal("There is already an account with this e-mail address.");
+    access.session << "INSERT INTO users(name, email, password, added) VALUES(?, ?, ?, ?)",
+        bind(person.name), bind(person.email), bind(password), bind(secondsNow()), now;
+    return *find(person.email);
+}
+
+std::optional<Account> AccountStore::find(const std::string &email)
+{
+    Database::Access access = m_database.access();
+    Poco::Data::Statement select(access.session);
+    select << "SELECT id, name, email, added FROM users WHERE email = ?", bind(email);
+    return firstOf(select);
+}
+
+std::optional<Account> AccountStore::signIn(const std::string &email, const std::string &password)
+{
+    std::string hash;
+    {
+        Database::Access access = m_database.access();
+        access.session << "SELECT password FROM users WHERE email = ?", bind(email), into(hash),
+            now;
+    }
+    return passwordMatches(hash, password) ? find(email) : std::nullopt;
+}
+
+std::optional<Account> AccountStore::accountOf(const std::string &hash)
+{
+    const std::string digest = sessionDigest(hash);
+    Database::Access access = m_database.access();
+    std::string kept;
+    access.session << "SELECT digest FROM sessions WHERE digest = ?", bind(digest), into(kept), now;
+    if (!sameSecret(kept, digest))
+        return std::nullopt;
+    Poco::Data::Statement select(access.session);
+    select << "SELECT users.id AS id, name, email, users.added AS added FROM users"
+              " JOIN sessions ON sessions.account = users.id WHERE digest = ?",
+        bind(digest);
+    return firstOf(select);
+}
+
+std::string AccountStore::openSession(std::int64_t account)
+{
+    std::string hash = randomHex(kHashBytes);
+    keepSession(hash, account);
+    return hash;
+}
+
+void AccountStore::keepSession(const std::string &hash, std::int64_t account)
+{
+    Database::Access access = m_database.access();
+    access.session << "INSERT OR IGNORE INTO sessions(digest, account, added) VALUES(?, ?, ?)",
+        bind(sessionDigest(hash)), bind(account), bind(secondsNow()), now;
+}
+
+std::string AccountStore::tokenOf(const std::string &hash) const
+{
+    return keyedDigest("token " + hash, m_key);
+}
+
+std::string AccountStore::sessionDigest(const std::string &hash) const
+{
+    return keyedDigest("session " + hash, m_key);
+}
+
+void AccountStore::change(const Account &account, const AccountChange &change,
+                          const std::string &hash)
+{
+    {
+        Database::Access access = m_database.access();
+        const std::optional<Account> owner = find(change.email);
+        if (owner && owner->id != account.id)
+            throw Refusal("There is already an account with this e-mail address.");
+        access.session << "UPDATE users SET name = ?, email = ? WHERE id = ?", bind(change.name),
+            bind(change.email), bind(account.id), now;
+    }
+    if (!change.password.empty())
+        setPassword(account.id, change.password, hash);
+}
+
+void AccountStore::setPassword(std::int64_t account, const std::string &password,
+                               const std::string &hash)
+{
+    const std::string kept = passwordHash(password);
+    Database::Access access = m_database.access();
+    Transaction transaction(access.session);
+    access.session << "UPDATE users SET password = ?, code = '', code_until = 0 WHERE id = ?",
+        bind(kept), bind(account), now;
+    access.session << "DELETE FROM sessions WHERE account = ? AND digest <> ?", bind(account),
+        bind(sessionDigest(hash)), now;
+    transaction.commit();
+}
+
+std::optional<std::string> AccountStore::openRecovery(const std::string &email)
+{
+    const std::string code = randomHex(kCodeBytes);
+    Database::Access access = m_database.access();
+    if (!find(email))
+        return std::nullopt;
+    access.session << "UPDATE users SET code = ?, code_until = ? WHERE email = ?",
+        bind(keyedDigest("code " + code, m_key)), bind(secondsNow() + kCodeSeconds), bind(email),
+        now;
+    return code;
+}
+
+bool AccountStore::recover(const std::string &email, const std::string &code,
+                           const std::string &password)
+{
+    std::optional<Account> account;
+    {
+        Database::Access access = m_database.access();
+        std::string kept;
+        access.session << "SELECT code FROM users WHERE email = ? AND code_until >= ?", bind(email),
+            bind(secondsNow()), into(kept), now;
+        if (kept.empty() || !sameSecret(kept, keyedDigest("code " + code, m_key)))
+            return false;
+        access.session << "UPDATE users SET code = '', code_until = 0 WHERE email = ?", bind(email),
+            now;
+        account = find(email);
+    }
+    if (account)
+        setPassword(account->id, password, {});
+    return account.has_value();
+}
+
+int AccountStore::processedToday(std::int64_t account)
+{
+    Database::Access access = m_database.access();
+    int files = 0;
+    access.session << "SELECT files FROM processed WHERE account = ? AND day = ?", bind(account),
+        bind(today()), into(files), now;
+    return files;
+}
+
+void AccountStore::countProcessed(std::int64_t account)
+{
+    Database::Access access = m_database.access();
+    access.session << "INSERT INTO processed(account, day, files) VALUES(?, ?, 1)"
+                      " ON CONFLICT(account, day) DO UPDATE SET files = files + 1",
+        bind(account), bind(today()), now;
+}
+
+std::string AccountStore::localSession()
+{
+    Database::Access access = m_database.access();
+    std::string hash = setting("local_hash");
+    std::int64_t id = 0;
+    if (hash.empty()) {
+        hash = randomHex(kHashBytes);
+        const std::optional<Account> known = find(kLocalEmail);
+        id = known ? known->id : add({"Local user", kLocalEmail, ""}).id;
+        setSetting("local_hash", hash);
+        setSetting("local_account", std::to_string(id));
+    } else {
+        id = std::stoll(setting("local_account"));
+    }
+    keepSession(hash, id);
+    return hash;
+}
+
+std::string AccountStore::setting(const std::string &name)
+{
+    Database::Access access = m_database.access();
+    std::string value;
+    access.session << "SELECT value FROM settings WHERE name = ?", bind(name), into(value), now;
+    return value;
+}
+
+void AccountStore::setSetting(const std::string &name, const std::string &value)
+{
+    Database::Access access = m_database.access();
+    access.session << "INSERT INTO settings(name, value) VALUES(?, ?)"
+                      " ON CONFLICT(name) DO UPDATE SET value = excluded.value",
+        bind(name), bind(value), now;
+}
+
+} // namespace localservice

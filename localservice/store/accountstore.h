@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "localservice/store/database.h"
+
+#include <optional>
+#include <string>
+
+namespace localservice {
+
+/// A person who may use the service.
+struct Account
+{
+    std::int64_t id = 0;
+    std::string name;
+    std::string email;
+    std::int64_t added = 0; ///< seconds since 1970
+};
+
+/// What an account changes about itself; an empty password means: keep the old one.
+struct AccountChange
+{
+    std::string name;
+    std::string email;
+    std::string password;
+};
+
+/// The accounts, their sessions and what they have used up today. Passwords are kept as Argon2id
+/// hashes, session hashes and recovery codes as keyed digests. Thread-safe.
+class AccountStore final
+{
+public:
+    explicit AccountStore(Database &database);
+
+    /// Makes an account; throws Refusal when the e-mail address is taken.
+    Account add(const AccountChange &person);
+    /// The account of an e-mail address and its password. Takes as long for an unknown address.
+    [[nodiscard]] std::optional<Account> signIn(const std::string &email,
+                                                const std::string &password);
+    /// The account of a session.
+    [[nodiscard]] std::optional<Account> accountOf(const std::string &hash);
+    /// Begins a session and gives its hash, the secret that names it.
+    [[nodiscard]] std::string openSession(std::int64_t account);
+    /// The access token that belongs to a session.
+    [[nodiscard]] std::string tokenOf(const std::string &hash) const;
+    /// Changes an account; a new password ends all its sessions but `hash`. Throws Refusal when the
+    /// e-mail address is another one's.
+    void change(const Account &account, const AccountChange &change, const std::string &hash);
+
+    /// A code for a new password, valid once and for half an hour; nothing for an unknown address.
+    [[nodiscard]] std::optional<std::string> openRecovery(const std::string &email);
+    /// Sets a new password with such a code and ends all sessions; gives whether the code was
+    /// right.
+    [[nodiscard]] bool recover(const std::string &email, const std::string &code,
+                               const std::string &password);
+
+    /// How many files an account has sent today.
+    [[nodiscard]] int processedToday(std::int64_t account);
+    void countProcessed(std::int64_t account);
+
+    /// The session of the account that belongs to whoever owns this computer; made at the first
+    /// call.
+    [[nodiscard]] std::string localSession();
+
+private:
+    [[nodiscard]] std::optional<Account> find(const std::string &email);
+    [[nodiscard]] std::string setting(const std::string &name);
+    void setSetting(const std::string &name, const std::string &value);
+    void keepSession(const std::string &hash, std::int64_t account);
+    void setPassword(std::int64_t account, const std::string &password, const std::string &hash);
+    [[nodiscard]] std::string sessionDigest(const std::string &hash) const;
+
+    Database &m_database;
+    std::string m_key; // of the digests
+};
+
+/// The e-mail address of the account that localSession() makes.
+inline constexpr const char *kLocalEmail = "local@localhost";
+
+} // namespace localservice

@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <Poco/Data/Session.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <mutex>
+
+namespace localservice {
+
+/// The one connection to the service's SQLite file, and its tables. Another service cannot open the
+/// file while this one does: the constructor then throws DatabaseBusy.
+class Database final
+{
+public:
+    explicit Database(const std::filesystem::path &file);
+
+    /// The connection, for one thread as long as the object lives.
+    class Access
+    {
+    public:
+        explicit Access(Database &database)
+            : session(database.m_session)
+            , m_lock(database.m_mutex)
+        { }
+        Poco::Data::Session &session;
+
+    private:
+        std::lock_guard<std::recursive_mutex> m_lock;
+    };
+
+    [[nodiscard]] Access access() { return Access(*this); }
+
+private:
+    std::recursive_mutex m_mutex;
+    Poco::Data::Session m_session;
+};
+
+/// Another service already works on this file.
+class DatabaseBusy final : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// All changes made while it lives come true together on commit(), or not at all.
+class Transaction final
+{
+public:
+    explicit Transaction(Poco::Data::Session &session);
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+    ~Transaction();
+
+    void commit();
+
+private:
+    Poco::Data::Session &m_session;
+    bool m_open = true;
+};
+
+/// Seconds since 1970 by the system's clock.
+[[nodiscard]] std::int64_t secondsNow();
+
+} // namespace localservice

@@ -1,0 +1,192 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/store/jobstore.h"
+
+#include "localservice/base/secrets.h"
+
+#include <Poco/Data/RecordSet.h>
+
+#include <array>
+
+using namespace Poco::Data::Keywords;
+
+namespace localservice {
+
+namespace {
+
+    constexpr std::array kStateWords = {"queued", "running", "ready", "failed", "cancelled"};
+    constexpr const char *kSelect =
+        "SELECT jobs.id AS id, jobs.account AS account, upload, instrument, extension, demo,"
+        " jobs.name AS name, original, jobs.seconds AS seconds, state, reason, token,"
+        " jobs.added AS added FROM jobs ";
+
+    std::string wordOf(JobState state)
+    {
+        return kStateWords[static_cast<std::size_t>(state)];
+    }
+
+    JobState stateOf(const std::string &word)
+    {
+        for (std::size_t i = 0; i < kStateWords.size(); ++i) {
+            if (word == kStateWords[i])
+                return static_cast<JobState>(i);
+        }
+        return JobState::Failed;
+    }
+
+    Job jobOf(Poco::Data::RecordSet &row)
+    {
+        const auto text = [&row](const char *column) { return row[column].convert<std::string>(); };
+        Job job;
+        job.id = row["id"].convert<std::int32_t>();
+        job.account = row["account"].convert<std::int64_t>();
+        job.upload = row["upload"].convert<std::int64_t>();
+        job.instrument = text("instrument");
+        job.extension = text("extension");
+        job.demo = row["demo"].convert<int>() != 0;
+        job.name = text("name");
+        job.original = text("original");
+        job.seconds = row["seconds"].convert<double>();
+        job.state = stateOf(text("state"));
+        job.reason = text("reason");
+        job.token = text("token");
+        job.added = row["added"].convert<std::int64_t>();
+        return job;
+    }
+
+    std::vector<Job> jobsOf(Poco::Data::Statement &select)
+    {
+        select.execute();
+        Poco::Data::RecordSet rows(select);
+        std::vector<Job> jobs;
+        for (bool more = rows.moveFirst(); more; more = rows.moveNext())
+            jobs.push_back(jobOf(rows));
+        return jobs;
+    }
+
+    std::optional<Job> firstOf(std::vector<Job> jobs)
+    {
+        return jobs.empty() ? std::nullopt : std::optional(std::move(jobs.front()));
+    }
+
+    std::int32_t freeId(Poco::Data::Session &session)
+    {
+        for (;;) {
+            const std::int32_t id = randomId();
+            int taken = 0;
+            session << "SELECT COUNT(*) FROM jobs WHERE id = ?", bind(id), into(taken), now;
+            if (taken == 0)
+                return id;
+        }
+    }
+
+} // namespace
+
+std::int32_t JobStore::add(const Job &job, const std::string &uploadName)
+{
+    Database::Access access = m_database.access();
+    Transaction transaction(access.session);
+    if (const std::optional<Job> twin = findTwin(job, uploadName))
+        return twin->id;
+    const std::int32_t id = freeId(access.session);
+    access.session
+        << "INSERT INTO jobs(id, account, upload, instrument, extension, demo, name, original,"
+           " seconds, state, reason, token, added, turn) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?,"
+           " 'queued', '', ?, ?, (SELECT COALESCE(MAX(turn), 0) + 1 FROM jobs))",
+        bind(id), bind(job.account), bind(job.upload), bind(job.instrument), bind(job.extension),
+        bind(job.demo ? 1 : 0), bind(job.name), bind(job.original), bind(job.seconds),
+        bind(randomHex(32)), bind(secondsNow()), now;
+    transaction.commit();
+    return id;
+}
+
+std::vector<Job> JobStore::select(const std::string &condition, std::int64_t value)
+{
+    Database::Access access = m_database.access();
+    Poco::Data::Statement select(access.session);
+    select << kSelect << condition, bind(value);
+    return jobsOf(select);
+}
+
+std::optional<Job> JobStore::find(std::int32_t id)
+{
+    return firstOf(select("WHERE jobs.id = ?", id));
+}
+
+std::optional<Job> JobStore::findByToken(const std::string &token)
+{
+    Database::Access access = m_database.access();
+    Poco::Data::Statement select(access.session);
+    select << kSelect << "WHERE token = ?", bind(token);
+    return firstOf(jobsOf(select));
+}
+
+std::optional<Job> JobStore::findTwin(const Job &job, const std::string &uploadName)
+{
+    Database::Access access = m_database.access();
+    Poco::Data::Statement select(access.session);
+    select
+        << kSelect
+        << "JOIN uploads ON uploads.id = jobs.upload WHERE jobs.account = ? AND uploads.name = ?"
+           " AND instrument = ? AND extension = ? AND demo = ? AND state IN ('queued', 'running')",
+        bind(job.account), bind(uploadName), bind(job.instrument), bind(job.extension),
+        bind(job.demo ? 1 : 0);
+    return firstOf(jobsOf(select));
+}
+
+std::optional<Job> JobStore::takeNext()
+{
+    Database::Access access = m_database.access();
+    std::optional<Job> job =
+        firstOf(select("WHERE state = 'queued' AND turn > ? ORDER BY turn LIMIT 1", 0));
+    if (job)
+        move(job->id, JobState::Queued, JobState::Running);
+    return job;
+}
+
+bool JobStore::move(std::int32_t id, JobState from, JobState to, const std::string &reason)
+{
+    Database::Access access = m_database.access();
+    Poco::Data::Statement update(access.session);
+    update << "UPDATE jobs SET state = ?, reason = ? WHERE id = ? AND state = ?", bind(wordOf(to)),
+        bind(reason), bind(id), bind(wordOf(from));
+    update.execute();
+    int changed = 0;
+    access.session << "SELECT changes()", into(changed), now;
+    return changed == 1;
+}
+
+void JobStore::requeueInterrupted()
+{
+    Database::Access access = m_database.access();
+    access.session << "UPDATE jobs SET state = 'queued' WHERE state = 'running'", now;
+}
+
+double JobStore::secondsBefore(std::int32_t id)
+{
+    Database::Access access = m_database.access();
+    double seconds = 0;
+    access.session << "SELECT COALESCE(SUM(seconds), 0) FROM jobs WHERE state = 'queued'"
+                      " AND turn < (SELECT turn FROM jobs WHERE id = ?)",
+        bind(id), into(seconds), now;
+    return seconds;
+}
+
+std::vector<Job> JobStore::finishedOf(std::int64_t account)
+{
+    return select("WHERE state = 'ready' AND jobs.account = ? ORDER BY turn DESC", account);
+}
+
+std::vector<std::string> JobStore::takeOlderThan(std::int64_t time)
+{
+    Database::Access access = m_database.access();
+    Transaction transaction(access.session);
+    constexpr const char *kOld = "state NOT IN ('queued', 'running') AND added < ?";
+    std::vector<std::string> tokens;
+    access.session << "SELECT token FROM jobs WHERE " << kOld, bind(time), into(tokens), now;
+    access.session << "DELETE FROM jobs WHERE " << kOld, bind(time), now;
+    transaction.commit();
+    return tokens;
+}
+
+} // namespace localservice

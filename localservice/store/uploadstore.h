@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "localservice/store/database.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace localservice {
+
+/// A file that an account has sent. `file` is its name on the service's disk, `name` the client's.
+struct Upload
+{
+    std::int64_t id = 0;
+    std::int64_t account = 0;
+    std::string name;
+    std::string file;
+    double seconds = 0;
+};
+
+/// The uploaded files that the service keeps. Thread-safe.
+class UploadStore final
+{
+public:
+    explicit UploadStore(Database &database)
+        : m_database(database)
+    { }
+
+    /// Keeps a new file; an older one of the same account and name is removed. Gives its id.
+    std::int64_t add(const Upload &upload);
+    /// The file of an account's client's name, unless it was removed.
+    [[nodiscard]] std::optional<Upload> find(std::int64_t account, const std::string &name);
+    /// A file by its id, also a removed one that a job still needs.
+    [[nodiscard]] std::optional<Upload> find(std::int64_t id);
+    /// Marks what goes by this name as removed, of one account or, without one, of all.
+    void remove(std::optional<std::int64_t> account, const std::string &name);
+    /// Marks what was uploaded before a time (in seconds since 1970) as removed.
+    void removeOlderThan(std::int64_t time);
+    /// Forgets the removed files that no job needs any longer, and gives their names on disk: those
+    /// of waiting and running jobs are needed, and those of demo results, which may still be made
+    /// whole until `demosBefore`.
+    [[nodiscard]] std::vector<std::string> takeUnneeded(std::int64_t demosBefore);
+    /// The names on disk of all files that are kept.
+    [[nodiscard]] std::vector<std::string> files();
+
+private:
+    Database &m_database;
+};
+
+} // namespace localservice
