@@ -3,8 +3,8 @@
 #include "settings/settings.h"
 
 #include "app/base/guiscale.h"
-#include "app/base/messageboxcustom.h"
 #include "app/base/programdata.h"
+#include "app/base/saveortell.h"
 #include "settings/siblingprograms.h"
 
 #include <QDebug>
@@ -22,6 +22,14 @@ QVariantMap mapFromView(const QVariant &data)
     if (data.metaType() == QMetaType::fromType<QJSValue>())
         return data.value<QJSValue>().toVariant().toMap();
     return data.toMap();
+}
+
+// What the user left alone is stored only while that changes nothing: an empty field stands for a
+// folder that is not available now and may be tomorrow, and another running program may have stored
+// something else since.
+bool isToStore(const QString &value, const QVariant &shown, const QVariant &stored)
+{
+    return value != shown.toString() || (!value.isEmpty() && value == stored.toString());
 }
 
 } // namespace
@@ -54,6 +62,7 @@ void Settings::connectRoot()
 void Settings::openWindow()
 {
     qInfo() << "Settings::openWindow";
+    m_store.settings().sync();
     loadProgramSettings();
     applyScale(usableGuiScale(m_store.guiScale()));
     emit setProgramSettings(QVariant(m_programSettings));
@@ -64,7 +73,12 @@ void Settings::openWindow()
 
 void Settings::loadProgramSettings()
 {
-    m_programSettings = {
+    m_programSettings = storedSettings();
+}
+
+QVariantMap Settings::storedSettings() const
+{
+    return {
         {QStringLiteral("default_path_open"), m_store.defaultPathOpen()},
         {QStringLiteral("default_path_save"), m_store.defaultPathSave()},
         {QStringLiteral("default_video_format"), m_store.defaultVideoFormat()},
@@ -80,7 +94,7 @@ void Settings::saveScf(double scf)
     qInfo() << "Settings::saveScf" << scf;
     m_store.settings().setValue("settings_gui_scale", scf);
     applyScale(usableGuiScale(scf));
-    isStored();
+    saveOrTell(m_store);
 }
 
 void Settings::cancel()
@@ -104,27 +118,22 @@ void Settings::defaultSettings()
     loadProgramSettings();
     emit setProgramSettings(QVariant(m_programSettings));
     applyScale(usableGuiScale(m_store.guiScale()));
-    isStored();
+    saveOrTell(m_store);
 }
 
 void Settings::save(QVariant values)
 {
     qInfo() << "Settings::save";
+    m_store.settings().sync();
+    const QVariantMap stored = storedSettings();
     const QVariantMap map = mapFromView(values);
-    for (auto entry = map.begin(); entry != map.end(); ++entry)
-        m_store.settings().setValue(entry.key(), entry.value());
-    if (isStored())
+    for (auto entry = map.begin(); entry != map.end(); ++entry) {
+        const QString &key = entry.key();
+        if (isToStore(entry->toString(), m_programSettings.value(key), stored.value(key)))
+            m_store.settings().setValue(key, entry.value());
+    }
+    if (saveOrTell(m_store))
         closeWindow();
-}
-
-bool Settings::isStored()
-{
-    if (m_store.saveSettings())
-        return true;
-    MessageBoxCustom::critical(tr("Option Settings"),
-                               tr("The settings could not be saved to the file:\n\n%1")
-                                   .arg(m_store.settings().fileName()));
-    return false;
 }
 
 void Settings::chooseNewPath(QString settingsKey, QString path)
@@ -173,5 +182,5 @@ void Settings::checkPathIsExisted(QString key, QString field)
         return;
     }
     m_store.settings().setValue(key, path);
-    isStored();
+    saveOrTell(m_store);
 }

@@ -46,6 +46,7 @@ public slots:
     /// be.
     void checkPathIsExisted(QString key, QString field);
     void chooseNewPath(QString settingsKey, QString path);
+    /// Stores what the user chose and closes the window, which stays when that fails.
     void save(QVariant values);
 
 protected:
@@ -54,10 +55,9 @@ protected:
 private:
     void connectRoot();
     [[nodiscard]] QString findNewest(const QString &key) const;
-    /// Tells the user when the settings file could not be written; true when it was.
-    bool isStored();
+    [[nodiscard]] QVariantMap storedSettings() const;
 
     ProgramData &m_store;
     const FileDialogs m_dialogs;
-    QVariantMap m_programSettings;
+    QVariantMap m_programSettings; ///< what the view was given
 };

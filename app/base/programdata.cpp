@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/base/programdata.h"
 
+#include "app/base/settingsfile.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -49,20 +51,12 @@ ProgramData::ProgramData(const QString &settingsFile)
     : m_credentialsText(QStringLiteral("TEKO credentials, sealed for this machine"))
     , m_settings(settingsFile, QSettings::IniFormat)
 {
-    keepDamagedFile();
+    keepDamagedSettings(settingsFile);
 }
 
 bool ProgramData::saveSettings()
 {
-    m_settings.sync();
-    return m_settings.status() != QSettings::AccessError;
-}
-
-void ProgramData::keepDamagedFile() const
-{
-    // The next write drops every line that was not understood; the user may still want it.
-    if (m_settings.status() == QSettings::FormatError)
-        QFile::copy(m_settings.fileName(), m_settings.fileName() + QStringLiteral(".damaged"));
+    return writeSettings(m_settings);
 }
 
 QString ProgramData::appFolder() const

@@ -52,8 +52,7 @@ public:
 
     /// For writers, and for keys without a getter.
     [[nodiscard]] QSettings &settings() { return m_settings; }
-    /// Writes what was set so far to the file; false when that failed. What was set holds for this
-    /// run in either case.
+    /// Writes what was set so far to the file; false when that failed and the file is as it was.
     [[nodiscard]] bool saveSettings();
 
     /// The folder "TEKO" in the documents or else the local data location; empty while neither
@@ -101,7 +100,6 @@ public:
     void setLocalAccount(std::optional<LocalAccount> account) { m_local = std::move(account); }
 
 private:
-    void keepDamagedFile() const;
     [[nodiscard]] QString folder(const QString &key, const QString &name) const;
 
     const QString m_credentialsText;

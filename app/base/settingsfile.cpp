@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "app/base/settingsfile.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QTemporaryFile>
+
+namespace {
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool isReadable(const QByteArray &content)
+{
+    // In a file of its own, because all QSettings objects on one file share what was read.
+    QTemporaryFile copy;
+    if (!copy.open() || copy.write(content) != content.size() || !copy.flush())
+        return true;
+    return QSettings(copy.fileName(), QSettings::IniFormat).status() == QSettings::NoError;
+}
+
+// At the least a line for each key and one for their section, the last one ended.
+bool isWhole(const QByteArray &content, qsizetype keys)
+{
+    return keys == 0 || (content.endsWith('\n') && content.count('\n') > keys);
+}
+
+void putBack(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
+        qCritical() << "The settings file was cut off and could not be put back:" << path;
+}
+
+} // namespace
+
+void keepDamagedSettings(const QString &file)
+{
+    const QByteArray content = contentOf(file);
+    if (isReadable(content))
+        return;
+    QString copy = file + QStringLiteral(".damaged");
+    for (int number = 2; QFileInfo::exists(copy); ++number) {
+        if (contentOf(copy) == content)
+            return;
+        copy = QStringLiteral("%1.damaged-%2").arg(file).arg(number);
+    }
+    if (QFile::copy(file, copy))
+        qWarning() << "The settings file has lines that cannot be read; a copy is kept:" << copy;
+    else
+        qWarning() << "The settings file has lines that cannot be read:" << file;
+}
+
+bool writeSettings(QSettings &settings)
+{
+    const QString file = settings.fileName();
+    keepDamagedSettings(file);
+    const QByteArray before = contentOf(file);
+    settings.sync();
+    // Qt 6.4 reports success for a file that was cut off by a full disk (QTBUG-75077).
+    if (!isWhole(contentOf(file), settings.allKeys().size())) {
+        putBack(file, before);
+        return false;
+    }
+    // The status of a QSettings object stays at its first error. A fresh one tries once more what
+    // is still to be written and tells about that alone.
+    return QSettings(file, QSettings::IniFormat).status() == QSettings::NoError;
+}

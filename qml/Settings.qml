@@ -1,0 +1,284 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import QtQuick.Layouts
+import "OS" as OS
+
+/// The settings window: edits a copy of the stored values, which its controller stores on "OK".
+Item {
+    id: root
+
+    property double scf: 1
+    property int gradiendVar: 0
+
+    signal loaded
+    signal setProgramSettings(var data)
+    signal resetOpening(string field)
+    signal updatePathField(string path, string key)
+    signal saveScf(real scf)
+    signal cancel
+    signal defaultSettings
+    signal chooseNewPath(string key, string path)
+    signal checkPathIsExisted(string key, string field)
+    signal save(var data)
+
+    function editedSettings(): var {
+        return {
+            "default_path_save": savePath.value,
+            "default_path_open": openPath.value,
+            "default_video_format": videoFormat.value,
+            "default_audio_format": audioFormat.value,
+            "default_instrument": instrument.value,
+            "default_video_player": videoPlayer.value,
+            "default_audio_player": audioPlayer.value
+        };
+    }
+
+    onLoaded: gradientTimer.restart()
+    onScfChanged: gradientTimer.restart()
+    onSetProgramSettings: data => {
+        savePath.show(data.default_path_save);
+        openPath.show(data.default_path_open);
+        videoFormat.show(data.default_video_format);
+        audioFormat.show(data.default_audio_format);
+        instrument.show(data.default_instrument);
+        videoPlayer.show(data.default_video_player);
+        audioPlayer.show(data.default_audio_player);
+    }
+    onResetOpening: field => (field === "audio" ? audioPlayer : videoPlayer).reset()
+    onUpdatePathField: (path, key) => (key === savePath.type ? savePath : openPath).show(path)
+
+    OS.CurrentTheme {
+        id: theme
+
+        scf: root.scf
+    }
+
+    Properties {
+        id: prop
+
+        theme: theme
+    }
+
+    Functions {
+        id: mainFunctions
+    }
+
+    Background {
+        id: background
+    }
+
+    // The panels can match the background only once they have been laid out.
+    Timer {
+        id: gradientTimer
+
+        interval: 20
+        onTriggered: ++root.gradiendVar
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: 15 * root.scf
+        spacing: 12 * root.scf
+
+        Item {
+            Layout.fillWidth: true
+            Layout.preferredHeight: heading.implicitHeight
+
+            Btn {
+                anchors.verticalCenter: parent.verticalCenter
+                prop: prop
+                iconName: "home"
+                iconWidth: 35 * root.scf
+                tooltip: qsTr("Home")
+                onClicked: root.cancel()
+            }
+
+            SectionLabel {
+                id: heading
+
+                anchors.centerIn: parent
+                width: implicitWidth
+                height: implicitHeight
+                prop: prop
+                mainFunctions: mainFunctions
+                background: background
+                recalc: root.gradiendVar
+                text: qsTr("OPTION SETTINGS")
+            }
+        }
+
+        GroupBox {
+            Layout.fillWidth: true
+            Layout.preferredHeight: 150 * root.scf
+            prop: prop
+            mainFunctions: mainFunctions
+            background: background
+            recalc: root.gradiendVar
+            label: qsTr("Default Path")
+
+            ColumnLayout {
+                anchors.fill: parent
+                spacing: 6 * root.scf
+
+                SettingsPathField {
+                    id: savePath
+
+                    prop: prop
+                    label: qsTr("Save File Location")
+                    type: "default_path_save"
+                    onChooseNewPath: (type, value) => root.chooseNewPath(type, value)
+                }
+
+                SettingsPathField {
+                    id: openPath
+
+                    prop: prop
+                    label: qsTr("Open File Location")
+                    type: "default_path_open"
+                    onChooseNewPath: (type, value) => root.chooseNewPath(type, value)
+                }
+            }
+        }
+
+        GroupBox {
+            Layout.fillWidth: true
+            Layout.preferredHeight: 86 * root.scf
+            prop: prop
+            mainFunctions: mainFunctions
+            background: background
+            recalc: root.gradiendVar
+            label: qsTr("Default Settings")
+
+            RowLayout {
+                anchors.fill: parent
+
+                SettingsChoice {
+                    id: videoFormat
+
+                    prop: prop
+                    label: qsTr("Video Output Format:")
+                    entries: [qsTr("Not Set")].concat(Vocabulary.allFormats)
+                    boxWidth: 150
+                    firstValue: Vocabulary.none
+                    unknownIndex: 0
+                }
+
+                Item {
+                    Layout.fillWidth: true
+                }
+
+                SettingsChoice {
+                    id: audioFormat
+
+                    prop: prop
+                    label: qsTr("Audio Output Format:")
+                    entries: [qsTr("Not Set")].concat(Vocabulary.audioFormats)
+                    boxWidth: 150
+                    firstValue: Vocabulary.none
+                    unknownIndex: 0
+                }
+
+                Item {
+                    Layout.fillWidth: true
+                }
+
+                SettingsChoice {
+                    id: instrument
+
+                    prop: prop
+                    label: qsTr("Instrument to Remove:")
+                    entries: [qsTr("Not Set"), "Vocals", "Drums", "Bass", "Piano", "Guitar"]
+                    boxWidth: 150
+                    firstValue: Vocabulary.none
+                    unknownIndex: 0
+                }
+            }
+        }
+
+        GroupBox {
+            Layout.fillWidth: true
+            Layout.preferredHeight: 86 * root.scf
+            prop: prop
+            mainFunctions: mainFunctions
+            background: background
+            recalc: root.gradiendVar
+            label: qsTr("Integration With Other Dravo Programs")
+
+            RowLayout {
+                anchors.fill: parent
+
+                SettingsChoice {
+                    id: videoPlayer
+
+                    prop: prop
+                    label: qsTr("Opening Video File In:")
+                    entries: ["Default Video Player", "Song Trimlet", "Video Trimlet", "Karaoke Trimlet"]
+                    boxWidth: 200
+                    onChosen: text => root.checkPathIsExisted(text, "video")
+                }
+
+                Item {
+                    Layout.fillWidth: true
+                }
+
+                SettingsChoice {
+                    id: audioPlayer
+
+                    prop: prop
+                    label: qsTr("Opening Audio File In:")
+                    entries: ["Default Audio Player", "Song Trimlet", "Karaoke Trimlet"]
+                    boxWidth: 200
+                    onChosen: text => root.checkPathIsExisted(text, "audio")
+                }
+            }
+        }
+
+        SettingsScale {
+            Layout.fillWidth: true
+            Layout.preferredHeight: 110 * root.scf
+            prop: prop
+            mainFunctions: mainFunctions
+            background: background
+            recalc: root.gradiendVar
+            onSaveScf: scf => root.saveScf(scf)
+        }
+
+        Item {
+            Layout.fillHeight: true
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 10 * root.scf
+
+            TextBtn {
+                Layout.preferredWidth: 100 * root.scf
+                Layout.preferredHeight: 36 * root.scf
+                prop: prop
+                text: qsTr("OK")
+                onClicked: root.save(root.editedSettings())
+            }
+
+            TextBtn {
+                Layout.preferredWidth: 100 * root.scf
+                Layout.preferredHeight: 36 * root.scf
+                prop: prop
+                text: qsTr("CANCEL")
+                onClicked: root.cancel()
+            }
+
+            Item {
+                Layout.fillWidth: true
+            }
+
+            TextBtn {
+                Layout.preferredWidth: 190 * root.scf
+                Layout.preferredHeight: 36 * root.scf
+                prop: prop
+                text: qsTr("Restore Default Settings")
+                onClicked: root.defaultSettings()
+            }
+        }
+    }
+}

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import QtQuick.Layouts
+
+/// The choice of the interface scale, which shows the scale of its window.
+GroupBox {
+    id: section
+
+    readonly property int firstPercent: 60
+    readonly property int lastPercent: 150
+
+    signal saveScf(real scf)
+
+    function entries(): list<string> {
+        const texts = [];
+        for (let percent = section.firstPercent; percent <= section.lastPercent; ++percent)
+            texts.push((percent / 100).toFixed(2));
+        return texts;
+    }
+
+    label: qsTr("Gui Resizing")
+
+    ColumnLayout {
+        anchors.fill: parent
+
+        Text {
+            Layout.fillWidth: true
+            text: qsTr("By Default it is set to 1.0. Selecting a larger number will\nincrease the size of the controls you see on your screen.")
+            textFormat: Text.PlainText
+            font: section.prop.fonts.font9_12
+            color: "white"
+        }
+
+        RowLayout {
+            spacing: 10 * section.prop.scf
+
+            Dropdown {
+                id: box
+
+                readonly property int shownIndex: Math.round(section.prop.scf * 100) - section.firstPercent
+
+                Layout.preferredWidth: 70 * section.prop.scf
+                prop: section.prop
+                model: section.entries()
+                Accessible.name: section.label
+                onShownIndexChanged: box.currentIndex = box.shownIndex
+                Component.onCompleted: box.currentIndex = box.shownIndex
+            }
+
+            TextBtn {
+                Layout.preferredWidth: 100 * section.prop.scf
+                Layout.preferredHeight: 30 * section.prop.scf
+                prop: section.prop
+                text: qsTr("OK")
+                Accessible.name: qsTr("Apply the size")
+                onClicked: section.saveScf(parseFloat(box.currentText))
+            }
+        }
+    }
+}
