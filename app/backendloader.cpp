@@ -4,9 +4,11 @@
 
 #include "app/base/guiscale.h"
 #include "app/base/programdata.h"
+#include "app/base/saveortell.h"
 #include "app/mediafilter.h"
 #include "app/webpage.h"
 #include "processing/fileprocessing.h"
+#include "settings/settings.h"
 
 #include <QDebug>
 #include <QDesktopServices>
@@ -71,6 +73,12 @@ void BackendLoader::reProcessDemo(QString filePath, QString instrument, QString 
 void BackendLoader::openSettingsWindow()
 {
     qInfo() << "BackendLoader::openSettingsWindow";
+    if (!m_settings) {
+        m_settings = std::make_unique<Settings>(m_store);
+        connect(m_settings.get(), &Settings::showParent, this, &BackendLoader::afterSettings);
+    }
+    emit hideMainWindow();
+    m_settings->openWindow();
 }
 
 void BackendLoader::afterSettings()
@@ -135,6 +143,7 @@ void BackendLoader::logout()
 void BackendLoader::resetScf()
 {
     m_store.settings().remove("settings_gui_scale");
+    saveOrTell(m_store);
 }
 
 void BackendLoader::showInitialMessage() { }
@@ -142,6 +151,7 @@ void BackendLoader::showInitialMessage() { }
 void BackendLoader::toggleLogging(bool active)
 {
     m_store.settings().setValue("APP_LOGFILE_ENABLED", active);
+    saveOrTell(m_store);
 }
 
 bool BackendLoader::getLoggingStatus()

@@ -9,6 +9,7 @@
 
 class FileProcessing;
 class ProgramData;
+class Settings;
 
 /// The main view's backend: chooses the input file, opens the other windows and carries out the
 /// help menu. Each window's controller is made at its first use and lives as long as this object.
@@ -65,6 +66,7 @@ private:
 
     ProgramData &m_store;
     std::unique_ptr<FileProcessing> m_processing;
+    std::unique_ptr<Settings> m_settings;
     QString m_lastOpenFolder;
     DemoRun m_demo;
 };
