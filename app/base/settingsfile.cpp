@@ -22,7 +22,10 @@ bool isReadable(const QByteArray &content)
     QTemporaryFile copy;
     if (!copy.open() || copy.write(content) != content.size() || !copy.flush())
         return true;
-    return QSettings(copy.fileName(), QSettings::IniFormat).status() == QSettings::NoError;
+    const QSettings settings(copy.fileName(), QSettings::IniFormat);
+    // Lines are read only when keys are asked for.
+    (void)settings.allKeys();
+    return settings.status() == QSettings::NoError;
 }
 
 // At the least a line for each key and one for their section, the last one ended.
@@ -64,8 +67,10 @@ bool writeSettings(QSettings &settings)
     const QByteArray before = contentOf(file);
     settings.sync();
     // Qt 6.4 reports success for a file that was cut off by a full disk (QTBUG-75077).
-    if (!isWhole(contentOf(file), settings.allKeys().size())) {
-        putBack(file, before);
+    const QByteArray after = contentOf(file);
+    if (!isWhole(after, settings.allKeys().size())) {
+        if (after != before)
+            putBack(file, before);
         return false;
     }
     // The status of a QSettings object stays at its first error. A fresh one tries once more what
