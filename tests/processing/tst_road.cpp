@@ -34,7 +34,7 @@ QList<qint16> samples(const QString &path)
 }
 
 /// Children of this process by name.
-QStringList children(const QByteArray &name)
+QStringList childProcesses(const QByteArray &name)
 {
     QStringList found;
     for (const QString &pid : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
@@ -82,14 +82,14 @@ private slots:
     {
         m_window->removeUploadedFile();
         m_window.reset();
-        QCOMPARE(children("ffmpeg"), QStringList());
+        QCOMPARE(childProcesses("ffmpeg"), QStringList());
         QCOMPARE(names(m_store->defaultPathTemp()), QStringList());
     }
 
     void cleanupTestCase()
     {
         m_service.reset();
-        QTRY_COMPARE(children("teko-service"), QStringList());
+        QTRY_COMPARE(childProcesses("teko-service"), QStringList());
     }
 
     void fileToResults_data()
@@ -180,7 +180,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(isReached(), 60000);
         m_window->cancelProcess();
         QCOMPARE(layer(), QStringLiteral("select_instrument"));
-        QCOMPARE(children("ffmpeg"), QStringList());
+        QCOMPARE(childProcesses("ffmpeg"), QStringList());
         for (const QString &name : names(m_store->defaultPathSave()))
             QVERIFY2(stage == "mix" && !name.endsWith(".wav") && !name.startsWith("Mix"),
                      qPrintable(name));
