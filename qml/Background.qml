@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+
+/// The vertical gradient behind every view.
+Rectangle {
+    id: background
+
+    property color from: "#06407c"
+    property color to: "#00050b"
+
+    anchors.fill: parent
+    gradient: Gradient {
+        GradientStop {
+            position: 0
+            color: background.from
+        }
+        GradientStop {
+            position: 1
+            color: background.to
+        }
+    }
+}

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import QtQuick.Window
+import qml
+import QtQuick.Controls.Basic as Controls
+import QtQuick.Templates as T
+
+/// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus.
+T.AbstractButton {
+    id: btn
+
+    required property Properties prop
+    property string iconName
+    property real iconWidth: 10
+    property real iconHeight: btn.iconWidth
+    property string tooltip
+    property bool isCustomHovered: false
+    /// A second picture over the first one, such as "/icons/audio.svg".
+    property string additionalIcon
+    property string label
+
+    implicitWidth: btn.iconWidth
+    implicitHeight: btn.iconHeight
+    focusPolicy: Qt.NoFocus
+    hoverEnabled: true
+    Accessible.role: Accessible.Button
+    Accessible.name: btn.label !== "" ? btn.label.replace("\n", " ") : btn.tooltip !== "" ? btn.tooltip : btn.iconName
+    Controls.ToolTip.text: btn.tooltip
+    Controls.ToolTip.visible: btn.hovered && btn.tooltip !== ""
+    Controls.ToolTip.delay: 600
+
+    states: [
+        State {
+            name: "disabled"
+            when: !btn.enabled
+        },
+        State {
+            name: "pressed"
+            when: btn.down
+        },
+        State {
+            name: "hovered"
+            when: btn.hovered || btn.isCustomHovered
+        }
+    ]
+
+    Icon {
+        anchors.centerIn: parent
+        width: btn.iconWidth
+        height: btn.iconHeight
+        name: btn.iconName
+        state: btn.state
+    }
+
+    Image {
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: parent.height * 0.2
+        width: parent.width * 0.38
+        height: width
+        sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
+        sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)
+        source: btn.additionalIcon === "" ? "" : PictureFiles.existing(Qt.resolvedUrl(btn.additionalIcon))
+        visible: btn.additionalIcon !== ""
+    }
+
+    Text {
+        anchors {
+            left: parent.left
+            right: parent.right
+            bottom: parent.bottom
+            margins: 6 * btn.prop.scf
+            bottomMargin: 12 * btn.prop.scf
+        }
+        height: 36 * btn.prop.scf
+        visible: btn.label !== ""
+        text: btn.label
+        textFormat: Text.PlainText
+        font: btn.prop.fonts.font10_13
+        fontSizeMode: Text.Fit
+        minimumPointSize: 4
+        color: btn.enabled ? "white" : "#b3b3b3"
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+    }
+}

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import QtQuick.Window
+import QtQuick.Controls.Fusion as Fusion
+import QtQuick.Templates as T
+import "helpers.js" as Helpers
+
+/// A combo box over a list of texts. With mainVisible false only its list can be seen, which opens at its place.
+Fusion.ComboBox {
+    id: dropdown
+
+    required property Properties prop
+    property bool mainVisible: true
+
+    readonly property real scf: dropdown.prop.scf
+
+    implicitWidth: 120 * dropdown.scf
+    implicitHeight: 24 * dropdown.scf
+    font: dropdown.prop.fonts.font9_12
+    padding: 0
+    focusPolicy: dropdown.mainVisible ? Qt.StrongFocus : Qt.NoFocus
+    Accessible.role: Accessible.ComboBox
+    Accessible.ignored: !dropdown.mainVisible
+
+    contentItem: Text {
+        leftPadding: 8 * dropdown.scf
+        rightPadding: 20 * dropdown.scf
+        visible: dropdown.mainVisible
+        text: dropdown.displayText
+        textFormat: Text.PlainText
+        font: dropdown.font
+        color: dropdown.enabled ? "#10131a" : "#6b6f78"
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+    }
+
+    indicator: Text {
+        x: dropdown.width - width - 7 * dropdown.scf
+        height: dropdown.height
+        visible: dropdown.mainVisible
+        text: "▾"
+        textFormat: Text.PlainText
+        font: dropdown.font
+        color: "#10131a"
+        verticalAlignment: Text.AlignVCenter
+    }
+
+    background: Rectangle {
+        implicitWidth: 120 * dropdown.scf
+        implicitHeight: 24 * dropdown.scf
+        visible: dropdown.mainVisible
+        radius: 3 * dropdown.scf
+        border.color: dropdown.visualFocus ? "#60aeff" : "#8a93a6"
+        border.width: dropdown.visualFocus ? Math.max(2, 2 * dropdown.scf) : 1
+        gradient: Gradient {
+            GradientStop {
+                position: 0
+                color: dropdown.down ? "#c9d2e2" : dropdown.hovered ? "#ffffff" : "#f4f6fa"
+            }
+            GradientStop {
+                position: 1
+                color: dropdown.down ? "#e3e8f1" : dropdown.hovered ? "#e3e8f1" : "#d3d9e5"
+            }
+        }
+    }
+
+    delegate: DropdownRow {
+    }
+
+    popup: T.Popup {
+        width: dropdown.width
+        height: Math.min(contentItem.implicitHeight + 2, dropdown.Window.height - topMargin - bottomMargin)
+        y: dropdown.mainVisible ? dropdown.height : 0
+        margins: 6 * dropdown.scf
+        topMargin: 6 * dropdown.scf
+        bottomMargin: 6 * dropdown.scf
+        padding: 1
+
+        contentItem: DropdownList {
+            prop: dropdown.prop
+            chosenIndex: dropdown.currentIndex
+            currentIndex: dropdown.highlightedIndex
+            model: Helpers.rows(dropdown)
+        }
+        background: Rectangle {
+            color: "#f4f6fa"
+            border.color: "#011b37"
+        }
+    }
+}

@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+
+/// The button that picks one instrument.
+Btn {
+    id: btn
+
+    required property string instrument
+    required property Functions mainFunctions
+
+    iconName: btn.instrument
+    iconWidth: 130 * btn.prop.scf
+    tooltip: btn.mainFunctions.capitalizeFirstLetter(btn.instrument)
+}

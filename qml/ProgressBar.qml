@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import QtQuick.Window
+import qml
+
+/// A bar whose filled part moves even while the percentage stands still.
+Rectangle {
+    id: bar
+
+    required property Properties prop
+    property real percent: 0
+
+    readonly property real scf: bar.prop.scf
+    readonly property bool moving: bar.visible && filled.width > 0 && Window.visibility !== Window.Hidden && Window.visibility !== Window.Minimized
+
+    implicitWidth: 340 * bar.scf
+    implicitHeight: 30 * bar.scf
+    radius: 6 * bar.scf
+    color: "#001a3a"
+    border.color: "#7f9fd0"
+    border.width: Math.max(1, bar.scf)
+    Accessible.role: Accessible.ProgressBar
+    Accessible.name: qsTr("Progress")
+
+    Item {
+        id: filled
+
+        anchors {
+            left: parent.left
+            top: parent.top
+            bottom: parent.bottom
+            margins: 2 * bar.scf
+        }
+        width: Math.min(Math.max(bar.percent / 100, 0), 1) * (bar.width - 4 * bar.scf)
+        clip: true
+
+        Image {
+            id: tiles
+
+            readonly property int tileWidth: Math.max(1, Math.round(32 * bar.scf))
+            property int shift: 0
+
+            x: tiles.shift - tiles.tileWidth
+            width: filled.width + tiles.tileWidth
+            height: filled.height
+            source: PictureFiles.existing(Qt.resolvedUrl("/icons/progress-item.png"))
+            sourceSize.width: tiles.tileWidth
+            sourceSize.height: Math.max(1, Math.round(26 * bar.scf))
+            fillMode: Image.TileHorizontally
+            horizontalAlignment: Image.AlignLeft
+        }
+    }
+
+    Timer {
+        interval: Math.round(30 / Math.max(bar.scf, 0.1))
+        repeat: true
+        running: bar.moving
+        onTriggered: tiles.shift = (tiles.shift + 2) % tiles.tileWidth
+    }
+}

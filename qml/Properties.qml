@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import "OS" as OS
+
+/// What a view and all components in it know in common.
+QtObject {
+    id: properties
+
+    /// An OS.CurrentTheme.
+    required property QtObject theme
+    property bool isActiveProduct: true
+    property bool loggingActive: true
+
+    readonly property OS.CurrentTheme looks: properties.theme as OS.CurrentTheme
+    readonly property real scf: properties.looks.scf
+    readonly property string defaultFont: properties.looks.defaultFont
+    readonly property OS.Fonts fonts: properties.looks.fonts
+    readonly property string osName: properties.looks.name
+}

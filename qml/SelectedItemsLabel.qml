@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+
+/// What is being made of the file, while the program is busy with it.
+Panel {
+    id: label
+
+    property string currentLayer
+    property string selectedInstrument
+    property string selectedOutputFormat
+
+    implicitWidth: 340 * label.prop.scf
+    implicitHeight: 60 * label.prop.scf
+    radius: 10 * label.prop.scf
+    visible: Vocabulary.isBusy(label.currentLayer)
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text.text
+
+    Text {
+        id: text
+
+        anchors.fill: parent
+        text: qsTr("Selected Instrument: ") + label.mainFunctions.capitalizeFirstLetter(label.selectedInstrument) + "\n" + qsTr("Output Format: ") + label.selectedOutputFormat
+        textFormat: Text.PlainText
+        font: label.prop.fonts.font11_15
+        color: "white"
+        lineHeight: 1.15
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+    }
+}

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import QtQuick.Templates as T
+
+/// The pill-shaped text button.
+T.AbstractButton {
+    id: btn
+
+    required property Properties prop
+    property bool isCustomHovered: false
+    readonly property bool shownHovered: btn.hovered || btn.isCustomHovered
+    /// How far the label gives way to something at its left.
+    property real labelShift: 0
+
+    readonly property color backgroundFrom: !btn.enabled ? "#B3B3B3" : btn.down ? "#021244" : btn.shownHovered ? "#0071BC" : "#1C2E9B"
+    readonly property color backgroundTo: !btn.enabled ? "#4D4D4D" : btn.down ? "#1C2E9B" : "#021244"
+    readonly property color borderFrom: btn.enabled ? "#FFFFFF" : "#999999"
+    readonly property color borderTo: btn.enabled ? "#0212AE" : "#999999"
+
+    font: btn.prop.fonts.font11_15
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    Accessible.role: Accessible.Button
+    Accessible.name: btn.text
+    Keys.onReturnPressed: btn.clicked()
+    Keys.onEnterPressed: btn.clicked()
+
+    background: Rectangle {
+        radius: height / 2
+        gradient: Gradient {
+            GradientStop {
+                position: 0
+                color: btn.borderFrom
+            }
+            GradientStop {
+                position: 1
+                color: btn.borderTo
+            }
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: btn.prop.scf
+            radius: btn.height / 2 - btn.prop.scf
+            gradient: Gradient {
+                GradientStop {
+                    position: 0
+                    color: btn.backgroundFrom
+                }
+                GradientStop {
+                    position: 1
+                    color: btn.backgroundTo
+                }
+            }
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -3 * btn.prop.scf
+            radius: height / 2
+            color: "transparent"
+            border.color: "#60aeff"
+            border.width: Math.max(1, 1.5 * btn.prop.scf)
+            visible: btn.visualFocus
+        }
+    }
+
+    contentItem: Text {
+        leftPadding: btn.labelShift
+        text: btn.text
+        textFormat: Text.PlainText
+        font: btn.font
+        fontSizeMode: Text.HorizontalFit
+        minimumPointSize: 4
+        color: btn.enabled ? "white" : "#B3B3B3"
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+    }
+    leftPadding: 8 * btn.prop.scf
+    rightPadding: 8 * btn.prop.scf
+}

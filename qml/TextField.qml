@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+
+/// A labelled value that can be edited while its window says so.
+Item {
+    id: field
+
+    required property Properties prop
+    property string label
+    property string value
+    property bool editing: false
+    readonly property bool secret: field.label === "Password"
+
+    implicitWidth: 300 * field.prop.scf
+    implicitHeight: caption.height + 4 * field.prop.scf + 32 * field.prop.scf
+
+    Text {
+        id: caption
+
+        text: field.label + ":"
+        textFormat: Text.PlainText
+        font: field.prop.fonts.font10_13
+        color: "white"
+    }
+
+    Rectangle {
+        id: box
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 32 * field.prop.scf
+        radius: 6 * field.prop.scf
+        border.color: input.activeFocus ? "#60aeff" : "#4c63bc"
+        border.width: Math.max(1, field.prop.scf)
+        gradient: Gradient {
+            GradientStop {
+                position: 0
+                color: field.editing ? "#ffffff" : "#1b4f86"
+            }
+            GradientStop {
+                position: 1
+                color: field.editing ? "#ffffff" : "#0a2a52"
+            }
+        }
+
+        TextInput {
+            id: input
+
+            anchors.fill: parent
+            anchors.leftMargin: 10 * field.prop.scf
+            anchors.rightMargin: 10 * field.prop.scf
+            visible: field.editing
+            activeFocusOnTab: true
+            text: field.value
+            echoMode: field.secret ? TextInput.Password : TextInput.Normal
+            font: field.prop.fonts.font10_13
+            color: "black"
+            clip: true
+            selectByMouse: true
+            verticalAlignment: Text.AlignVCenter
+            Accessible.role: Accessible.EditableText
+            Accessible.name: field.label
+            Accessible.passwordEdit: field.secret
+            onTextEdited: field.value = input.text
+        }
+
+        Text {
+            anchors.fill: input
+            visible: !field.editing
+            text: field.secret ? "******" : field.value
+            textFormat: Text.PlainText
+            font: field.prop.fonts.font10_13
+            color: "white"
+            elide: Text.ElideRight
+            verticalAlignment: Text.AlignVCenter
+        }
+    }
+}

@@ -1,0 +1,156 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import QtQuick.Controls.Basic as Controls
+import QtQuick.Layouts
+import backend.BackendLoader 1.0
+import backend.UserAuth 1.0
+import "OS" as OS
+
+/// The home window: a file, the settings, the archive.
+Controls.ApplicationWindow {
+    id: root
+
+    property real scf: 1
+
+    width: 470 * root.scf
+    height: 210 * root.scf
+    minimumWidth: 470 * root.scf
+    minimumHeight: 210 * root.scf
+    maximumWidth: 470 * root.scf
+    maximumHeight: 210 * root.scf
+    visible: true
+    title: mainFunctions.setApplicationWindowTitle()
+
+    Component.onCompleted: {
+        backendLoader.onCompleted();
+        prop.loggingActive = backendLoader.getLoggingStatus();
+        userAuth.initialCheck();
+    }
+    Component.onDestruction: backendLoader.clearMemory()
+
+    OS.CurrentTheme {
+        id: theme
+
+        scf: root.scf
+    }
+
+    Properties {
+        id: prop
+
+        theme: theme
+    }
+
+    Background {
+    }
+
+    Btn {
+        anchors {
+            left: parent.left
+            top: parent.top
+            margins: 5 * root.scf
+        }
+        prop: prop
+        iconName: "My Account"
+        iconWidth: 140 * root.scf
+        iconHeight: 28 * root.scf
+        tooltip: qsTr("My Account")
+        enabled: prop.isActiveProduct
+        onClicked: backendLoader.openMyAccountWindow()
+    }
+
+    Btn {
+        anchors {
+            right: parent.right
+            top: parent.top
+            margins: 5 * root.scf
+        }
+        prop: prop
+        iconName: "Help"
+        iconWidth: 30 * root.scf
+        tooltip: qsTr("Help")
+        enabled: prop.isActiveProduct
+        onClicked: helpMenu.popup(root.width - 225 * root.scf, 5 * root.scf)
+    }
+
+    RowLayout {
+        anchors.centerIn: parent
+        spacing: 15 * root.scf
+
+        Btn {
+            prop: prop
+            iconName: "Select File"
+            iconWidth: 130 * root.scf
+            tooltip: qsTr("Select File")
+            enabled: prop.isActiveProduct
+            onClicked: backendLoader.selectFile()
+        }
+
+        Btn {
+            prop: prop
+            iconName: "Settings"
+            iconWidth: 130 * root.scf
+            tooltip: qsTr("Settings")
+            enabled: prop.isActiveProduct
+            onClicked: backendLoader.openSettingsWindow()
+        }
+
+        Btn {
+            prop: prop
+            iconName: "archive"
+            iconWidth: 130 * root.scf
+            tooltip: qsTr("Archive")
+            enabled: prop.isActiveProduct
+            onClicked: backendLoader.openArchive()
+        }
+    }
+
+    BackendLoader {
+        id: backendLoader
+
+        onHideMainWindow: root.visible = false
+        onShowMainWindow: root.visible = true
+        onScfChanged: s => root.scf = s
+    }
+
+    UserAuth {
+        id: userAuth
+
+        onSignedIn: root.setSignedIn(true)
+        onSignedOut: root.setSignedIn(false)
+    }
+
+    Functions {
+        id: mainFunctions
+    }
+
+    FileDrop {
+        anchors.fill: parent
+        prop: prop
+        enabled: prop.isActiveProduct
+        onFileDropped: path => backendLoader.loadFile(path)
+    }
+
+    HelpMenu {
+        id: helpMenu
+
+        prop: prop
+        backendLoader: backendLoader
+        onLoggedOut: userAuth.initialCheck()
+        onScaleReset: root.scf = 1
+    }
+
+    AuthLayer {
+    }
+
+    LoadingHover {
+        id: initialLoader
+
+        prop: prop
+    }
+
+    function setSignedIn(signedIn: bool) {
+        prop.isActiveProduct = signedIn;
+        initialLoader.visible = false;
+    }
+}
