@@ -27,7 +27,7 @@ Controls.Menu {
     MenuItemCustom {
         prop: menu.prop
         text: qsTr("Help Desk")
-        onTriggered: menu.backendLoader.openUrl(menu.backendLoader.websiteUrl + "/helpdesk.html")
+        onTriggered: menu.backendLoader.openUrl("/helpdesk.html")
     }
 
     MenuItemCustom {
@@ -42,13 +42,13 @@ Controls.Menu {
     MenuItemCustom {
         prop: menu.prop
         text: qsTr("Training  Videos")
-        onTriggered: menu.backendLoader.openUrl(menu.backendLoader.serviceUrl + "/teko-server/redirect-training-videos.php")
+        onTriggered: menu.backendLoader.openUrl("/teko-server/redirect-training-videos.php")
     }
 
     MenuItemCustom {
         prop: menu.prop
         text: qsTr("User Guide")
-        onTriggered: menu.backendLoader.openUrl(menu.backendLoader.serviceUrl + "/teko-server/redirect-user-guide.php")
+        onTriggered: menu.backendLoader.openUrl("/teko-server/redirect-user-guide.php")
     }
 
     MenuItemCustom {
@@ -79,7 +79,7 @@ Controls.Menu {
     MenuItemCustom {
         prop: menu.prop
         text: qsTr("Other Dravo Software Products")
-        onTriggered: menu.backendLoader.openUrl(menu.backendLoader.websiteUrl)
+        onTriggered: menu.backendLoader.openUrl("/")
     }
 
     MenuItemCustom {

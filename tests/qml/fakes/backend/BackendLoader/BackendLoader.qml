@@ -7,8 +7,6 @@ QtObject {
     id: fake
 
     property var calls: []
-    property string websiteUrl: "https://site.test"
-    property string serviceUrl: "https://service.test"
 
     signal hideMainWindow
     signal showMainWindow
