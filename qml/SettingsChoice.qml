@@ -55,6 +55,8 @@ ColumnLayout {
         Accessible.name: choice.label
         onActivated: {
             choice.unknownValue = "";
+            // The answer may be a dialog, behind which the list would stay open.
+            box.popup.close();
             choice.chosen(box.currentText);
         }
     }

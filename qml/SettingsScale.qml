@@ -38,7 +38,7 @@ GroupBox {
             Dropdown {
                 id: box
 
-                readonly property int shownIndex: Math.round(section.prop.scf * 100) - section.firstPercent
+                readonly property int shownIndex: Math.min(Math.max(Math.round(section.prop.scf * 100), section.firstPercent), section.lastPercent) - section.firstPercent
 
                 Layout.preferredWidth: 70 * section.prop.scf
                 prop: section.prop
