@@ -149,7 +149,7 @@ std::string Accounts::recover(const Fields &fields, const Caller &caller)
 
 std::string Accounts::check(const Fields &fields, const Caller &)
 {
-    return userJson(m_gate.require(fields), fields["hash"]);
+    return userJson(m_gate.requireSession(fields), fields["hash"]);
 }
 
 std::string Accounts::update(const Fields &fields, const Caller &)

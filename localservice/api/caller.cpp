@@ -28,9 +28,16 @@ namespace {
 
 Account Gate::require(const Fields &fields)
 {
-    const std::optional<Account> account = m_accounts.accountOf(fields["hash"]);
     const std::string &token = fields["accessToken"];
-    if (!account || (!token.empty() && !sameSecret(token, m_accounts.tokenOf(fields["hash"]))))
+    if (!token.empty() && !sameSecret(token, m_accounts.tokenOf(fields["hash"])))
+        throw Refusal(kUnknownSession);
+    return requireSession(fields);
+}
+
+Account Gate::requireSession(const Fields &fields)
+{
+    const std::optional<Account> account = m_accounts.accountOf(fields["hash"]);
+    if (!account)
         throw Refusal(kUnknownSession);
     return *account;
 }

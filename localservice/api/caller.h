@@ -31,6 +31,8 @@ public:
     /// The account of the field "hash"; a field "accessToken", when it is not empty, must belong to
     /// it. Throws Refusal.
     [[nodiscard]] Account require(const Fields &fields);
+    /// The same by the field "hash" alone, for a client that asks for the token that belongs to it.
+    [[nodiscard]] Account requireSession(const Fields &fields);
     /// The job that a field names. Without a session its number alone, which cannot be guessed,
     /// opens the door; with one the job must belong to that account. Throws Refusal.
     [[nodiscard]] Job requireJob(const Fields &fields, std::string_view field,

@@ -17,7 +17,7 @@ namespace {
     // A side with less than this share of the energy holds nobody.
     constexpr double kLeastShare = 0.03;
     // Alone on the sides, an instrument whose amplitude rises by this share a frame is struck.
-    constexpr double kStruck = 0.2;
+    constexpr double kStruck = 0.1;
 
     std::size_t binAt(float hertz, float hertzPerBin)
     {

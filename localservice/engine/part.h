@@ -10,7 +10,7 @@
 namespace localservice {
 
 /// What a song is taken apart into. Rest is whatever belongs to none of the five instruments.
-enum class Part : std::size_t { Guitar, Vocals, Piano, Bass, Drums, Rest };
+enum class Part { Guitar, Vocals, Piano, Bass, Drums, Rest };
 
 inline constexpr std::size_t kParts = 6;
 

@@ -2,6 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/http/fields.h"
 
+#include <Poco/TextIterator.h>
+#include <Poco/UTF8Encoding.h>
+
+#include <algorithm>
+
 namespace localservice {
 
 namespace {
@@ -48,6 +53,7 @@ Fields Fields::fromForm(std::string_view body)
         fields.append(decoded(item.substr(0, equals)),
                       decoded(item.substr(std::min(equals + 1, item.size()))));
     }
+    fields.checkText();
     return fields;
 }
 
@@ -68,6 +74,18 @@ void Fields::append(std::string_view name, std::string_view text)
     m_texts[std::string(name)] += text;
     if (m_texts.size() > kMostFields)
         throw BadRequest("The form has too many fields.");
+}
+
+void Fields::checkText() const
+{
+    const Poco::UTF8Encoding utf8;
+    for (const auto &[name, text] : m_texts) {
+        const Poco::TextIterator end(text);
+        for (Poco::TextIterator at(text, utf8); at != end; ++at) {
+            if (*at < 0)
+                throw BadRequest("The form is not text in UTF-8.");
+        }
+    }
 }
 
 std::string baseName(std::string_view path)

@@ -31,6 +31,8 @@ public:
     [[nodiscard]] const std::string &operator[](std::string_view name) const;
     /// Adds to the end of a field; throws BadRequest when there are too many or too long ones.
     void append(std::string_view name, std::string_view text);
+    /// Throws BadRequest unless all fields, complete by now, are text in UTF-8.
+    void checkText() const;
 
 private:
     std::map<std::string, std::string, std::less<>> m_texts;

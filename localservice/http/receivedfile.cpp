@@ -5,6 +5,7 @@
 #include "localservice/base/refusal.h"
 #include "localservice/base/secrets.h"
 #include "localservice/http/fields.h"
+#include "localservice/jobs/datafolder.h"
 
 namespace localservice {
 
@@ -32,7 +33,7 @@ ReceivedFile::ReceivedFile(std::filesystem::path folder, std::uint64_t mostBytes
     : m_folder(std::move(folder))
     , m_mostBytes(mostBytes)
     , m_arriving(arriving)
-    , m_diskName(randomHex(16) + ".wav")
+    , m_diskName(randomHex(kNameBytes) + ".wav")
 { }
 
 ReceivedFile::~ReceivedFile()

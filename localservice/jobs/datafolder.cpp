@@ -9,12 +9,29 @@ namespace fs = std::filesystem;
 
 namespace localservice {
 
+namespace {
+
+    // Names of the service's own are long hexadecimal numbers. Whatever else lies in its folders is
+    // somebody's and stays.
+    void removeOwn(const fs::path &path)
+    {
+        const std::string stem = path.stem().string();
+        const bool isHex = stem.find_first_not_of("0123456789abcdef") == std::string::npos;
+        std::error_code ignored;
+        if (isHex && stem.size() >= 2 * kNameBytes)
+            fs::remove_all(path, ignored);
+    }
+
+} // namespace
+
 DataFolder::DataFolder(fs::path root)
     : m_root(std::move(root))
 {
+    // A folder that was there before keeps the access that its owner has given it.
+    if (fs::create_directories(m_root))
+        fs::permissions(m_root, fs::perms::owner_all);
     for (const char *name : {"uploads", "work", "results"})
-        fs::create_directories(m_root / name);
-    fs::permissions(m_root, fs::perms::owner_all);
+        fs::create_directory(m_root / name);
 }
 
 fs::path DataFolder::upload(const std::string &file) const
@@ -67,11 +84,11 @@ void DataFolder::removeResults(const std::string &token) const noexcept
 void DataFolder::tidy(const std::vector<std::string> &knownUploads) const
 {
     for (const auto &entry : fs::directory_iterator(m_root / "work"))
-        clearWorkshop(entry.path().filename().string());
+        removeOwn(entry.path());
     for (const auto &entry : fs::directory_iterator(m_root / "uploads")) {
         const std::string name = entry.path().filename().string();
         if (std::find(knownUploads.begin(), knownUploads.end(), name) == knownUploads.end())
-            removeUpload(name);
+            removeOwn(entry.path());
     }
 }
 

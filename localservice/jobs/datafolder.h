@@ -36,6 +36,9 @@ private:
     std::filesystem::path m_root;
 };
 
+/// How many random bytes make the name of an upload on disk.
+inline constexpr std::size_t kNameBytes = 16;
+
 /// The file names of the results within a folder of theirs.
 inline constexpr const char *kMainFile = "main.wav";
 inline constexpr const char *kMixFile = "mix.wav";

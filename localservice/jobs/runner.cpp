@@ -13,6 +13,8 @@ namespace {
 
     constexpr std::int64_t kDay = 24 * 60 * 60;
     constexpr std::chrono::hours kHouseKeeping{1};
+    // An idle worker looks at the queue this often, in case an earlier look failed.
+    constexpr std::chrono::seconds kIdle{10};
     constexpr const char *kBroken = "The service could not process the file.";
 
 } // namespace
@@ -59,9 +61,9 @@ void Runner::work()
 {
     std::unique_lock lock(m_mutex);
     while (!m_stopping) {
-        const std::optional<Job> job = m_jobs.takeNext();
+        const std::optional<Job> job = next();
         if (!job) {
-            m_changed.wait(lock);
+            m_changed.wait_for(lock, kIdle);
             continue;
         }
         m_running[job->id] = std::make_shared<Running>();
@@ -72,27 +74,45 @@ void Runner::work()
     }
 }
 
+std::optional<Job> Runner::next()
+{
+    try {
+        return m_jobs.takeNext();
+    } catch (const Poco::Exception &error) {
+        // On a full disk, for one. The job stays in the queue for later.
+        log("Could not take the next job: " + error.displayText());
+        return std::nullopt;
+    }
+}
+
 void Runner::run(const Job &job)
 {
-    const std::shared_ptr<Running> running = find(job.id);
-    std::string failure;
     try {
-        finish(job, *running);
+        const std::string failure = attempt(job, *find(job.id));
+        m_folder.clearWorkshop(job.token);
+        if (!failure.empty()) {
+            log("Job " + std::to_string(job.id) + " failed: " + failure);
+            m_jobs.move(job.id, JobState::Running, JobState::Failed, failure);
+        }
+        sweepUploads();
+    } catch (const Poco::Exception &error) {
+        log("Could not note the end of job " + std::to_string(job.id) + ": " + error.displayText());
+    }
+}
+
+std::string Runner::attempt(const Job &job, Running &running)
+{
+    try {
+        finish(job, running);
+        return {};
     } catch (const Refusal &refusal) {
-        failure = refusal.what();
+        return refusal.what();
     } catch (const Poco::Exception &error) {
         log("Job " + std::to_string(job.id) + ": " + error.displayText());
-        failure = kBroken;
     } catch (const std::exception &error) {
         log("Job " + std::to_string(job.id) + ": " + error.what());
-        failure = kBroken;
     }
-    m_folder.clearWorkshop(job.token);
-    if (!failure.empty()) {
-        log("Job " + std::to_string(job.id) + " failed: " + failure);
-        m_jobs.move(job.id, JobState::Running, JobState::Failed, failure);
-    }
-    sweepUploads();
+    return kBroken;
 }
 
 void Runner::finish(const Job &job, Running &running)
@@ -104,7 +124,8 @@ void Runner::finish(const Job &job, Running &running)
         return;
     }
     const std::lock_guard lock(m_mutex);
-    m_jobs.move(job.id, JobState::Running, m_stopping ? JobState::Queued : JobState::Cancelled);
+    m_jobs.move(job.id, JobState::Running,
+                running.cancelledByUser ? JobState::Cancelled : JobState::Queued);
 }
 
 bool Runner::separateJob(const Job &job, Running &running)
@@ -135,6 +156,7 @@ bool Runner::cancel(std::int32_t id)
     const auto found = m_running.find(id);
     if (found == m_running.end())
         return false;
+    found->second->cancelledByUser = true;
     found->second->control.cancelled = true;
     return true;
 }

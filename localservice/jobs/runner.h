@@ -48,10 +48,14 @@ private:
         JobControl control;
         std::chrono::steady_clock::time_point began = std::chrono::steady_clock::now();
         int lastAnswer = -1;
+        bool cancelledByUser = false;
     };
 
     void work();
+    [[nodiscard]] std::optional<Job> next();
     void run(const Job &job);
+    /// Processes a job and gives the sentence about its failure, "" when there was none.
+    [[nodiscard]] std::string attempt(const Job &job, Running &running);
     void finish(const Job &job, Running &running);
     [[nodiscard]] bool separateJob(const Job &job, Running &running);
     void keepHouse();

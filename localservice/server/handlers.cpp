@@ -7,6 +7,7 @@
 #include "localservice/http/multipart.h"
 #include "localservice/server/pages.h"
 
+#include <Poco/Data/SQLite/SQLiteException.h>
 #include <Poco/Net/HTTPRequestHandler.h>
 #include <Poco/Net/HTTPServerRequest.h>
 #include <Poco/Net/HTTPServerResponse.h>
@@ -100,6 +101,9 @@ namespace {
         } catch (const Poco::Net::NetException &) {
             // The client is gone, nobody waits for the answer.
             return;
+        } catch (const Poco::Data::SQLite::DatabaseFullException &) {
+            send(request, response, HTTPResponse::HTTP_OK, kPlainText,
+                 "The service has no room left on its disk.");
         } catch (const Poco::Exception &error) {
             log(pathOf(request) + ": " + error.displayText());
             send(request, response, HTTPResponse::HTTP_INTERNAL_SERVER_ERROR, kPlainText, kBroken);
@@ -257,6 +261,7 @@ namespace {
             }
             if (!parser.isComplete())
                 throw BadRequest("The upload ended before its time.");
+            fields.checkText();
             file.finish();
         }
 

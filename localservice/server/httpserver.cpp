@@ -81,7 +81,7 @@ HttpServer::HttpServer(const std::string &host, std::uint16_t port, Backend back
     , m_threads(2, kMostThreads)
 {
     Poco::Net::ServerSocket socket;
-    socket.bind(Poco::Net::SocketAddress(host, port), true);
+    socket.bind(Poco::Net::SocketAddress(host, port), true, false);
     socket.listen(kMostWaiting);
     m_backend.fallbackHost = socket.address().toString();
     const HTTPServerParams::Ptr shared = parameters();

@@ -1,0 +1,290 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/base/refusal.h"
+#include "localservice/base/secrets.h"
+#include "localservice/jobs/runner.h"
+#include "localservice/store/accountstore.h"
+#include "tests/support/testmain.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <fstream>
+
+using namespace localservice;
+
+namespace {
+
+// Everything that the service keeps, opened on one folder.
+struct House
+{
+    explicit House(const QTemporaryDir &dir)
+        : folder(dir.filePath("data").toStdString())
+        , database(folder.database())
+        , accounts(database)
+        , uploads(database)
+        , jobs(database)
+    { }
+
+    // An account's upload of some name with one job.
+    std::int32_t addJob(std::int64_t account, const std::string &name, bool demo = false)
+    {
+        Job job;
+        job.account = account;
+        job.instrument = "drums";
+        job.extension = "mp3";
+        job.demo = demo;
+        job.seconds = 60;
+        const std::string file = randomHex(16) + ".wav";
+        job.upload = uploads.add({0, account, name, file, 60});
+        std::ofstream(folder.upload(file)) << "sound";
+        return jobs.add(job, name);
+    }
+
+    [[nodiscard]] bool hasFile(std::int64_t upload)
+    {
+        const std::optional<Upload> found = uploads.find(upload);
+        return found && std::filesystem::exists(folder.upload(found->file));
+    }
+
+    DataFolder folder;
+    Database database;
+    AccountStore accounts;
+    UploadStore uploads;
+    JobStore jobs;
+};
+
+// A separator that waits until it is cancelled.
+bool waitForCancel(const SeparationTask &, JobControl &control)
+{
+    control.share = 0.5;
+    while (!control.cancelled)
+        std::this_thread::yield();
+    return false;
+}
+
+bool copyTwice(const SeparationTask &task, JobControl &)
+{
+    std::filesystem::copy_file(task.input, task.main);
+    std::filesystem::copy_file(task.input, task.mix);
+    return true;
+}
+
+} // namespace
+
+class StoresTest final : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void keepsJobsOverARestart();
+    void runsInterruptedJobsAgain();
+    void makesOneJobOfEqualRequests();
+    void forgetsCancelledAndFailedWork_data();
+    void forgetsCancelledAndFailedWork();
+    void keepsUploadsWhileTheyAreNeeded();
+    void tidiesOnlyWhatIsItsOwn();
+    void letsOneServiceInAtATime();
+    void signsInAndOut();
+    void recoversOnce();
+    void countsFilesByAccount();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+void StoresTest::init()
+{
+    TestCase::init();
+    initialiseSecrets();
+    m_dir = std::make_unique<QTemporaryDir>();
+}
+
+void StoresTest::keepsJobsOverARestart()
+{
+    std::int32_t id = 0;
+    std::string hash;
+    {
+        House house(*m_dir);
+        hash = house.accounts.localSession();
+        id = house.addJob(house.accounts.accountOf(hash)->id, "a.wav");
+        QVERIFY(house.jobs.takeNext());
+    }
+    House house(*m_dir);
+    QCOMPARE(house.accounts.localSession(), hash);
+    const std::optional<Job> job = house.jobs.find(id);
+    QVERIFY(job);
+    QCOMPARE(job->instrument, std::string("drums"));
+    QVERIFY(job->state == JobState::Running);
+    QVERIFY(house.uploads.find(job->account, "a.wav"));
+}
+
+void StoresTest::runsInterruptedJobsAgain()
+{
+    std::int32_t id = 0;
+    {
+        House house(*m_dir);
+        id = house.addJob(house.accounts.add({"A", "a@b", ""}).id, "a.wav");
+        Runner runner(house.jobs, house.uploads, house.folder, waitForCancel, 1, 30);
+        QTRY_VERIFY(house.jobs.find(id)->state == JobState::Running);
+    }
+    House house(*m_dir);
+    QVERIFY(house.jobs.find(id)->state == JobState::Queued);
+    QVERIFY(house.jobs.takeNext());
+    Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
+    QTRY_VERIFY(house.jobs.find(id)->state == JobState::Ready);
+    QVERIFY(std::filesystem::exists(house.folder.mixResult(house.jobs.find(id)->token)));
+}
+
+void StoresTest::makesOneJobOfEqualRequests()
+{
+    House house(*m_dir);
+    const std::int64_t one = house.accounts.add({"A", "a@b", ""}).id;
+    const std::int64_t other = house.accounts.add({"B", "b@b", ""}).id;
+    const std::int32_t first = house.addJob(one, "a.wav");
+    QCOMPARE(house.addJob(one, "a.wav"), first);
+    QVERIFY(house.addJob(one, "b.wav") != first);
+    QVERIFY(house.addJob(one, "a.wav", true) != first);
+    QVERIFY(house.addJob(other, "a.wav") != first);
+    QVERIFY(house.jobs.takeNext()->id == first);
+    QCOMPARE(house.addJob(one, "a.wav"), first);
+    QVERIFY(house.jobs.move(first, JobState::Running, JobState::Ready));
+    QVERIFY(house.addJob(one, "a.wav") != first);
+}
+
+void StoresTest::forgetsCancelledAndFailedWork_data()
+{
+    QTest::addColumn<bool>("fails");
+    QTest::newRow("cancelled") << false;
+    QTest::newRow("failed") << true;
+}
+
+void StoresTest::forgetsCancelledAndFailedWork()
+{
+    QFETCH(bool, fails);
+    House house(*m_dir);
+    const Separate separate = [fails](const SeparationTask &task, JobControl &control) {
+        std::ofstream(task.main) << "half a result";
+        if (fails)
+            throw Refusal("No luck today.");
+        return waitForCancel(task, control);
+    };
+    const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
+    const std::int32_t id = house.addJob(account, "a.wav");
+    house.uploads.remove(account, "a.wav");
+    Runner runner(house.jobs, house.uploads, house.folder, separate, 1, 30);
+    if (!fails) {
+        QTRY_VERIFY(house.jobs.find(id)->state == JobState::Running);
+        QTRY_VERIFY(runner.cancel(id));
+    }
+    const JobState end = fails ? JobState::Failed : JobState::Cancelled;
+    QTRY_VERIFY(house.jobs.find(id)->state == end);
+    QCOMPARE(house.jobs.find(id)->reason, std::string(fails ? "No luck today." : ""));
+    QVERIFY(!runner.cancel(id));
+    // Neither half a result nor the removed upload is left.
+    for (const char *sub : {"work", "results", "uploads"})
+        QTRY_VERIFY(std::filesystem::is_empty(house.folder.database().parent_path() / sub));
+}
+
+void StoresTest::keepsUploadsWhileTheyAreNeeded()
+{
+    House house(*m_dir);
+    const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
+    const Job full = *house.jobs.find(house.addJob(account, "full.wav"));
+    const Job demo = *house.jobs.find(house.addJob(account, "demo.wav", true));
+    Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
+    for (const Job &job : {full, demo})
+        QTRY_VERIFY(house.jobs.find(job.id)->state == JobState::Ready);
+    QVERIFY(house.hasFile(full.upload));
+    house.uploads.remove(account + 1, "full.wav");
+    QVERIFY(house.uploads.find(account, "full.wav"));
+    for (const char *name : {"full.wav", "demo.wav"})
+        house.uploads.remove({}, name);
+    runner.sweepUploads();
+    QVERIFY(!house.uploads.find(account, "demo.wav"));
+    QVERIFY(!house.hasFile(full.upload));
+    QVERIFY(house.hasFile(demo.upload)); // it may still be made whole
+    QCOMPARE(house.jobs.takeOlderThan(secondsNow() + 10).size(), std::size_t(2));
+    runner.sweepUploads();
+    QVERIFY(!house.hasFile(demo.upload));
+}
+
+void StoresTest::tidiesOnlyWhatIsItsOwn()
+{
+    House house(*m_dir);
+    const Job job =
+        *house.jobs.find(house.addJob(house.accounts.add({"A", "a@b", ""}).id, "a.wav"));
+    const std::filesystem::path lost = house.folder.upload(randomHex(16) + ".wav");
+    const std::filesystem::path foreign = house.folder.upload("holiday.wav");
+    std::ofstream(lost) << "cut off";
+    std::ofstream(foreign) << "somebody's";
+    (void)house.folder.openWorkshop(randomHex(32));
+    house.folder.tidy(house.uploads.files());
+    QVERIFY(!std::filesystem::exists(lost));
+    QVERIFY(std::filesystem::exists(foreign));
+    QVERIFY(house.hasFile(job.upload));
+    QVERIFY(std::filesystem::is_empty(house.folder.database().parent_path() / "work"));
+}
+
+void StoresTest::letsOneServiceInAtATime()
+{
+    House house(*m_dir);
+    QVERIFY_EXCEPTION_THROWN(House second(*m_dir), DatabaseBusy);
+}
+
+void StoresTest::signsInAndOut()
+{
+    House house(*m_dir);
+    const Account anna = house.accounts.add({"Anna", "Anna@Example.org", "correct horse"});
+    QVERIFY_EXCEPTION_THROWN(house.accounts.add({"B", "anna@example.ORG", "12345678"}), Refusal);
+    QCOMPARE(house.accounts.signIn("anna@example.org", "correct horse")->id, anna.id);
+    QVERIFY(!house.accounts.signIn("anna@example.org", "correct horsE"));
+    QVERIFY(!house.accounts.signIn("anna@example.org", ""));
+    QVERIFY(!house.accounts.signIn("nobody@example.org", "nobody's"));
+    // The account without a password cannot be entered by an empty one.
+    (void)house.accounts.localSession();
+    QVERIFY(!house.accounts.signIn(kLocalEmail, ""));
+
+    const std::string here = house.accounts.openSession(anna.id);
+    const std::string elsewhere = house.accounts.openSession(anna.id);
+    QVERIFY(here != elsewhere && here.size() == 64);
+    QVERIFY(house.accounts.tokenOf(here) != house.accounts.tokenOf(elsewhere));
+    house.accounts.change(anna, {"Ann", "ann@example.org", "battery staple"}, here);
+    QCOMPARE(house.accounts.accountOf(here)->name, std::string("Ann"));
+    QVERIFY(!house.accounts.accountOf(elsewhere));
+    QVERIFY(!house.accounts.accountOf(""));
+    QVERIFY(house.accounts.signIn("ann@example.org", "battery staple"));
+    house.accounts.change(anna, {"Ann", "ann@example.org", ""}, here);
+    QVERIFY(house.accounts.signIn("ann@example.org", "battery staple"));
+}
+
+void StoresTest::recoversOnce()
+{
+    House house(*m_dir);
+    const Account anna = house.accounts.add({"Anna", "a@b", "forgotten"});
+    const std::string session = house.accounts.openSession(anna.id);
+    QVERIFY(!house.accounts.recover("a@b", "", "new password"));
+    const std::string code = house.accounts.openRecovery("a@b").value();
+    QVERIFY(!house.accounts.openRecovery("x@b"));
+    QVERIFY(!house.accounts.recover("a@b", "0000000000", "new password"));
+    QVERIFY(!house.accounts.recover("x@b", code, "new password"));
+    QVERIFY(house.accounts.recover("a@b", code, "new password"));
+    QVERIFY(house.accounts.signIn("a@b", "new password"));
+    QVERIFY(!house.accounts.accountOf(session));
+    QVERIFY(!house.accounts.recover("a@b", code, "another one"));
+}
+
+void StoresTest::countsFilesByAccount()
+{
+    House house(*m_dir);
+    const std::int64_t one = house.accounts.add({"A", "a@b", ""}).id;
+    const std::int64_t other = house.accounts.add({"B", "b@b", ""}).id;
+    house.accounts.countProcessed(one);
+    house.accounts.countProcessed(one);
+    QCOMPARE(house.accounts.processedToday(one), 2);
+    QCOMPARE(house.accounts.processedToday(other), 0);
+}
+
+TEKO_TEST_MAIN(StoresTest)
+#include "tst_stores.moc"
