@@ -138,8 +138,7 @@ class ServiceProgramTest final : public TestCase
 
 private slots:
     void initTestCase();
-    void init();
-    void cleanup();
+    void cleanupTestCase();
     void processesAFile();
     void refusesInASentence_data();
     void refusesInASentence();
@@ -160,6 +159,7 @@ private slots:
 
 private:
     [[nodiscard]] Form fields(const Form &changes = {}) const;
+    void startAfresh(const QStringList &options = {});
     void restart(const QStringList &options);
     [[nodiscard]] QStringList filesIn(const QString &sub) const
     {
@@ -182,19 +182,20 @@ void ServiceProgramTest::initTestCase()
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     m_song = file.readAll();
+    startAfresh();
 }
 
-void ServiceProgramTest::init()
-{
-    TestCase::init();
-    m_dir = std::make_unique<QTemporaryDir>();
-    restart({"--workers", "1"});
-}
-
-void ServiceProgramTest::cleanup()
+void ServiceProgramTest::cleanupTestCase()
 {
     m_client.reset();
     m_service.reset();
+}
+
+void ServiceProgramTest::startAfresh(const QStringList &options)
+{
+    m_service.reset();
+    m_dir = std::make_unique<QTemporaryDir>();
+    restart(options);
 }
 
 void ServiceProgramTest::restart(const QStringList &options)
@@ -223,6 +224,7 @@ Form ServiceProgramTest::fields(const Form &changes) const
 
 void ServiceProgramTest::processesAFile()
 {
+    startAfresh();
     const QByteArray id = m_client->upload(m_song, fields());
     QVERIFY2(id.toInt() > 0, id);
     QCOMPARE(m_client->waitForEnd(id), "-1");
@@ -293,7 +295,7 @@ void ServiceProgramTest::refusesInASentence()
     QFETCH(Form, changes);
     QFETCH(QByteArray, content);
     QFETCH(QByteArray, text);
-    restart({"--max-upload-mb", "1"});
+    startAfresh({"--max-upload-mb", "1"});
     const QByteArray answer =
         m_client->upload(content.isNull() ? m_song : content, fields(changes));
     QVERIFY2(answer.contains(text), answer);
@@ -329,6 +331,7 @@ void ServiceProgramTest::refusesUnknownNumbersAndNames()
 
 void ServiceProgramTest::demoCanBeMadeWhole()
 {
+    startAfresh();
     const QByteArray demo = m_client->upload(m_song, fields({{"version", "demo"}}));
     QCOMPARE(m_client->waitForEnd(demo), "-1");
     const QByteArray url = m_client->post("download.php", {{"songID", demo}}).split('|')[0];
@@ -347,7 +350,7 @@ void ServiceProgramTest::demoCanBeMadeWhole()
 void ServiceProgramTest::cancelsAndGoesOnAfterACrash()
 {
 #ifdef Q_OS_UNIX
-    restart({"--workers", "1", "--separator", "sleep 1000"});
+    startAfresh({"--workers", "1", "--separator", "sleep 1000"});
     const QByteArray first = m_client->upload(m_song, fields());
     const QByteArray second = m_client->upload(m_song, fields(), "/b/second.wav");
     QCOMPARE(m_client->upload(m_song, fields()), first); // the same request once more
@@ -367,6 +370,7 @@ void ServiceProgramTest::cancelsAndGoesOnAfterACrash()
 
 void ServiceProgramTest::cutUploadLeavesNothing()
 {
+    startAfresh();
     QTcpSocket socket;
     const QUrl url(m_service->url);
     socket.connectToHost(url.host(), quint16(url.port()));
@@ -430,6 +434,7 @@ void ServiceProgramTest::answersPagesAndForeignRequests()
 
 void ServiceProgramTest::accountsAreKeptApart()
 {
+    startAfresh();
     const QByteArray mine = m_client->upload(m_song, fields());
     QCOMPARE(m_client->waitForEnd(mine), "-1");
     Client other(m_service->url);
@@ -473,6 +478,7 @@ void ServiceProgramTest::accountsAreKeptApart()
 
 void ServiceProgramTest::limitsSignInTries()
 {
+    startAfresh();
     const auto tryPassword = [this](const QString &email) {
         return m_client->post("auth/login.php", {{"email", email}, {"password", "wrong"}});
     };
@@ -508,7 +514,7 @@ void ServiceProgramTest::appliesTheLicence()
     QFETCH(QString, version);
     QFETCH(int, expired);
     QFETCH(QByteArray, second);
-    restart(options);
+    startAfresh(options);
     const Form me = {{"hash", m_service->hash}};
     const QJsonObject user = QJsonDocument::fromJson(m_client->post("auth/check.php", me)).object();
     QCOMPARE(user["subscription"].isNull(), expired < 0);
@@ -541,7 +547,7 @@ void ServiceProgramTest::runsAnotherSeparator()
 {
 #ifdef Q_OS_UNIX
     QFETCH(QString, command);
-    restart({"--separator", command});
+    startAfresh({"--separator", command});
     const QByteArray id = m_client->upload(m_song, fields({{"version", "demo"}}));
     QTEST(m_client->waitForEnd(id), "end");
 #else
