@@ -6,6 +6,11 @@
 
 #include <QString>
 
+/// What a user's subscription is worth now.
+enum class Licence { None, Expired, Active };
+
+[[nodiscard]] Licence licenceOf(const UserRecord &user);
+
 /// The run mode that the user's licence allows: "full", or "demo" for the first 30 seconds of a
 /// file.
 [[nodiscard]] QString runMode(const UserRecord &user);
@@ -13,3 +18,6 @@
 /// Whether the service's answer to the daily-limit query, -1 when unknown, forbids another file
 /// today.
 [[nodiscard]] bool isDailyLimitReached(int remainingFiles);
+
+/// Greets a user and tells him what his licence allows; for plain text.
+[[nodiscard]] QString welcomeText(const UserRecord &user);
