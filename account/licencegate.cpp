@@ -47,7 +47,8 @@ bool isDailyLimitReached(int remainingFiles)
 
 QString welcomeText(const UserRecord &user)
 {
-    const QString greeting = user.name.isEmpty() ? LicenceGate::tr("Welcome to TEKO!")
-                                                 : LicenceGate::tr("Welcome to TEKO, %1!").arg(user.name);
+    const QString greeting = user.name.isEmpty()
+        ? LicenceGate::tr("Welcome to TEKO!")
+        : LicenceGate::tr("Welcome to TEKO, %1!").arg(user.name);
     return greeting + QStringLiteral("\n\n") + licenceText(licenceOf(user));
 }

@@ -85,9 +85,8 @@ void MyAccount::showError(const QString &text)
 
 void MyAccount::checkSession()
 {
-    m_client.post(QStringLiteral("auth/check.php"),
-                  {{QStringLiteral("hash"), m_store.user().hash}}, this,
-                  [this](const AccountAnswer &answer) { sessionChecked(answer); });
+    m_client.post(QStringLiteral("auth/check.php"), {{QStringLiteral("hash"), m_store.user().hash}},
+                  this, [this](const AccountAnswer &answer) { sessionChecked(answer); });
 }
 
 void MyAccount::sessionChecked(const AccountAnswer &answer)
@@ -143,10 +142,8 @@ void MyAccount::saved(const AccountAnswer &answer)
         m_session.begin(reply);
         setViewProperty("isEditing", false);
         showUser();
-    } else if (isAnswered && reply.kind == UserReply::Kind::Garbled) {
-        showError(tr("The service gave an answer that cannot be understood."));
     } else {
-        showError(answer.text);
+        showError(isAnswered ? refusalText(answer.text) : answer.text);
     }
 }
 

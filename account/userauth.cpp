@@ -206,14 +206,13 @@ void UserAuth::enterByForm(const QString &body)
 {
     const UserReply reply = parseUserReply(body);
     if (reply.kind != UserReply::Kind::User) {
-        setError(reply.kind == UserReply::Kind::Refusal
-                     ? shownText(body)
-                     : tr("The service gave an answer that cannot be understood."));
+        setError(refusalText(body));
         return;
     }
     m_session.begin(reply);
     enter();
-    emit welcomed();
+    // Queued, since the welcome may be a message box with an event loop of its own.
+    QMetaObject::invokeMethod(this, &UserAuth::welcomed, Qt::QueuedConnection);
 }
 
 void UserAuth::forgetError()

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "account/userreply.h"
 
+#include "service/replies.h"
+
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -15,4 +18,11 @@ UserReply parseUserReply(const QString &body)
     const bool isMarkup = text.startsWith(u'{') || text.startsWith(u'[') || text.startsWith(u'<');
     return {
         text.isEmpty() || isMarkup ? UserReply::Kind::Garbled : UserReply::Kind::Refusal, {}, {}};
+}
+
+QString refusalText(const QString &body)
+{
+    if (body.trimmed().isEmpty())
+        return QCoreApplication::translate("UserReply", "The service gave an empty answer.");
+    return shownText(body);
 }

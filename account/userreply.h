@@ -20,3 +20,7 @@ struct UserReply
 };
 
 [[nodiscard]] UserReply parseUserReply(const QString &body);
+
+/// A body that is no user as the person before the form is told it: as it stands, but of a readable
+/// length and never empty.
+[[nodiscard]] QString refusalText(const QString &body);

@@ -2,7 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/backendloader.h"
 
+#include "account/licencegate.h"
+#include "account/myaccount.h"
+#include "account/session.h"
 #include "app/base/guiscale.h"
+#include "app/base/messageboxcustom.h"
 #include "app/base/programdata.h"
 #include "app/base/saveortell.h"
 #include "app/mediafilter.h"
@@ -24,6 +28,7 @@ BackendLoader::BackendLoader(QObject *parent)
 
 BackendLoader::~BackendLoader()
 {
+    m_account.reset();
     m_processing.reset();
     qDebug("LOG_CLOSE");
 }
@@ -51,6 +56,16 @@ FileProcessing &BackendLoader::processing()
     connect(this, &BackendLoader::runFromDemo, m_processing.get(),
             [this] { m_processing->runFromDemo(m_demo.instrument, m_demo.extension, m_demo.id); });
     return *m_processing;
+}
+
+MyAccount &BackendLoader::account()
+{
+    if (m_account)
+        return *m_account;
+    m_account = std::make_unique<MyAccount>(m_store);
+    connect(m_account.get(), &MyAccount::showParent, this, &BackendLoader::showMainWindow);
+    connect(m_account.get(), &MyAccount::unlockFullAccess, this, &BackendLoader::unlockFullAccess);
+    return *m_account;
 }
 
 void BackendLoader::loadFile(QString path)
@@ -95,6 +110,9 @@ void BackendLoader::openArchive()
 void BackendLoader::openMyAccountWindow()
 {
     qInfo() << "BackendLoader::openMyAccountWindow";
+    MyAccount &window = account();
+    emit hideMainWindow();
+    window.openWindow();
 }
 
 void BackendLoader::unlockFullAccess()
@@ -138,6 +156,7 @@ void BackendLoader::showLogs()
 void BackendLoader::logout()
 {
     qInfo() << "BackendLoader::logout";
+    Session(m_store).end(true);
 }
 
 void BackendLoader::resetScf()
@@ -146,7 +165,11 @@ void BackendLoader::resetScf()
     saveOrTell(m_store);
 }
 
-void BackendLoader::showInitialMessage() { }
+void BackendLoader::showInitialMessage()
+{
+    qInfo() << "BackendLoader::showInitialMessage";
+    MessageBoxCustom::information(tr("Welcome"), welcomeText(m_store.user()));
+}
 
 void BackendLoader::toggleLogging(bool active)
 {

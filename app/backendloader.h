@@ -8,6 +8,7 @@
 #include <memory>
 
 class FileProcessing;
+class MyAccount;
 class ProgramData;
 class Settings;
 
@@ -34,6 +35,7 @@ public slots:
     /// Lets the user choose a media file and loads it.
     void selectFile();
     void afterSettings();
+    /// Leads the user to a subscription.
     void unlockFullAccess();
     /// Processes an earlier demo result again, in full.
     void reProcessDemo(QString filePath, QString instrument, QString extension);
@@ -48,14 +50,17 @@ public slots:
     void openUrl(QString url);
     void checkForUpdates();
     void showLogs();
+    /// Ends the session here and for good.
     void logout();
     void resetScf();
+    /// Welcomes the signed-in user and tells him what his licence allows.
     void showInitialMessage();
     void toggleLogging(bool active);
     [[nodiscard]] bool getLoggingStatus();
 
 private:
     [[nodiscard]] FileProcessing &processing();
+    [[nodiscard]] MyAccount &account();
 
     struct DemoRun
     {
@@ -67,6 +72,7 @@ private:
     ProgramData &m_store;
     std::unique_ptr<FileProcessing> m_processing;
     std::unique_ptr<Settings> m_settings;
+    std::unique_ptr<MyAccount> m_account;
     QString m_lastOpenFolder;
     DemoRun m_demo;
 };

@@ -109,7 +109,11 @@ Controls.ApplicationWindow {
         id: backendLoader
 
         onHideMainWindow: root.visible = false
-        onShowMainWindow: root.visible = true
+        onShowMainWindow: {
+            root.visible = true;
+            userAuth.recheck();
+        }
+        onCallSubscriptionCreating: backendLoader.openUrl("/subscription.html")
         onScfChanged: s => root.scf = s
     }
 
@@ -118,6 +122,7 @@ Controls.ApplicationWindow {
 
         onSignedIn: root.setSignedIn(true)
         onSignedOut: root.setSignedIn(false)
+        onWelcomed: backendLoader.showInitialMessage()
     }
 
     Functions {
@@ -141,6 +146,9 @@ Controls.ApplicationWindow {
     }
 
     AuthLayer {
+        prop: prop
+        userAuth: userAuth
+        visible: !prop.isActiveProduct
     }
 
     LoadingHover {

@@ -5,10 +5,9 @@
 #include "app/base/programdata.h"
 #include "service/connectivity.h"
 #include "tests/support/scriptedserver.h"
+#include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
 
-#include <QDir>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -42,35 +41,6 @@ const Operation askCancel = [](TekoServer &server) { server.cancel(0); };
 const Operation askRemove = [](TekoServer &server) { server.removeUploaded("AB12.wav"); };
 const Operation askFilesLeft = [](TekoServer &server) {
     Q_UNUSED(server.processedFilesRemains("h"))
-};
-
-/// A file system of 1 MiB, while it lives.
-class SmallDisk
-{
-public:
-    explicit SmallDisk(const QString &folder)
-        : m_folder(folder)
-    {
-        QDir().mkpath(folder);
-        m_isMounted = run("mount", {"-t", "tmpfs", "-o", "size=1m", "tmpfs", folder});
-    }
-    ~SmallDisk()
-    {
-        if (m_isMounted)
-            run("umount", {"--lazy", m_folder});
-    }
-    Q_DISABLE_COPY(SmallDisk)
-
-    [[nodiscard]] bool isMounted() const { return m_isMounted; }
-
-private:
-    static bool run(const QString &program, const QStringList &arguments)
-    {
-        return QProcess::execute(program, arguments) == 0;
-    }
-
-    const QString m_folder;
-    bool m_isMounted = false;
 };
 
 } // namespace

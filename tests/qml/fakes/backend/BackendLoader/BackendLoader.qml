@@ -10,6 +10,7 @@ QtObject {
 
     signal hideMainWindow
     signal showMainWindow
+    signal callSubscriptionCreating
     signal scfChanged(double s)
 
     function note(name, argument) {
@@ -27,6 +28,7 @@ QtObject {
     function showLogs() { note("showLogs"); }
     function logout() { note("logout"); }
     function resetScf() { note("resetScf"); }
+    function showInitialMessage() { note("showInitialMessage"); }
     function toggleLogging(active: bool) { note("toggleLogging", active); }
     function getLoggingStatus(): bool {
         note("getLoggingStatus");

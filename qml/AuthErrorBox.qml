@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+
+/// Why a request of the account side came to nothing; invisible while there is nothing to tell.
+Rectangle {
+    id: box
+
+    required property Properties prop
+    property string text
+
+    visible: box.text !== ""
+    radius: 6 * box.prop.scf
+    color: "#5a1220"
+    border.color: "#ff8a8a"
+    border.width: Math.max(1, box.prop.scf)
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: box.text
+
+    Text {
+        anchors {
+            fill: parent
+            leftMargin: 10 * box.prop.scf
+            rightMargin: 10 * box.prop.scf
+            topMargin: 3 * box.prop.scf
+            bottomMargin: 3 * box.prop.scf
+        }
+        text: box.text
+        textFormat: Text.PlainText
+        font: box.prop.fonts.font9_12
+        fontSizeMode: Text.Fit
+        minimumPointSize: Math.max(1, Math.round(7 * box.prop.scf))
+        color: "white"
+        wrapMode: Text.Wrap
+        elide: Text.ElideRight
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+    }
+}

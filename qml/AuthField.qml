@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+
+/// A labelled line of text in the account overlay. A secret one can be made readable.
+Item {
+    id: field
+
+    required property Properties prop
+    property string label
+    property bool secret: false
+    property bool readOnly: false
+    property alias text: input.text
+
+    readonly property real scf: field.prop.scf
+
+    signal accepted
+
+    function takeFocus() {
+        input.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    implicitWidth: 236 * field.scf
+    implicitHeight: 45 * field.scf
+    onVisibleChanged: eye.checked = false
+
+    Text {
+        id: caption
+
+        width: parent.width
+        height: 15 * field.scf
+        text: field.label
+        textFormat: Text.PlainText
+        font: field.prop.fonts.font9_12
+        fontSizeMode: Text.Fit
+        minimumPointSize: 4
+        color: "white"
+        verticalAlignment: Text.AlignVCenter
+    }
+
+    Rectangle {
+        anchors {
+            left: parent.left
+            right: parent.right
+            bottom: parent.bottom
+        }
+        height: 28 * field.scf
+        radius: 6 * field.scf
+        color: field.readOnly ? "#c9d2e2" : "white"
+        border.color: input.activeFocus ? "#60aeff" : "#4c63bc"
+        border.width: Math.max(1, (input.activeFocus ? 2 : 1) * field.scf)
+
+        TextInput {
+            id: input
+
+            anchors {
+                fill: parent
+                leftMargin: 9 * field.scf
+                rightMargin: (field.secret ? 32 : 9) * field.scf
+            }
+            activeFocusOnTab: true
+            readOnly: field.readOnly
+            echoMode: field.secret && !eye.checked ? TextInput.Password : TextInput.Normal
+            inputMethodHints: field.secret ? Qt.ImhSensitiveData | Qt.ImhNoPredictiveText : Qt.ImhNone
+            maximumLength: 254
+            font: field.prop.fonts.font10_13
+            color: "#10131a"
+            selectionColor: "#1C2E9B"
+            clip: true
+            selectByMouse: true
+            verticalAlignment: Text.AlignVCenter
+            Accessible.role: Accessible.EditableText
+            Accessible.name: field.label
+            Accessible.passwordEdit: input.echoMode === TextInput.Password
+            onAccepted: field.accepted()
+        }
+
+        Btn {
+            id: eye
+
+            anchors {
+                right: parent.right
+                rightMargin: 6 * field.scf
+                verticalCenter: parent.verticalCenter
+            }
+            prop: field.prop
+            visible: field.secret
+            checkable: true
+            iconName: eye.checked ? "password-visible" : "password-hidden"
+            iconWidth: 20 * field.scf
+            tooltip: eye.checked ? qsTr("Hide the password") : qsTr("Show the password")
+        }
+    }
+}

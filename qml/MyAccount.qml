@@ -1,0 +1,276 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import "OS" as OS
+
+/// The account window: who is signed in, what his subscription is worth, and the change of both.
+Item {
+    id: root
+
+    property double scf: 1
+    property string userName
+    property string userEmail
+    /// "none", "expired" or "active"
+    property string licence: "none"
+    property string planType
+    property string planVersion
+    property string planPeriod
+    property string planAdded
+    /// -1: not known
+    property int filesLeft: -1
+    property string errorText
+    property bool isEditing: false
+    property bool isBusy: false
+    property int gradiendVar: 0
+
+    signal loaded
+    signal cancel
+    signal save(string name, string email, string password)
+    signal unlockFullAccess
+
+    function showUser() {
+        nameField.value = root.userName;
+        emailField.value = root.userEmail;
+        passwordField.value = "";
+    }
+    function edit() {
+        root.errorText = "";
+        root.isEditing = true;
+        nameField.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
+    }
+    function submit() {
+        if (root.isEditing && !root.isBusy)
+            root.save(nameField.value, emailField.value, passwordField.value);
+    }
+    function giveUp() {
+        if (root.isBusy)
+            return;
+        if (!root.isEditing)
+            return root.cancel();
+        root.errorText = "";
+        root.isEditing = false;
+    }
+
+    focus: true
+    onLoaded: gradientTimer.restart()
+    onScfChanged: gradientTimer.restart()
+    onIsEditingChanged: root.showUser()
+    // News that arrive while the user types must not take away what he typed.
+    onUserNameChanged: root.isEditing || root.showUser()
+    onUserEmailChanged: root.isEditing || root.showUser()
+    Keys.onReturnPressed: root.submit()
+    Keys.onEnterPressed: root.submit()
+    Keys.onEscapePressed: root.giveUp()
+
+    OS.CurrentTheme {
+        id: theme
+
+        scf: root.scf
+    }
+
+    Properties {
+        id: prop
+
+        theme: theme
+    }
+
+    Functions {
+        id: mainFunctions
+    }
+
+    Background {
+        id: background
+    }
+
+    // The panels can match the background only once they have been laid out.
+    Timer {
+        id: gradientTimer
+
+        interval: 20
+        onTriggered: ++root.gradiendVar
+    }
+
+    Btn {
+        id: home
+
+        anchors {
+            left: parent.left
+            leftMargin: 15 * root.scf
+            verticalCenter: heading.verticalCenter
+        }
+        prop: prop
+        iconName: "home"
+        iconWidth: 36 * root.scf
+        tooltip: qsTr("Back to the main window")
+        onClicked: root.cancel()
+    }
+
+    SectionLabel {
+        id: heading
+
+        anchors {
+            top: parent.top
+            topMargin: 12 * root.scf
+            horizontalCenter: parent.horizontalCenter
+        }
+        height: 40 * root.scf
+        width: 340 * root.scf
+        prop: prop
+        mainFunctions: mainFunctions
+        background: background
+        recalc: root.gradiendVar
+        text: qsTr("My Account")
+    }
+
+    Grid {
+        id: fields
+
+        anchors {
+            top: heading.bottom
+            topMargin: 12 * root.scf
+            left: parent.left
+            right: parent.right
+            leftMargin: 15 * root.scf
+            rightMargin: 15 * root.scf
+        }
+        columns: 2
+        columnSpacing: 16 * root.scf
+        rowSpacing: 8 * root.scf
+
+        TextField {
+            id: nameField
+
+            width: (fields.width - fields.columnSpacing) / 2
+            prop: prop
+            label: qsTr("Name")
+            editing: root.isEditing
+        }
+
+        TextField {
+            id: emailField
+
+            width: nameField.width
+            prop: prop
+            label: qsTr("E-mail")
+            editing: root.isEditing
+        }
+
+        TextField {
+            id: passwordField
+
+            width: nameField.width
+            prop: prop
+            label: "Password"
+            editing: root.isEditing
+        }
+
+        Item {
+            width: nameField.width
+            height: passwordField.height
+
+            Text {
+                anchors.fill: parent
+                anchors.topMargin: parent.height - 32 * root.scf
+                visible: root.isEditing || root.filesLeft >= 0
+                text: root.isEditing ? qsTr("Leave the password empty to keep the old one.") : root.filesLeft === 0 ? qsTr("No files left for today.") : qsTr("Files left for today: %1").arg(root.filesLeft)
+                textFormat: Text.PlainText
+                font: prop.fonts.font10_13
+                fontSizeMode: Text.Fit
+                minimumPointSize: 4
+                color: root.isEditing || root.filesLeft !== 0 ? "#a9c4ea" : "#ffb3b3"
+                wrapMode: Text.Wrap
+                verticalAlignment: Text.AlignVCenter
+            }
+        }
+    }
+
+    GroupBox {
+        id: plan
+
+        anchors {
+            top: fields.bottom
+            topMargin: 10 * root.scf
+            left: fields.left
+            right: fields.right
+            bottom: problem.top
+            bottomMargin: 6 * root.scf
+        }
+        prop: prop
+        mainFunctions: mainFunctions
+        background: background
+        recalc: root.gradiendVar
+        label: qsTr("Subscription")
+
+        MyAccountSubscription {
+            anchors.fill: parent
+            anchors.topMargin: 6 * root.scf
+            visible: root.licence === "active"
+            prop: prop
+            type: root.planType
+            version: root.planVersion
+            period: root.planPeriod
+            added: root.planAdded
+        }
+
+        MyAccountNoSubsciption {
+            anchors.fill: parent
+            anchors.topMargin: 6 * root.scf
+            anchors.bottomMargin: 6 * root.scf
+            visible: root.licence === "none"
+            prop: prop
+            onAccepted: root.unlockFullAccess()
+        }
+
+        MyAccountSubscriptionExpired {
+            anchors.fill: parent
+            anchors.topMargin: 6 * root.scf
+            anchors.bottomMargin: 6 * root.scf
+            visible: root.licence === "expired"
+            prop: prop
+            onAccepted: root.unlockFullAccess()
+        }
+    }
+
+    AuthErrorBox {
+        id: problem
+
+        anchors {
+            left: fields.left
+            right: fields.right
+            bottom: buttons.top
+            bottomMargin: 8 * root.scf
+        }
+        height: root.errorText === "" ? 0 : 36 * root.scf
+        prop: prop
+        text: root.errorText
+    }
+
+    Row {
+        id: buttons
+
+        anchors {
+            horizontalCenter: parent.horizontalCenter
+            bottom: parent.bottom
+            bottomMargin: 14 * root.scf
+        }
+        spacing: 20 * root.scf
+
+        TextBtn {
+            width: 160 * root.scf
+            height: 40 * root.scf
+            prop: prop
+            enabled: !root.isBusy
+            text: root.isBusy ? qsTr("Please wait...") : root.isEditing ? qsTr("Save") : qsTr("Edit")
+            onClicked: root.isEditing ? root.submit() : root.edit()
+        }
+
+        TextBtn {
+            width: 160 * root.scf
+            height: 40 * root.scf
+            prop: prop
+            enabled: !root.isBusy
+            text: root.isEditing ? qsTr("Cancel") : qsTr("Close")
+            onClicked: root.giveUp()
+        }
+    }
+}

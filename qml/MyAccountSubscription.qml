@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+
+/// What an active subscription is worth.
+Item {
+    id: pane
+
+    required property Properties prop
+    property string type
+    property string version
+    property string period
+    property string added
+
+    readonly property real scf: pane.prop.scf
+
+    Text {
+        id: title
+
+        width: parent.width
+        text: qsTr("Your subscription is active: files are processed in full.")
+        textFormat: Text.PlainText
+        font: pane.prop.fonts.font11_15
+        fontSizeMode: Text.HorizontalFit
+        minimumPointSize: 4
+        color: "white"
+        elide: Text.ElideRight
+    }
+
+    Grid {
+        anchors {
+            top: title.bottom
+            topMargin: 10 * pane.scf
+            left: parent.left
+            right: parent.right
+        }
+        columns: 2
+        rowSpacing: 6 * pane.scf
+
+        Repeater {
+            model: [[qsTr("Type"), pane.type], [qsTr("Version"), pane.version], [qsTr("Period"), pane.period], [qsTr("Since"), pane.added]]
+
+            SubscriptionLabel {
+                required property var modelData
+
+                width: pane.width / 2
+                prop: pane.prop
+                label: modelData[0]
+                value: modelData[1]
+            }
+        }
+    }
+}

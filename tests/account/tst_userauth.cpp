@@ -1,0 +1,263 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "account/userauth.h"
+#include "tests/account/accountfixture.h"
+
+#include <QRegularExpression>
+
+using Answer = ScriptedAnswer;
+using Form = std::function<void(UserAuth &)>;
+Q_DECLARE_METATYPE(Form)
+
+/// Who is signed in, over several runs of the program against a scripted service.
+class TestUserAuth final : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        TestCase::init();
+        m_fixture = std::make_unique<AccountFixture>();
+        start();
+    }
+
+    void cleanup()
+    {
+        m_auth.reset();
+        m_fixture.reset();
+    }
+
+    void newcomerAtAFarServiceSignsIn()
+    {
+        m_auth->initialCheck();
+        QVERIFY(m_events.isEmpty());
+        QTRY_COMPARE(m_events, QStringList{"out"});
+        QVERIFY(server().requests().isEmpty());
+        const QString key = store().access().publicKey;
+        QVERIFY(!key.isEmpty());
+
+        signIn("h1");
+        QCOMPARE(m_events, (QStringList{"out", "in", "welcome"}));
+        QCOMPARE(store().user().name, "Ann <b>B</b>");
+        QCOMPARE(store().access(), (AccessCredentials{key, "token-h1"}));
+
+        nextRun(Answer::text(userJson("h1", activePlan)));
+        QTRY_COMPARE(m_events, QStringList{"in"});
+        QCOMPARE(server().requests(m_check).constLast().field("hash"), "h1");
+        QCOMPARE(server().requests(m_check).constLast().field("publicKey"), key);
+        QCOMPARE(server().requests(m_check).constLast().field("accessToken"), "token-h1");
+        QCOMPARE(store().user().subscription.id, 3);
+    }
+
+    /// Only the service's refusal ends a kept session.
+    void keptSession_data()
+    {
+        QTest::addColumn<ScriptedAnswer>("answer");
+        QTest::addColumn<bool>("isNetworkThere");
+        QTest::addColumn<bool>("staysSignedIn");
+        QTest::newRow("refused") << Answer::text("Please sign in again.") << true << false;
+        QTest::newRow("network away") << Answer::text("x") << false << true;
+        QTest::newRow("service broken") << Answer::text("Oops", 500) << true << true;
+        QTest::newRow("answer cut off") << Answer::cut() << true << true;
+        QTest::newRow("half an answer") << Answer::text("{\"user_id\":") << true << true;
+        QTest::newRow("network's own page") << Answer::text("<html>Pay</html>") << true << true;
+        QTest::newRow("redirect") << Answer::redirect(QUrl("http://127.0.0.1:1/")) << true << true;
+    }
+
+    void keptSession()
+    {
+        QFETCH(ScriptedAnswer, answer);
+        QFETCH(bool, isNetworkThere);
+        QFETCH(bool, staysSignedIn);
+        signIn("h1");
+        if (!isNetworkThere)
+            server().on("/generate_204", {Answer::cut()});
+        nextRun(answer);
+        QTRY_COMPARE(m_events, QStringList{staysSignedIn ? "in" : "out"});
+        QCOMPARE(store().user().hash, staysSignedIn ? "h1" : "");
+        QCOMPARE(m_auth->email(), "ann@b.de");
+        QCOMPARE(m_auth->errorText(), staysSignedIn ? "" : "Please sign in again.");
+        if (!staysSignedIn)
+            return;
+        // The network is back: now the session is checked.
+        server().on("/generate_204", {Answer::text({}, 204)});
+        server().on(m_check, {Answer::text(userJson("h1", activePlan))});
+        QTRY_COMPARE(store().user().subscription.id, 3);
+    }
+
+    void newcomerWithTheEmbeddedServiceNeverSeesAForm()
+    {
+        store().setLocalAccount(LocalAccount{"me@here", "own"});
+        server().on(m_check, {Answer::text(userJson("own", activePlan))});
+        m_auth->initialCheck();
+        QTRY_COMPARE(m_events, QStringList{"in"});
+        QCOMPARE(store().user().hash, "own");
+        // He signs out: the form shows, now and at the next start, with a way back.
+        Session(store()).end(true);
+        m_auth->initialCheck();
+        QTRY_COMPARE(m_events, (QStringList{"in", "out"}));
+        nextRun(Answer::text(userJson("own", activePlan)), LocalAccount{"me@here", "own"});
+        QTRY_COMPARE(m_events, QStringList{"out"});
+        QVERIFY(m_auth->hasLocalAccount());
+        m_auth->signInLocally();
+        QTRY_COMPARE(m_events, (QStringList{"out", "in"}));
+        QCOMPARE(store().user().hash, "own");
+    }
+
+    void ownAccountFollowsARefusedSession()
+    {
+        signIn("h1");
+        server().on(m_check, {Answer::text("Who?"), Answer::text(userJson("own"))});
+        nextRun({}, LocalAccount{"me@here", "own"});
+        QTRY_COMPARE(m_events, QStringList{"in"});
+        QCOMPARE(store().user().hash, "own");
+    }
+
+    void withoutAServiceTheProgramStillOpens()
+    {
+        store().setEndpointSource({});
+        m_auth->initialCheck();
+        QTRY_COMPARE(m_events, QStringList{"in"});
+        QCOMPARE(store().user(), UserRecord());
+    }
+
+    void folderThatCannotBeWritten()
+    {
+        QDir(documentsAppFolder()).removeRecursively();
+        for (int i = 0; i < 3; ++i)
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("cannot be written"));
+        signIn("h1");
+        server().on(m_check, {Answer::text(userJson("h1"))});
+        m_auth->recheck();
+        QTRY_COMPARE(m_events, (QStringList{"in", "welcome", "in"}));
+        Session(store()).end(true);
+        m_auth->recheck();
+        QTRY_COMPARE(m_events.constLast(), "out");
+    }
+
+    void forms_data()
+    {
+        QTest::addColumn<Form>("form");
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QStringList>("events");
+        QTest::addColumn<QString>("error");
+        const auto row = [](const char *name, const Form &form, const char *path,
+                            const QByteArray &answer, const QByteArray &body,
+                            const QStringList &events, const QString &error = {}) {
+            QTest::newRow(name) << form << QByteArray("/teko-server/auth/") + path << answer << body
+                                << events << error;
+        };
+        const Form login = [](UserAuth &auth) { auth.signIn(" a@b ", " pass "); };
+        const Form add = [](UserAuth &auth) { auth.registerAccount(" Ann ", "a@b", "12345678"); };
+        const Form ask = [](UserAuth &auth) { auth.startRecovery("a@b"); };
+        const QStringList in{"in", "welcome"};
+        row("sign in", login, "login.php", userJson("h"), "email=a@b&password=%20pass%20", in);
+        row("markup", login, "login.php", "<b>No</b>", "email=a@b&password=%20pass%20", {},
+            "<b>No</b>");
+        row("nothing", login, "login.php", "", "email=a@b&password=%20pass%20", {},
+            "The service gave an empty answer.");
+        row("refusal", login, "login.php", "No <b>way</b>.", "email=a@b&password=%20pass%20", {},
+            "No <b>way</b>.");
+        row("register", add, "register.php", userJson("h"), "name=Ann&email=a@b&password=12345678",
+            in);
+        row("taken", add, "register.php", "Taken.", "name=Ann&email=a@b&password=12345678", {},
+            "Taken.");
+        row("recover", ask, "recover.php", "1\n", "email=a@b", {"recover"});
+        row("no recovery", ask, "recover.php", "Too many tries.", "email=a@b", {},
+            "Too many tries.");
+        row(
+            "typing error", [](UserAuth &auth) { auth.signIn("a", "b"); }, "login.php", "", "", {},
+            "Please enter a valid e-mail address.");
+    }
+
+    void forms()
+    {
+        QFETCH(Form, form);
+        QFETCH(QByteArray, path);
+        QFETCH(QByteArray, answer);
+        QFETCH(QByteArray, body);
+        QFETCH(QStringList, events);
+        QFETCH(QString, error);
+        server().on(path, {Answer::text(answer)});
+        form(*m_auth);
+        QCOMPARE(m_auth->isBusy(), !body.isEmpty());
+        form(*m_auth); // an impatient second click
+        QTRY_VERIFY(!m_auth->isBusy());
+        QTRY_COMPARE(m_events, events);
+        QCOMPARE(m_auth->errorText(), error);
+        const QList<ScriptedRequest> requests = server().requests(path);
+        QCOMPARE(requests.size(), body.isEmpty() ? 0 : 1);
+        if (!requests.isEmpty())
+            QVERIFY2(requests.constFirst().body.startsWith(body + "&publicKey"),
+                     requests.constFirst().body);
+    }
+
+    void newPasswordSignsIn()
+    {
+        server().on("/teko-server/auth/recover.php", {Answer::text("1")});
+        server().on(m_login, {Answer::text(userJson("h2"))});
+        m_auth->recover("a@b", " c0de ", "12345678");
+        QTRY_COMPARE(m_events, (QStringList{"in", "welcome"}));
+        QCOMPARE(server().requests("/teko-server/auth/recover.php").constFirst().field("code"),
+                 "c0de");
+        QCOMPARE(server().requests(m_login).constFirst().field("password"), "12345678");
+    }
+
+    /// What is under way when somebody signs out must not sign him in again.
+    void signOutDuringACheck()
+    {
+        signIn("h1");
+        server().on(m_check, {Answer::text(userJson("h1")).held()});
+        m_auth->recheck();
+        QTRY_COMPARE(server().requests(m_check).size(), 1);
+        Session(store()).end(true);
+        m_auth->initialCheck();
+        server().release();
+        QTRY_COMPARE(m_events.constLast(), "out");
+        QCOMPARE(store().user(), UserRecord());
+    }
+
+private:
+    [[nodiscard]] ScriptedServer &server() { return m_fixture->server; }
+    [[nodiscard]] ProgramData &store() { return *m_fixture->store; }
+
+    void start()
+    {
+        m_events.clear();
+        m_auth = std::make_unique<UserAuth>(store(), nullptr, std::chrono::milliseconds(20));
+        connect(m_auth.get(), &UserAuth::signedIn, this, [this] { m_events += "in"; });
+        connect(m_auth.get(), &UserAuth::signedOut, this, [this] { m_events += "out"; });
+        connect(m_auth.get(), &UserAuth::welcomed, this, [this] { m_events += "welcome"; });
+        connect(m_auth.get(), &UserAuth::recoveryStarted, this, [this] { m_events += "recover"; });
+    }
+
+    void signIn(const QByteArray &hash)
+    {
+        server().on(m_login, {Answer::text(userJson(hash))});
+        m_auth->signIn("ann@b.de", "password");
+        QTRY_VERIFY(m_events.contains("welcome"));
+    }
+
+    void nextRun(const ScriptedAnswer &check, const std::optional<LocalAccount> &local = {})
+    {
+        m_auth.reset();
+        m_fixture->restart();
+        store().setLocalAccount(local);
+        if (!check.bytes.isEmpty() || check.ending != Answer::Ending::KeepAlive)
+            server().on(m_check, {check});
+        start();
+        m_auth->initialCheck();
+    }
+
+    const QByteArray m_check = "/teko-server/auth/check.php";
+    const QByteArray m_login = "/teko-server/auth/login.php";
+    std::unique_ptr<AccountFixture> m_fixture;
+    std::unique_ptr<UserAuth> m_auth;
+    QStringList m_events;
+};
+
+TEKO_TEST_MAIN(TestUserAuth)
+#include "tst_userauth.moc"
