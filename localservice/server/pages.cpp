@@ -25,6 +25,10 @@ namespace {
              "in the "
              "folder <b>Logs</b> of your TEKO folder tells the details (switch logging on in the "
              "settings).</p>"},
+        Page{
+            "/subscription.html", "Subscription",
+            "<p>The local service sells nothing. Whoever runs it decides what its accounts may do, "
+            "with the option <b>--subscription</b>.</p>"},
         Page{"/teko-server/redirect-training-videos.php", "Training videos",
              "<p>There are no videos for the local service. In short: choose a file, choose an "
              "instrument "

@@ -397,6 +397,7 @@ void ServiceProgramTest::answersPagesAndForeignRequests_data()
     };
     row("GET /generate_204", "HTTP/1.1 204 ");
     row("GET /helpdesk.html", "HTTP/1.1 200 ");
+    row("GET /subscription.html", "HTTP/1.1 200 ");
     row("HEAD /helpdesk.html", "HTTP/1.1 200 ");
     row("GET /teko-server/redirect-training-videos.php", "HTTP/1.1 200 ");
     row("GET /teko-server/redirect-user-guide.php?a=b", "HTTP/1.1 200 ");
