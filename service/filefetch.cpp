@@ -12,7 +12,7 @@ namespace {
 
 constexpr qint64 stepSize = 256 * 1024;
 /// How much may wait between the socket and the file: a bound for memory, at some cost of speed.
-constexpr qint64 mostWaiting = 8 * 1024 * 1024;
+constexpr qint64 mostWaiting = 4 * 1024 * 1024;
 
 bool isWebUrl(const QUrl &url)
 {
