@@ -13,6 +13,9 @@
 
 namespace {
 
+/// A service without a limit names such a number; nobody counts it down.
+constexpr int mostCounted = 100'000;
+
 QString viewState(Licence licence)
 {
     switch (licence) {
@@ -112,7 +115,8 @@ void MyAccount::askFilesLeft()
                   {{QStringLiteral("hash"), m_store.user().hash}}, this,
                   [this](const AccountAnswer &answer) {
                       const bool isAnswered = answer.kind == AccountAnswer::Kind::Answered;
-                      setViewProperty("filesLeft", isAnswered ? filesLeft(answer.text) : -1);
+                      const int left = isAnswered ? filesLeft(answer.text) : -1;
+                      setViewProperty("filesLeft", left < mostCounted ? left : -1);
                   });
 }
 
