@@ -79,7 +79,7 @@ Item {
     ColumnLayout {
         anchors.fill: parent
         anchors.margins: 15 * root.scf
-        spacing: 12 * root.scf
+        spacing: 14 * root.scf
 
         Item {
             Layout.fillWidth: true
@@ -110,7 +110,7 @@ Item {
 
         GroupBox {
             Layout.fillWidth: true
-            Layout.preferredHeight: 150 * root.scf
+            Layout.preferredHeight: 158 * root.scf
             prop: prop
             mainFunctions: mainFunctions
             background: background
@@ -143,7 +143,7 @@ Item {
 
         GroupBox {
             Layout.fillWidth: true
-            Layout.preferredHeight: 86 * root.scf
+            Layout.preferredHeight: 92 * root.scf
             prop: prop
             mainFunctions: mainFunctions
             background: background
@@ -198,7 +198,7 @@ Item {
 
         GroupBox {
             Layout.fillWidth: true
-            Layout.preferredHeight: 86 * root.scf
+            Layout.preferredHeight: 92 * root.scf
             prop: prop
             mainFunctions: mainFunctions
             background: background
@@ -236,7 +236,7 @@ Item {
 
         SettingsScale {
             Layout.fillWidth: true
-            Layout.preferredHeight: 110 * root.scf
+            Layout.preferredHeight: 118 * root.scf
             prop: prop
             mainFunctions: mainFunctions
             background: background
@@ -248,33 +248,35 @@ Item {
             Layout.fillHeight: true
         }
 
-        RowLayout {
+        // Layouts of Qt 6.4 keep the earlier size of some items when the scale changes while the window is hidden.
+        Item {
             Layout.fillWidth: true
-            spacing: 10 * root.scf
+            Layout.preferredHeight: 36 * root.scf
 
             TextBtn {
-                Layout.preferredWidth: 100 * root.scf
-                Layout.preferredHeight: 36 * root.scf
+                id: okButton
+
+                width: 100 * root.scf
+                height: parent.height
                 prop: prop
                 text: qsTr("OK")
                 onClicked: root.save(root.editedSettings())
             }
 
             TextBtn {
-                Layout.preferredWidth: 100 * root.scf
-                Layout.preferredHeight: 36 * root.scf
+                anchors.left: okButton.right
+                anchors.leftMargin: 10 * root.scf
+                width: 100 * root.scf
+                height: parent.height
                 prop: prop
                 text: qsTr("CANCEL")
                 onClicked: root.cancel()
             }
 
-            Item {
-                Layout.fillWidth: true
-            }
-
             TextBtn {
-                Layout.preferredWidth: 190 * root.scf
-                Layout.preferredHeight: 36 * root.scf
+                anchors.right: parent.right
+                width: 190 * root.scf
+                height: parent.height
                 prop: prop
                 text: qsTr("Restore Default Settings")
                 onClicked: root.defaultSettings()

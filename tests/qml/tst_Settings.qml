@@ -214,6 +214,8 @@ TestCase {
 
     function test_nothingIsClipped(data) {
         test.scaleTo(data.scf);
+        for (const [name, width] of [["OK", 100], ["CANCEL", 100], ["Restore Default Settings", 190], ["Apply the size", 100], ["Gui Resizing", 70], ["Opening Video File In:", 200], ["Instrument to Remove:", 150]])
+            fuzzyCompare(test.control(name).width, width * data.scf, 1, name);
         for (const item of test.items(test.view).filter(item => item.visible && item.width > 0)) {
             const at = item.mapToItem(test.view, 0, 0);
             const inside = at.x >= 0 && at.y >= 0 && at.x + item.width <= test.view.width && at.y + item.height <= test.view.height;

@@ -87,6 +87,8 @@ private slots:
         QCOMPARE(m_window->maximumSize(), size);
         QCOMPARE(m_store->settings().value("settings_gui_scale"), scale);
         QVERIFY(!(m_window->windowFlags() & Qt::WindowMaximizeButtonHint));
+        QTRY_COMPARE(m_window->rootObject()->height(), double(size.height()));
+        QTRY_COMPARE(button("CANCEL")->size().toSize(), (QSizeF(100, 36) * shown).toSize());
     }
 
     /// "OK" in the view, after the window was opened over that value and, perhaps, the world has
@@ -304,18 +306,24 @@ private:
         m_window = std::make_unique<Settings>(*m_store, dialogs);
     }
 
-    /// Presses the view's last button of that text.
-    void click(const QString &text)
+    /// The view's last button of that text.
+    [[nodiscard]] QQuickItem *button(const QString &text) const
     {
-        QQuickItem *button = nullptr;
+        QQuickItem *found = nullptr;
         const auto items = m_window->rootObject()->findChildren<QQuickItem *>();
         for (QQuickItem *item : items) {
             if (item->inherits("QQuickAbstractButton") && item->property("text") == text)
-                button = item;
+                found = item;
         }
-        QVERIFY(button);
-        const QPointF centre(button->width() / 2, button->height() / 2);
-        QTest::mouseClick(m_window.get(), Qt::LeftButton, {}, button->mapToScene(centre).toPoint());
+        return found;
+    }
+
+    void click(const QString &text)
+    {
+        const QQuickItem *target = button(text);
+        QVERIFY(target);
+        const QPointF centre(target->width() / 2, target->height() / 2);
+        QTest::mouseClick(m_window.get(), Qt::LeftButton, {}, target->mapToScene(centre).toPoint());
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
