@@ -4,6 +4,7 @@
 
 #include "app/base/programdata.h"
 #include "batch/console.h"
+#include "processing/processingrules.h"
 #include "service/mediaformats.h"
 
 #include <QEventLoop>
@@ -77,11 +78,11 @@ QString BatchRunner::refusedBeforehand(const QString &file) const
         return tr("This is not a file.");
     if (!QFile(file).open(QIODevice::ReadOnly))
         return tr("The file cannot be read.");
-    if (m_store.defaultInstrument() == QStringLiteral("none"))
+    if (offeredInstrument(m_store.defaultInstrument()) == QStringLiteral("none"))
         return tr("No instrument is chosen: give one with --instrument.");
     const bool isVideo = isVideoSource(mediaSuffix(file));
     const QString format = isVideo ? m_store.defaultVideoFormat() : m_store.defaultAudioFormat();
-    if (format == QStringLiteral("none"))
+    if (offeredFormat(format, true) == QStringLiteral("none"))
         return tr("No format is chosen: give one with --format.");
     if (!isVideo && !audioFormats().contains(format))
         return tr("An audio file cannot be saved as %1: it has no picture.").arg(format);

@@ -98,10 +98,10 @@ void FileProcessing::resetView(const QString &path)
     applyScale(usableGuiScale(m_store.guiScale()));
     setViewProperty("fileName", QFileInfo(path).fileName());
     setLayer("select_instrument");
-    setViewProperty("selectedInstrument", m_store.defaultInstrument().toLower());
+    setViewProperty("selectedInstrument", offeredInstrument(m_store.defaultInstrument()));
     const bool isVideo = isVideoSource(mediaSuffix(path));
-    setViewProperty("selectedOutputFormat",
-                    isVideo ? m_store.defaultVideoFormat() : m_store.defaultAudioFormat());
+    const QString format = isVideo ? m_store.defaultVideoFormat() : m_store.defaultAudioFormat();
+    setViewProperty("selectedOutputFormat", offeredFormat(format, isVideo));
     setViewProperty("isVideo", isVideo);
     setViewProperty("playerForVideo", m_store.defaultVideoPlayer());
     setViewProperty("playerForAudio", m_store.defaultAudioPlayer());

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "processing/processingrules.h"
 
+#include "service/mediaformats.h"
+
 #include <QCoreApplication>
 #include <QRandomGenerator>
 #include <QStringList>
@@ -39,6 +41,19 @@ QString unusableFolder(const QString &saveFolder, const QString &tempFolder)
         return QCoreApplication::translate("FileProcessing",
                                            "The folder for temporary files cannot be used.");
     return {};
+}
+
+QString offeredInstrument(const QString &stored)
+{
+    const QString instrument = stored.toLower();
+    return instruments().contains(instrument) ? instrument : QStringLiteral("none");
+}
+
+QString offeredFormat(const QString &stored, bool isVideo)
+{
+    const bool isOffered =
+        audioFormats().contains(stored) || (isVideo && videoFormats().contains(stored));
+    return isOffered ? stored : QStringLiteral("none");
 }
 
 bool isBusyLayer(const QString &layer)

@@ -13,5 +13,9 @@ class QRandomGenerator64;
 /// a sentence for the user; empty when both can be used.
 [[nodiscard]] QString unusableFolder(const QString &saveFolder, const QString &tempFolder);
 
+/// The stored choice as the window takes it over: "none" for one that it does not offer.
+[[nodiscard]] QString offeredInstrument(const QString &stored);
+[[nodiscard]] QString offeredFormat(const QString &stored, bool isVideo);
+
 /// Whether that layer shows a run going on.
 [[nodiscard]] bool isBusyLayer(const QString &layer);

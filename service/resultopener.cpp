@@ -6,6 +6,7 @@
 
 #include <QDesktopServices>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QUrl>
 
@@ -18,7 +19,7 @@ void openInPlayer(const ProgramData &store, const QString &playerName, const QSt
 {
     const QString program = store.stringValue(playerKey(playerName));
     if (program.isEmpty() || !QFile::exists(program))
-        QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+        QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath()));
     else
         QProcess::startDetached(program, {file});
 }

@@ -138,7 +138,7 @@ QString ProgramData::folder(const QString &key, const QString &name) const
 {
     const QString standard = QStringLiteral("%1/%2").arg(appFolder(), name);
     const QString path = m_settings.value(key, standard).toString();
-    if (!QFileInfo::exists(path))
+    if (!path.isEmpty() && !QFileInfo::exists(path))
         QDir().mkdir(path);
     return QFileInfo::exists(path) ? path : QString();
 }

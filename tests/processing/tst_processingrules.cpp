@@ -86,6 +86,16 @@ private slots:
             QVERIFY2(form.match(name).hasMatch(), qPrintable(name));
     }
 
+    void storedChoicesThatAreNotOfferedAreNone()
+    {
+        QCOMPARE(offeredInstrument("Vocals"), "vocals");
+        QCOMPARE(offeredInstrument("Harp"), "none");
+        QCOMPARE(offeredFormat("MKV", true), "MKV");
+        QCOMPARE(offeredFormat("MKV", false), "none");
+        QCOMPARE(offeredFormat("WMA", false), "WMA");
+        QCOMPARE(offeredFormat("OGG", true), "none");
+    }
+
     void foldersAreTriedBeforeARun()
     {
         const QTemporaryDir good;
