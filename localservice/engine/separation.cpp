@@ -15,7 +15,7 @@ namespace {
     // Listening beforehand takes two of this many hops.
     constexpr int kListenEvery = 16;
     // What listening beforehand is worth in the progress.
-    constexpr double kListenShare = 0.1;
+    constexpr double kListenShare = 0.03;
 
     void toPlanes(std::span<const std::int32_t> samples, int bits, Planes &planes)
     {

@@ -16,7 +16,7 @@ namespace {
 
     constexpr int kMostThreads = 32;
     constexpr int kMostWaiting = 64;
-    constexpr std::chrono::seconds kHeaderTime{20};
+    constexpr std::chrono::seconds kHeaderTime{10};
     // How long the other side may say nothing, or take nothing, in the middle of a request.
     constexpr int kSilenceSeconds = 30;
 

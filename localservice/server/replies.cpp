@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/server/replies.h"
+
+#include "localservice/base/log.h"
+#include "localservice/base/refusal.h"
+
+#include <Poco/Data/SQLite/SQLiteException.h>
+#include <Poco/Net/NameValueCollection.h>
+#include <Poco/Net/NetException.h>
+
+#include <algorithm>
+#include <cctype>
+#include <optional>
+
+namespace localservice {
+
+namespace {
+
+    constexpr const char *kCookie = "teko-session";
+    constexpr const char *kBroken = "The service could not answer the request.";
+
+    // The host as the client knows it, unless it is nothing that belongs into an address.
+    std::string hostOf(const Request &request, const Backend &backend)
+    {
+        const std::string host = request.get("Host", "");
+        const bool plain = std::all_of(host.begin(), host.end(), [](unsigned char c) {
+            return std::isalnum(c) != 0 || c == '.' || c == '-' || c == ':' || c == '[' || c == ']';
+        });
+        return host.empty() || !plain ? backend.fallbackHost : host;
+    }
+
+    struct Reply
+    {
+        Response::HTTPStatus status;
+        std::string text;
+    };
+
+    Reply broken(const Request &request, const std::string &reason)
+    {
+        log(pathOf(request) + ": " + reason);
+        return {Response::HTTP_INTERNAL_SERVER_ERROR, kBroken};
+    }
+
+    // Nothing when nobody waits for the reply any longer.
+    std::optional<Reply> attempt(const Request &request, const std::function<std::string()> &reply)
+    {
+        try {
+            return Reply{Response::HTTP_OK, reply()};
+        } catch (const Refusal &refusal) {
+            return Reply{Response::HTTP_OK, refusal.what()};
+        } catch (const BadRequest &error) {
+            return Reply{Response::HTTP_BAD_REQUEST, error.what()};
+        } catch (const Poco::Net::NetException &) {
+            return std::nullopt;
+        } catch (const Poco::Data::SQLite::DatabaseFullException &) {
+            return Reply{Response::HTTP_OK, "The service has no room left on its disk."};
+        } catch (const Poco::Exception &error) {
+            return broken(request, error.displayText());
+        } catch (const std::exception &error) {
+            return broken(request, error.what());
+        }
+    }
+
+} // namespace
+
+std::string pathOf(const Request &request)
+{
+    const std::string &uri = request.getURI();
+    return uri.substr(0, uri.find_first_of("?#"));
+}
+
+Caller callerOf(const Request &request, const Backend &backend)
+{
+    Poco::Net::NameValueCollection cookies;
+    request.getCookies(cookies);
+    return {request.clientAddress().host().toString(), "http://" + hostOf(request, backend),
+            cookies.get(kCookie, "")};
+}
+
+void send(const Request &request, Response &response, Response::HTTPStatus status,
+          const std::string &type, const std::string &body)
+{
+    response.setStatusAndReason(status);
+    response.setContentType(type);
+    response.setContentLength64(static_cast<Poco::Int64>(body.size()));
+    response.set("X-Content-Type-Options", "nosniff");
+    response.set("Cache-Control", "no-store");
+    std::ostream &stream = response.send();
+    if (request.getMethod() != Request::HTTP_HEAD)
+        stream << body;
+    stream.flush();
+}
+
+void answer(const Request &request, Response &response, const std::function<std::string()> &reply)
+{
+    if (const std::optional<Reply> made = attempt(request, reply))
+        send(request, response, made->status, kPlainText, made->text);
+}
+
+void rememberSession(Response &response, const Fields &fields)
+{
+    const std::string &hash = fields["hash"];
+    const bool plain = std::all_of(hash.begin(), hash.end(),
+                                   [](unsigned char c) { return std::isxdigit(c) != 0; });
+    if (!hash.empty() && plain)
+        response.set("Set-Cookie",
+                     std::string(kCookie) + "=" + hash + "; Path=/; HttpOnly; SameSite=Strict");
+}
+
+} // namespace localservice
