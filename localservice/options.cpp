@@ -20,7 +20,7 @@ namespace {
     constexpr int kMostFiles = 1000000;
     constexpr int kMostMegabytes = 1024 * 1024;
     constexpr int kUsualMegabytes = 4096;
-    constexpr std::uint64_t kMegabyte = 1024 * 1024;
+    constexpr std::uint64_t kMegabyte = 1048576;
 
     int numberIn(const std::string &option, const std::string &text, int least, int most)
     {

@@ -21,7 +21,7 @@ namespace {
     constexpr std::size_t kLongestText = 254;
     constexpr std::size_t kShortestPassword = 8;
     constexpr std::size_t kLongestPassword = 1024;
-    constexpr std::int64_t kDay = 24 * 60 * 60;
+    constexpr std::int64_t kDay = 86400;
 
     constexpr const char *kWrongSignIn = "The e-mail address or the password is wrong.";
     constexpr const char *kWrongCode = "The recovery code is wrong or no longer valid.";

@@ -16,7 +16,7 @@ namespace {
     constexpr std::array<std::string_view, 12> kExtensions = {
         "mp4", "mkv", "mov", "wmv", "mpg", "webm", "mp3", "wav", "m4a", "aiff", "flac", "wma"};
     constexpr std::size_t kLongestName = 1024;
-    constexpr std::size_t kLongestPath = 32 * 1024;
+    constexpr std::size_t kLongestPath = 32768;
     // The answer to "how many files may I still send today" when there is no limit.
     constexpr int kNoLimit = 1000000;
 

@@ -100,7 +100,7 @@ namespace {
     struct PendingHop
     {
         std::vector<std::int32_t> samples;
-        std::int64_t frames;
+        std::int64_t frames = 0;
     };
 
     // Writes the two results of one hop.

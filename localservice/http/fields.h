@@ -21,7 +21,7 @@ class Fields final
 {
 public:
     /// The largest form body, and what one field or all parts of an upload may hold, in bytes.
-    static constexpr std::size_t kMostBytes = 64 * 1024;
+    static constexpr std::size_t kMostBytes = 65536;
     static constexpr std::size_t kMostFields = 32;
 
     /// The fields of an application/x-www-form-urlencoded body; throws BadRequest.

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/jobs/commandseparator.h"
 
+#include "localservice/base/paths.h"
 #include "localservice/base/refusal.h"
 #include "localservice/engine/wavfile.h"
 #include "localservice/platform/childprocess.h"
@@ -106,10 +107,10 @@ Separate separateByCommand(std::vector<std::string> words)
     return [words = std::move(words)](const SeparationTask &task, JobControl &control) {
         const fs::path input = beginningOf(task);
         const std::string instrument(kInstrumentWords[static_cast<std::size_t>(task.instrument)]);
-        const Filling fillings = {{{"{input}", input.string()},
+        const Filling fillings = {{{"{input}", utf8(input)},
                                    {"{instrument}", instrument},
-                                   {"{main}", task.main.string()},
-                                   {"{mix}", task.mix.string()}}};
+                                   {"{main}", utf8(task.main)},
+                                   {"{mix}", utf8(task.mix)}}};
         std::vector<std::string> command;
         for (const std::string &word : words)
             command.push_back(filled(word, fillings));

@@ -11,7 +11,7 @@ namespace localservice {
 
 namespace {
 
-    constexpr std::int64_t kDay = 24 * 60 * 60;
+    constexpr std::int64_t kDay = 86400;
     constexpr std::chrono::hours kHouseKeeping{1};
     // An idle worker looks at the queue this often, in case an earlier look failed.
     constexpr std::chrono::seconds kIdle{10};

@@ -28,11 +28,16 @@ namespace {
         return result + L"\"";
     }
 
+    std::wstring wide(const std::string &utf8)
+    {
+        return std::filesystem::path(std::u8string(utf8.begin(), utf8.end())).wstring();
+    }
+
     std::wstring commandLine(const std::vector<std::string> &words)
     {
         std::wstring line;
         for (const std::string &word : words)
-            line += (line.empty() ? L"" : L" ") + quoted(std::filesystem::path(word).wstring());
+            line += (line.empty() ? L"" : L" ") + quoted(wide(word));
         return line;
     }
 

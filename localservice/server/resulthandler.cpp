@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/server/resulthandler.h"
 
+#include "localservice/base/paths.h"
+
 #include <algorithm>
 
 namespace localservice {
@@ -16,7 +18,7 @@ void ResultHandler::handleRequest(Request &request, Response &response)
     }
     response.set("X-Content-Type-Options", "nosniff");
     response.set("Cache-Control", "private, no-store");
-    response.sendFile(file->string(), "audio/wav");
+    response.sendFile(utf8(*file), "audio/wav");
 }
 
 std::optional<std::filesystem::path> ResultHandler::fileOf(const std::string &path) const

@@ -18,7 +18,7 @@ namespace {
 
     constexpr std::size_t kHashBytes = 32;
     constexpr std::size_t kCodeBytes = 5;
-    constexpr std::int64_t kCodeSeconds = 30 * 60;
+    constexpr std::int64_t kCodeSeconds = 1800;
 
     std::string today()
     {

@@ -3,6 +3,7 @@
 #include "localservice/store/database.h"
 
 #include "localservice/base/log.h"
+#include "localservice/base/paths.h"
 
 #include <Poco/Data/SQLite/Connector.h>
 #include <Poco/Data/SQLite/SQLiteException.h>
@@ -48,7 +49,7 @@ namespace {
     Poco::Data::Session open(const std::filesystem::path &file)
     {
         Poco::Data::SQLite::Connector::registerConnector();
-        Poco::Data::Session session("SQLite", file.string(), 1);
+        Poco::Data::Session session("SQLite", utf8(file), 1);
         return session;
     }
 
@@ -61,9 +62,9 @@ Database::Database(const std::filesystem::path &file)
         for (const char *statement : kSetUp)
             m_session << statement, now;
     } catch (const Poco::Data::SQLite::DBLockedException &) {
-        throw DatabaseBusy("Another service already uses " + file.string());
+        throw DatabaseBusy("Another service already uses " + utf8(file));
     } catch (const Poco::Data::SQLite::TableLockedException &) {
-        throw DatabaseBusy("Another service already uses " + file.string());
+        throw DatabaseBusy("Another service already uses " + utf8(file));
     }
 }
 
