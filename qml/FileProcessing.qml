@@ -48,6 +48,8 @@ Item {
     onScfChanged: gradientTimer.restart()
     onForceProcessAnotherFile: root.openAnotherFile()
     onResetProccesing: estimate.resetData()
+    // A layer that is set at once overtakes one that is still delayed: a short conversion, or a cancel.
+    onCurrentLayerChanged: layerTimer.stop()
     onChangeLayerWithDelay: l => {
         layerTimer.layer = l;
         layerTimer.restart();

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
+#include "account/userauth.h"
 #include "app/appfolder.h"
 #include "app/base/programdata.h"
 #include "processing/fileprocessing.h"
@@ -63,6 +64,10 @@ private slots:
         m_store = std::make_unique<ProgramData>(m_folder.filePath("teko.ini"));
         m_store->settings().setValue("default_instrument", "Bass");
         m_service = std::make_unique<ServiceConnection>(*m_store);
+        UserAuth account(*m_store);
+        QSignalSpy signedIn(&account, &UserAuth::signedIn);
+        account.initialCheck();
+        QTRY_COMPARE(signedIn.size(), 1);
         for (const char *name : {"short.wav", "short.mp3", "short.mp4"})
             QVERIFY(makeSource(m_folder.filePath(QLatin1String(name)), 3));
         QVERIFY(makeSource(m_folder.filePath("long.mp4"), 40));
