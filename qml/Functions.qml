@@ -22,7 +22,9 @@ QtObject {
     }
 
     function capitalizeFirstLetter(text: string): string {
-        return text.charAt(0).toUpperCase() + text.slice(1).toLowerCase();
+        const first = text.charAt(0);
+        const rest = text.slice(1);
+        return first.toUpperCase() + rest.toLowerCase();
     }
 
     /// Minutes and seconds; whole hours are dropped.
