@@ -25,7 +25,7 @@ T.AbstractButton {
     focusPolicy: Qt.NoFocus
     hoverEnabled: true
     Accessible.role: Accessible.Button
-    Accessible.name: btn.label !== "" ? btn.label.replace("\n", " ") : btn.tooltip !== "" ? btn.tooltip : btn.iconName
+    Accessible.name: btn.tooltip !== "" ? btn.tooltip : btn.label !== "" ? btn.label.replace("\n", " ") : btn.iconName
     Controls.ToolTip.text: btn.tooltip
     Controls.ToolTip.visible: btn.hovered && btn.tooltip !== ""
     Controls.ToolTip.delay: 600
@@ -54,9 +54,10 @@ T.AbstractButton {
     }
 
     Image {
-        anchors.horizontalCenter: parent.horizontalCenter
-        y: parent.height * 0.2
-        width: parent.width * 0.38
+        // In the free corner of the picture "open in".
+        x: parent.width * 0.31
+        y: parent.height * 0.29
+        width: parent.width * 0.26
         height: width
         sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
         sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)

@@ -33,7 +33,7 @@ Rectangle {
             radius: 10 * hover.prop.scf
             color: "#032a53"
             border.color: "#4c63bc"
-            border.width: Math.max(1, hover.prop.scf)
+            border.width: hover.prop.lineWidth
 
             Text {
                 id: label

@@ -29,7 +29,7 @@ Rectangle {
         id: inside
 
         anchors.fill: parent
-        anchors.margins: panel.prop.scf
+        anchors.margins: panel.prop.lineWidth
         radius: Math.max(0, panel.radius - panel.prop.scf)
         gradient: Gradient {
             GradientStop {

@@ -19,7 +19,7 @@ Rectangle {
     radius: 6 * bar.scf
     color: "#001a3a"
     border.color: "#7f9fd0"
-    border.width: Math.max(1, bar.scf)
+    border.width: bar.prop.lineWidth
     Accessible.role: Accessible.ProgressBar
     Accessible.name: qsTr("Progress")
 

@@ -14,6 +14,8 @@ QtObject {
 
     readonly property OS.CurrentTheme looks: properties.theme as OS.CurrentTheme
     readonly property real scf: properties.looks.scf
+    /// The width of a line, in whole pixels so that it stays sharp.
+    readonly property int lineWidth: Math.max(1, Math.round(properties.scf))
     readonly property string defaultFont: properties.looks.defaultFont
     readonly property OS.Fonts fonts: properties.looks.fonts
     readonly property string osName: properties.looks.name

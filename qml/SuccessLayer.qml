@@ -90,8 +90,8 @@ Item {
 
     TextBtn {
         anchors.left: parent.left
-        anchors.top: results.bottom
-        anchors.topMargin: 16 * area.scf
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 30 * area.scf
         width: 200 * area.scf
         height: 44 * area.scf
         prop: area.prop
@@ -101,8 +101,8 @@ Item {
 
     TextBtn {
         anchors.right: parent.right
-        anchors.top: results.bottom
-        anchors.topMargin: 16 * area.scf
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 30 * area.scf
         width: 200 * area.scf
         height: 44 * area.scf
         prop: area.prop

@@ -41,7 +41,7 @@ T.AbstractButton {
 
         Rectangle {
             anchors.fill: parent
-            anchors.margins: btn.prop.scf
+            anchors.margins: btn.prop.lineWidth
             radius: btn.height / 2 - btn.prop.scf
             gradient: Gradient {
                 GradientStop {

@@ -32,7 +32,7 @@ Item {
         height: 32 * field.prop.scf
         radius: 6 * field.prop.scf
         border.color: input.activeFocus ? "#60aeff" : "#4c63bc"
-        border.width: Math.max(1, field.prop.scf)
+        border.width: field.prop.lineWidth
         gradient: Gradient {
             GradientStop {
                 position: 0
@@ -61,6 +61,8 @@ Item {
             verticalAlignment: Text.AlignVCenter
             Accessible.role: Accessible.EditableText
             Accessible.name: field.label
+            // Qt hides the name of a password, but not its description.
+            Accessible.description: field.label
             Accessible.passwordEdit: field.secret
             onTextEdited: field.value = input.text
         }

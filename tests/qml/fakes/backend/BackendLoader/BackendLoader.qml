@@ -6,6 +6,8 @@ import QtQuick
 QtObject {
     id: fake
 
+    objectName: "backend"
+
     property var calls: []
 
     signal hideMainWindow
@@ -16,20 +18,48 @@ QtObject {
     function note(name, argument) {
         fake.calls.push(argument === undefined ? name : name + " " + argument);
     }
-    function selectFile() { note("selectFile"); }
-    function loadFile(path: string) { note("loadFile", path); }
-    function openMyAccountWindow() { note("openMyAccountWindow"); }
-    function openSettingsWindow() { note("openSettingsWindow"); }
-    function openArchive() { note("openArchive"); }
-    function onCompleted() { note("onCompleted"); }
-    function clearMemory() { console.info("clearMemory"); }
-    function openUrl(url: string) { note("openUrl", url); }
-    function checkForUpdates() { note("checkForUpdates"); }
-    function showLogs() { note("showLogs"); }
-    function logout() { note("logout"); }
-    function resetScf() { note("resetScf"); }
-    function showInitialMessage() { note("showInitialMessage"); }
-    function toggleLogging(active: bool) { note("toggleLogging", active); }
+    function selectFile() {
+        note("selectFile");
+    }
+    function loadFile(path: string) {
+        note("loadFile", path);
+    }
+    function openMyAccountWindow() {
+        note("openMyAccountWindow");
+    }
+    function openSettingsWindow() {
+        note("openSettingsWindow");
+    }
+    function openArchive() {
+        note("openArchive");
+    }
+    function onCompleted() {
+        note("onCompleted");
+    }
+    function clearMemory() {
+        console.info("clearMemory");
+    }
+    function openUrl(url: string) {
+        note("openUrl", url);
+    }
+    function checkForUpdates() {
+        note("checkForUpdates");
+    }
+    function showLogs() {
+        note("showLogs");
+    }
+    function logout() {
+        note("logout");
+    }
+    function resetScf() {
+        note("resetScf");
+    }
+    function showInitialMessage() {
+        note("showInitialMessage");
+    }
+    function toggleLogging(active: bool) {
+        note("toggleLogging", active);
+    }
     function getLoggingStatus(): bool {
         note("getLoggingStatus");
         return true;

@@ -6,6 +6,8 @@ import QtQuick
 QtObject {
     id: fake
 
+    objectName: "account"
+
     property int checks: 0
     property var calls: []
     property bool busy: false
@@ -18,17 +20,31 @@ QtObject {
     signal welcomed
     signal recoveryStarted
 
-    function note(...words) {
+    function note(words) {
         fake.calls.push(words.join("|"));
     }
     function initialCheck() {
         ++checks;
     }
-    function recheck() { note("recheck"); }
-    function signIn(email: string, password: string) { note("signIn", email, password); }
-    function registerAccount(name: string, email: string, password: string) { note("registerAccount", name, email, password); }
-    function startRecovery(email: string) { note("startRecovery", email); }
-    function recover(email: string, code: string, password: string) { note("recover", email, code, password); }
-    function signInLocally() { note("signInLocally"); }
-    function forgetError() { fake.errorText = ""; }
+    function recheck() {
+        note("recheck");
+    }
+    function signIn(email: string, password: string) {
+        note("signIn", email, password);
+    }
+    function registerAccount(name: string, email: string, password: string) {
+        note("registerAccount", name, email, password);
+    }
+    function startRecovery(email: string) {
+        note("startRecovery", email);
+    }
+    function recover(email: string, code: string, password: string) {
+        note("recover", email, code, password);
+    }
+    function signInLocally() {
+        note("signInLocally");
+    }
+    function forgetError() {
+        fake.errorText = "";
+    }
 }

@@ -1,0 +1,259 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import QtTest
+import "states.js" as States
+
+ViewCase {
+    id: test
+
+    property var prop
+
+    function build(name: string, properties: var, scale: real): var {
+        const parent = test.showIn(600, 400);
+        test.prop = test.makeProp(scale);
+        const background = test.make("Background", parent);
+        const common = {
+            "prop": test.prop
+        };
+        if (["GroupBox", "SectionLabel", "FileNameField", "SelectedItemsLabel"].includes(name))
+            Object.assign(common, {
+                    "mainFunctions": test.make("Functions", test),
+                    "background": background,
+                    "recalc": 0
+                });
+        return test.make(name, parent, Object.assign(common, properties));
+    }
+    function test_sizes_data(): var {
+        return [["GroupBox", {
+                    "label": "Title",
+                    "width": 200
+                }, 200, 70], ["SectionLabel", {
+                    "text": "TITLE"
+                }, 352, 47], ["FileNameField", {
+                    "fileName": States.longName,
+                    "width": 300
+                }, 300, 32], ["SelectedItemsLabel", {
+                    "currentLayer": "uploading",
+                    "selectedInstrument": "bass",
+                    "selectedOutputFormat": "MP3"
+                }, 340, 60], ["ProgressBar", {}, 340, 30], ["Dropdown", {
+                    "model": ["A"]
+                }, 120, 24], ["MenuItemCustom", {
+                    "text": "Entry",
+                    "width": 220
+                }, 220, 22]].map(r => ({
+                        "tag": r[0],
+                        "properties": r[1],
+                        "width": r[2],
+                        "height": r[3]
+                    }));
+    }
+    function test_sizes(data: var) {
+        for (const scale of States.scales) {
+            if (data.properties.width !== undefined)
+                data.properties.width = data.width * scale;
+            const item = test.build(data.tag, data.properties, scale);
+            fuzzyCompare(item.width, data.width * scale, 0.01);
+            fuzzyCompare(item.height, data.height * scale, 0.01);
+            test.checkFit(item);
+        }
+    }
+    function test_fonts() {
+        for (const scale of [0, 0.6, 1, 2]) {
+            const fonts = test.makeProp(scale).fonts;
+            for (const name of ["font7_9", "font8_10", "font9_12", "font10_13", "font11_15", "font12_16", "font13_17", "font14_18", "font15_19", "font16_21"]) {
+                compare(fonts[name].family, "Arial");
+                compare(fonts[name].pointSize, Math.max(parseInt(name.slice(4)) * scale, 0.5));
+            }
+        }
+    }
+    function test_icon_data(): var {
+        return [["", "home-U.svg"], ["none", ""], ["disabled", "home-X.svg"], ["hovered", "home-F.svg"], ["pressed", "home-D.svg"]].map(r => ({
+                        "tag": r[0],
+                        "file": r[1]
+                    }));
+    }
+    function test_icon(data: var) {
+        const icon = test.make("Icon", test.showIn(50, 50), {
+                "width": 30,
+                "height": 30,
+                "state": data.tag,
+                "name": "missing"
+            });
+        compare(String(icon.source), "");
+        icon.name = "home";
+        compare(String(icon.source), data.file === "" ? "" : "qrc:/icons/" + data.file);
+        icon.baseUrl = "qrc:/elsewhere/";
+        compare(String(icon.source), "");
+    }
+    function test_basicIcon() {
+        const icon = test.make("Icon", test.showIn(50, 50), {
+                "width": 30,
+                "height": 30,
+                "state": "none",
+                "name": "play"
+            });
+        compare(String(icon.source), "qrc:/icons/play.svg");
+        compare(icon.status, Image.Ready);
+    }
+    function test_btn() {
+        const btn = test.build("Btn", {
+                "iconName": "home",
+                "iconWidth": 40,
+                "x": 100,
+                "y": 100,
+                "tooltip": "Home"
+            }, 1);
+        mouseMove(test.window.contentItem, 5, 5);
+        compare(btn.state, "");
+        btn.isCustomHovered = true;
+        compare(btn.state, "hovered");
+        btn.isCustomHovered = false;
+        mouseMove(btn, 20, 20);
+        tryCompare(btn, "state", "hovered");
+        mousePress(btn);
+        compare(btn.state, "pressed");
+        mouseRelease(btn);
+        btn.enabled = false;
+        compare(btn.state, "disabled");
+        compare(btn.activeFocus, false);
+    }
+    function test_textBtn_data(): var {
+        return [{
+                "tag": "normal",
+                "from": "#1C2E9B",
+                "to": "#021244",
+                "border": "#0212AE"
+            }, {
+                "tag": "hovered",
+                "from": "#0071BC",
+                "to": "#021244",
+                "border": "#0212AE"
+            }, {
+                "tag": "pressed",
+                "from": "#021244",
+                "to": "#1C2E9B",
+                "border": "#0212AE"
+            }, {
+                "tag": "disabled",
+                "from": "#B3B3B3",
+                "to": "#4D4D4D",
+                "border": "#999999"
+            }];
+    }
+    function test_textBtn(data: var) {
+        const btn = test.build("TextBtn", {
+                "text": "OK",
+                "x": 100,
+                "y": 100,
+                "width": 100,
+                "height": 40,
+                "enabled": data.tag !== "disabled"
+            }, 1);
+        clicks.target = btn;
+        clicks.clear();
+        mouseMove(test.window.contentItem, 5, 5);
+        if (data.tag === "hovered")
+            mouseMove(btn, 20, 20);
+        if (data.tag === "pressed")
+            mousePress(btn);
+        tryVerify(() => Qt.colorEqual(btn.backgroundFrom, data.from));
+        verify(Qt.colorEqual(btn.backgroundTo, data.to));
+        verify(Qt.colorEqual(btn.borderTo, data.border));
+        if (data.tag === "pressed")
+            mouseRelease(btn);
+        btn.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Return);
+        keyClick(Qt.Key_Space);
+        compare(clicks.count, {
+                "normal": 2,
+                "hovered": 2,
+                "pressed": 3,
+                "disabled": 0
+            }[data.tag]);
+    }
+    function test_textField() {
+        const field = test.build("TextField", {
+                "label": "Password",
+                "value": "secret",
+                "width": 200
+            }, 1);
+        verify(test.shows(field, "******") && !test.shows(field, "secret"));
+        field.editing = true;
+        const input = test.items(field).find(i => i.cursorPosition !== undefined);
+        compare(input.echoMode, TextInput.Password);
+        input.forceActiveFocus();
+        keyClick("x", Qt.NoModifier);
+        compare(field.value, "secretx");
+        field.label = "Name";
+        field.editing = false;
+        verify(test.shows(field, "secretx"));
+    }
+    function test_dropdown() {
+        const box = test.build("Dropdown", {
+                "model": ["MP3", "<img src=x>", "WAV"],
+                "y": 380
+            }, 1);
+        mouseClick(box);
+        tryCompare(box.popup, "opened", true);
+        const list = box.popup.contentItem;
+        verify(list.mapToItem(null, 0, 0).y + list.height <= 400);
+        mouseClick(list.itemAtIndex(1));
+        compare(box.currentText, "<img src=x>");
+        tryCompare(box.popup, "visible", false);
+        const hidden = test.build("Dropdown", {
+                "model": ["MP3"],
+                "mainVisible": false
+            }, 1);
+        compare(test.texts(hidden).length, 0);
+        hidden.forceActiveFocus(Qt.TabFocusReason);
+        verify(!hidden.activeFocusOnTab);
+    }
+    function test_loadingHoverBlocks() {
+        const below = test.build("TextBtn", {
+                "text": "Below",
+                "width": 600,
+                "height": 400
+            }, 1);
+        clicks.target = below;
+        clicks.clear();
+        const hover = test.make("LoadingHover", below.parent, {
+                "prop": test.prop
+            });
+        verify(test.shows(hover, "Loading..."));
+        for (const button of [Qt.LeftButton, Qt.RightButton]) {
+            mouseClick(hover, 5, 5, button);
+        }
+        compare(clicks.count, 0);
+    }
+    /// The bar moves even when the percentage does not, and rests when nobody can see it.
+    function test_progressBar() {
+        const bar = test.build("ProgressBar", {
+                "percent": 50
+            }, 1);
+        const filled = test.items(bar).find(i => i.clip);
+        compare(filled.width, 168);
+        const tiles = filled.children[0];
+        const start = tiles.x;
+        tryVerify(() => tiles.x !== start);
+        verify(tiles.x <= 0 && tiles.x + tiles.width >= filled.width);
+        for (const [percent, width] of [[-5, 0], [0, 0], [100, 336], [250, 336]]) {
+            bar.percent = percent;
+            compare(filled.width, width);
+        }
+        verify(bar.moving);
+        test.window.visible = false;
+        verify(!bar.moving);
+        test.window.visible = true;
+        bar.visible = false;
+        verify(!bar.moving);
+    }
+    SignalSpy {
+        id: clicks
+
+        signalName: "clicked"
+    }
+
+    name: "Components"
+}
