@@ -20,8 +20,8 @@ QtObject {
     signal welcomed
     signal recoveryStarted
 
-    function note(words) {
-        fake.calls.push(words.join("|"));
+    function note() {
+        fake.calls.push(Array.from(arguments).join("|"));
     }
     function initialCheck() {
         ++checks;
