@@ -10,8 +10,6 @@
 
 bool online(QNetworkAccessManager &network, const QUrl &url)
 {
-    if (url.isEmpty())
-        return false;
     QPointer<QNetworkReply> reply(network.get(QNetworkRequest(url)));
     const bool isOnline = waitForFinished(reply) && reply->error() == QNetworkReply::NoError;
     if (reply)
