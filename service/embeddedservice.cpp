@@ -82,8 +82,7 @@ std::optional<ServiceAnnouncement> EmbeddedService::announcement(std::chrono::mi
 void EmbeddedService::readOutput()
 {
     const QByteArray output = m_process.readAllStandardOutput();
-    // Everything after the first line is read as well, so that the service never waits for a
-    // reader.
+    // What comes after the first line is taken as well, so that it does not pile up in memory.
     if (m_state != State::Starting)
         return;
     m_firstLine += output;
