@@ -22,6 +22,10 @@ Item {
     signal checkPathIsExisted(string key, string field)
     signal save(var data)
 
+    function withNotSet(words: var): var {
+        return [qsTr("Not Set"), ...words];
+    }
+
     function editedSettings(): var {
         return {
             "default_path_save": savePath.value,
@@ -158,7 +162,7 @@ Item {
 
                     prop: prop
                     label: qsTr("Video Output Format:")
-                    entries: [qsTr("Not Set")].concat(Vocabulary.allFormats)
+                    entries: root.withNotSet(Vocabulary.allFormats)
                     boxWidth: 150
                     firstValue: Vocabulary.none
                     unknownIndex: 0
@@ -173,7 +177,7 @@ Item {
 
                     prop: prop
                     label: qsTr("Audio Output Format:")
-                    entries: [qsTr("Not Set")].concat(Vocabulary.audioFormats)
+                    entries: root.withNotSet(Vocabulary.audioFormats)
                     boxWidth: 150
                     firstValue: Vocabulary.none
                     unknownIndex: 0
