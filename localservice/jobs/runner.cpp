@@ -158,6 +158,8 @@ bool Runner::cancel(std::int32_t id)
         return false;
     found->second->cancelledByUser = true;
     found->second->control.cancelled = true;
+    // At once, so that the same request made now is a new job and not this one's twin.
+    m_jobs.move(id, JobState::Running, JobState::Cancelled);
     return true;
 }
 
