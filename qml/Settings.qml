@@ -85,31 +85,14 @@ Item {
         anchors.margins: 15 * root.scf
         spacing: 14 * root.scf
 
-        Item {
+        SettingsHeader {
             Layout.fillWidth: true
-            Layout.preferredHeight: heading.implicitHeight
-
-            Btn {
-                anchors.verticalCenter: parent.verticalCenter
-                prop: prop
-                iconName: "home"
-                iconWidth: 35 * root.scf
-                tooltip: qsTr("Home")
-                onClicked: root.cancel()
-            }
-
-            SectionLabel {
-                id: heading
-
-                anchors.centerIn: parent
-                width: implicitWidth
-                height: implicitHeight
-                prop: prop
-                mainFunctions: mainFunctions
-                background: background
-                recalc: root.gradiendVar
-                text: qsTr("OPTION SETTINGS")
-            }
+            Layout.preferredHeight: 47 * root.scf
+            prop: prop
+            mainFunctions: mainFunctions
+            background: background
+            recalc: root.gradiendVar
+            onCancel: root.cancel()
         }
 
         GroupBox {
@@ -252,39 +235,13 @@ Item {
             Layout.fillHeight: true
         }
 
-        // Layouts of Qt 6.4 keep the earlier size of some items when the scale changes while the window is hidden.
-        Item {
+        SettingsButtons {
             Layout.fillWidth: true
             Layout.preferredHeight: 36 * root.scf
-
-            TextBtn {
-                id: okButton
-
-                width: 100 * root.scf
-                height: parent.height
-                prop: prop
-                text: qsTr("OK")
-                onClicked: root.save(root.editedSettings())
-            }
-
-            TextBtn {
-                anchors.left: okButton.right
-                anchors.leftMargin: 10 * root.scf
-                width: 100 * root.scf
-                height: parent.height
-                prop: prop
-                text: qsTr("CANCEL")
-                onClicked: root.cancel()
-            }
-
-            TextBtn {
-                anchors.right: parent.right
-                width: 190 * root.scf
-                height: parent.height
-                prop: prop
-                text: qsTr("Restore Default Settings")
-                onClicked: root.defaultSettings()
-            }
+            prop: prop
+            onSave: root.save(root.editedSettings())
+            onCancel: root.cancel()
+            onDefaultSettings: root.defaultSettings()
         }
     }
 }

@@ -121,7 +121,7 @@ void Settings::defaultSettings()
     saveOrTell(m_store);
 }
 
-void Settings::save(QVariant values)
+void Settings::save(const QVariant &values)
 {
     qInfo() << "Settings::save";
     m_store.settings().sync();
@@ -136,7 +136,7 @@ void Settings::save(QVariant values)
         closeWindow();
 }
 
-void Settings::chooseNewPath(QString settingsKey, QString path)
+void Settings::chooseNewPath(const QString &settingsKey, const QString &path)
 {
     qInfo() << "Settings::chooseNewPath" << settingsKey;
     const QString chosen = m_dialogs.chooseFolder(tr("Please Select a new folder"), path);
@@ -156,13 +156,13 @@ QString Settings::findNewest(const QString &key) const
 {
     const QStringList versions = siblingVersions(key);
     for (const QString &version : versions) {
-        if (const QString path = findAppPath(version); !path.isEmpty())
+        if (QString path = findAppPath(version); !path.isEmpty())
             return path;
     }
     return {};
 }
 
-void Settings::checkPathIsExisted(QString key, QString field)
+void Settings::checkPathIsExisted(QString key, const QString &field)
 {
     qInfo() << "Settings::checkPathIsExisted" << key << field;
     const QString name = key;

@@ -44,10 +44,10 @@ public slots:
     void defaultSettings();
     /// Makes sure that a player which the user picked can be found, asking him where it is if need
     /// be.
-    void checkPathIsExisted(QString key, QString field);
-    void chooseNewPath(QString settingsKey, QString path);
+    void checkPathIsExisted(QString key, const QString &field);
+    void chooseNewPath(const QString &settingsKey, const QString &path);
     /// Stores what the user chose and closes the window, which stays when that fails.
-    void save(QVariant values);
+    void save(const QVariant &values);
 
 protected:
     void windowClosed() override;

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+
+/// The way home and the heading of the settings window.
+Item {
+    id: header
+
+    required property Properties prop
+    required property Functions mainFunctions
+    required property Background background
+    required property int recalc
+
+    signal cancel
+
+    Btn {
+        anchors.verticalCenter: parent.verticalCenter
+        prop: header.prop
+        iconName: "home"
+        iconWidth: 35 * header.prop.scf
+        tooltip: qsTr("Home")
+        onClicked: header.cancel()
+    }
+
+    SectionLabel {
+        anchors.centerIn: parent
+        width: implicitWidth
+        height: implicitHeight
+        prop: header.prop
+        mainFunctions: header.mainFunctions
+        background: header.background
+        recalc: header.recalc
+        text: qsTr("OPTION SETTINGS")
+    }
+}
