@@ -11,6 +11,7 @@
 #include "app/base/saveortell.h"
 #include "app/mediafilter.h"
 #include "app/webpage.h"
+#include "archive/archive.h"
 #include "processing/fileprocessing.h"
 #include "settings/settings.h"
 
@@ -29,6 +30,7 @@ BackendLoader::BackendLoader(QObject *parent)
 BackendLoader::~BackendLoader()
 {
     m_account.reset();
+    m_archive.reset();
     m_processing.reset();
     qDebug("LOG_CLOSE");
 }
@@ -82,7 +84,9 @@ void BackendLoader::reProcessDemo(QString filePath, QString instrument, QString 
     m_demo.instrument = instrument;
     m_demo.extension = extension;
     loadFile(filePath);
-    emit runFromDemo();
+    // It is not while the service is out of reach or allows no further file today.
+    if (processing().isVisible())
+        emit runFromDemo();
 }
 
 void BackendLoader::openSettingsWindow()
@@ -102,9 +106,31 @@ void BackendLoader::afterSettings()
     emit showMainWindow();
 }
 
+Archive &BackendLoader::archive()
+{
+    if (m_archive)
+        return *m_archive;
+    m_archive = std::make_unique<Archive>(m_store);
+    connect(m_archive.get(), &Archive::showParent, this, &BackendLoader::showMainWindow);
+    connect(m_archive.get(), &Archive::unlockFullAccess, this, &BackendLoader::unlockFullAccess);
+    connect(m_archive.get(), &Archive::reProcessDemo, this,
+            [this](const QString &filePath, const QString &instrument, const QString &extension,
+                   int id) {
+                m_demo.id = id;
+                // Not closed, which would bring the main window back: the processing window
+                // follows.
+                m_archive->hide();
+                reProcessDemo(filePath, instrument, extension);
+            });
+    return *m_archive;
+}
+
 void BackendLoader::openArchive()
 {
     qInfo() << "BackendLoader::openArchive";
+    Archive &window = archive();
+    emit hideMainWindow();
+    window.openWindow();
 }
 
 void BackendLoader::openMyAccountWindow()

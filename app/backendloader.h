@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class Archive;
 class FileProcessing;
 class MyAccount;
 class ProgramData;
@@ -61,6 +62,7 @@ public slots:
 private:
     [[nodiscard]] FileProcessing &processing();
     [[nodiscard]] MyAccount &account();
+    [[nodiscard]] Archive &archive();
 
     struct DemoRun
     {
@@ -73,6 +75,7 @@ private:
     std::unique_ptr<FileProcessing> m_processing;
     std::unique_ptr<Settings> m_settings;
     std::unique_ptr<MyAccount> m_account;
+    std::unique_ptr<Archive> m_archive;
     QString m_lastOpenFolder;
     DemoRun m_demo;
 };

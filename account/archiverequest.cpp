@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "account/archiverequest.h"
+
+#include "service/replies.h"
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace {
+
+struct ArchiveRequest
+{
+    Q_DECLARE_TR_FUNCTIONS(ArchiveRequest)
+};
+
+} // namespace
+
+ArchiveAnswer archiveAnswer(const AccountAnswer &answer)
+{
+    if (answer.kind != AccountAnswer::Kind::Answered)
+        return {shownText(answer.text), {}};
+    const QByteArray json = answer.text.toUtf8();
+    if (json.size() >= longestArchive)
+        return {ArchiveRequest::tr("The service's list of files is too long to be shown."), {}};
+    const QJsonDocument document = QJsonDocument::fromJson(json);
+    if (document.isArray())
+        return {{}, document.array().toVariantList()};
+    if (answer.text.trimmed().isEmpty())
+        return {ArchiveRequest::tr("The service gave an empty answer."), {}};
+    return {shownText(answer.text), {}};
+}

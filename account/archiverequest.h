@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "account/accountclient.h"
+
+#include <QVariantList>
+
+/// What the service keeps for a user.
+struct ArchiveAnswer
+{
+    QString error; ///< why there is no list, for the user; empty: there is one
+    QVariantList records; ///< as the service sent them
+};
+
+/// How much of the list is read, in bytes; room for well over ten thousand records.
+inline constexpr qint64 longestArchive = 16 * 1024 * 1024;
+
+/// The list in what the request brought; anything but a JSON array is an error.
+[[nodiscard]] ArchiveAnswer archiveAnswer(const AccountAnswer &answer);

@@ -1,0 +1,198 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "archive/archive.h"
+
+#include "account/licencegate.h"
+#include "app/base/guiscale.h"
+#include "app/base/messageboxcustom.h"
+#include "app/base/programdata.h"
+#include "archive/archivehandler.h"
+#include "archive/archivejob.h"
+#include "service/mediaformats.h"
+#include "service/resultopener.h"
+
+#include <QDebug>
+#include <QPointer>
+
+Archive::Archive(ProgramData &store)
+    : ViewWindow(tr("TEKO Archive"), QUrl(QStringLiteral("qrc:/qml/Archive.qml")), QSize(540, 400),
+                 Sizing::Resizable)
+    , m_store(store)
+    , m_account(store)
+{
+    connectRoot();
+    resize(540, 500);
+}
+
+Archive::~Archive() = default;
+
+void Archive::connectRoot()
+{
+    connectToView(SIGNAL(loaded()), SIGNAL(loaded()));
+    connectToView(SIGNAL(updateFiles(QVariant)), SIGNAL(updateFiles(QVariant)));
+    connectToView(SIGNAL(changeButtons(int, QString, QString)),
+                  SIGNAL(changeButtons(int, QString, QString)));
+    connectView(SIGNAL(cancel()), SLOT(cancel()));
+    connectView(SIGNAL(unlockFullAccess()), SIGNAL(unlockFullAccess()));
+    connectView(SIGNAL(openFolder()), SLOT(openFolder()));
+    connectView(SIGNAL(getFullFile(int)), SLOT(getFullFile(int)));
+    connectView(SIGNAL(changedFormat(int, QString)), SLOT(changedFormat(int, QString)));
+    connectView(SIGNAL(operateFile(int, bool, QString)), SLOT(operateFile(int, bool, QString)));
+}
+
+void Archive::openWindow()
+{
+    qInfo() << "Archive::openWindow";
+    applyScale(usableGuiScale(m_store.guiScale()));
+    setViewProperty("isProcessing", true);
+    show();
+    raise();
+    emit loaded();
+    loadArchiveFiles();
+}
+
+void Archive::loadArchiveFiles()
+{
+    qInfo() << "Archive::loadArchiveFiles";
+    const QPointer<Archive> self(this);
+    const quint64 load = ++m_load;
+    const QVariantList reply = m_account.fetchArchive(m_store.user().hash);
+    if (!self || load != m_load)
+        return;
+    takeRecords(reply);
+    emit updateFiles(rows());
+    setViewProperty("isProcessing", false);
+    if (!m_account.errorText().isEmpty())
+        refuse(tr("Archive Error"), m_account.errorText());
+}
+
+void Archive::takeRecords(const QVariantList &reply)
+{
+    const ArchiveRecords records = archiveRecords(reply);
+    m_files = records.usable;
+    if (records.leftOut > 0)
+        qInfo() << "Archive: records left out:" << records.leftOut << records.problems;
+}
+
+QVariantList Archive::rows() const
+{
+    const QString folder = m_store.defaultPathSave();
+    const bool isDemoUser = runMode(m_store.user()) == QStringLiteral("demo");
+    QVariantList rows;
+    rows.reserve(m_files.size());
+    for (const ArchiveRecord &record : m_files)
+        rows << archiveRow(record, folder, isDemoUser, isFileHere);
+    return rows;
+}
+
+void Archive::changedFormat(int id, QString format)
+{
+    qInfo() << "Archive::changedFormat" << id << format;
+    const ArchiveRecord *record = usableRecord(id);
+    if (!record)
+        return;
+    const ResultPaths paths = archivePaths(m_store.defaultPathSave(), *record, format);
+    emit changeButtons(id, buttonOf(paths.main, isFileHere), buttonOf(paths.mix, isFileHere));
+}
+
+void Archive::operateFile(int id, bool isMix, QString newExtension)
+{
+    qInfo() << "Archive::operateFile" << id << isMix << newExtension;
+    const ArchiveRecord *record = usableRecord(id);
+    if (!record)
+        return;
+    const QString folder = m_store.defaultPathSave();
+    if (folder.isEmpty()) {
+        refuse(tr("Archive Error"),
+               tr("The folder for saved files cannot be used.\nPlease choose another one in the "
+                  "settings."));
+        return;
+    }
+    m_pendingRow = id;
+    m_pendingExtension = newExtension;
+    carryOut(archiveJob(*record, folder, isMix, newExtension, isFileHere), *record, isMix);
+}
+
+void Archive::carryOut(const ArchiveJob &job, const ArchiveRecord &record, bool isMix)
+{
+    switch (job.action) {
+    case ArchiveJob::Action::Play:
+        openInPlayer(m_store,
+                     isVideoOutput(m_pendingExtension) ? m_store.defaultVideoPlayer()
+                                                       : m_store.defaultAudioPlayer(),
+                     job.target);
+        break;
+    case ArchiveJob::Action::Refuse:
+        refuse(tr("File Format Error"),
+               tr("Cannot download and convert file to %1, because original video file is "
+                  "missed:\n\n%2")
+                   .arg(m_pendingExtension, record.localFilePath));
+        break;
+    case ArchiveJob::Action::Download:
+        handler().openWindow(job.stored, job.target, record.localFilePath);
+        handler().download(record.id, isMix);
+        break;
+    case ArchiveJob::Action::Convert:
+        handler().openWindow(job.stored, job.target, record.localFilePath);
+        handler().convert();
+        break;
+    }
+}
+
+ArchiveHandler &Archive::handler()
+{
+    if (!m_handler) {
+        m_handler = std::make_unique<ArchiveHandler>(m_store);
+        connect(m_handler.get(), &ArchiveHandler::finishWork, this, &Archive::finishConverting);
+    }
+    return *m_handler;
+}
+
+void Archive::finishConverting()
+{
+    changedFormat(m_pendingRow, m_pendingExtension);
+}
+
+void Archive::getFullFile(int id)
+{
+    qInfo() << "Archive::getFullFile" << id;
+    const ArchiveRecord *record = usableRecord(id);
+    if (!record)
+        return;
+    const QString extension = fullRunExtension(*record, m_store.defaultAudioFormat(), isFileHere);
+    emit reProcessDemo(record->localFilePath, record->instrument, extension, record->id);
+}
+
+void Archive::openFolder()
+{
+    qInfo() << "Archive::openFolder";
+    openFolderInBrowser(m_store.defaultPathSave());
+}
+
+void Archive::cancel()
+{
+    qInfo() << "Archive::cancel";
+    closeWindow();
+}
+
+void Archive::windowClosed()
+{
+    ++m_load;
+    m_account.client().abandon();
+    if (m_handler)
+        m_handler->closeWindow();
+    emit showParent();
+}
+
+const ArchiveRecord *Archive::usableRecord(int row) const
+{
+    if (row < 0 || row >= m_files.size() || !canNameFiles(m_files[row]))
+        return nullptr;
+    return &m_files[row];
+}
+
+void Archive::refuse(const QString &title, const QString &text)
+{
+    qCritical() << "Archive" << text;
+    MessageBoxCustom::critical(title, text);
+}

@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "archive/archivejob.h"
+
+#include "service/mediaformats.h"
+
+#include <QFileInfo>
+#include <QVariantMap>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool hasPicture(const ArchiveRecord &record, const ResultPaths &paths, const FileTest &exists)
+{
+    if (exists(record.localFilePath) && isVideoSource(mediaSuffix(record.localFilePath)))
+        return true;
+    return exists(paths.main) && exists(paths.mix) && isVideoSource(mediaSuffix(paths.main));
+}
+
+bool canGivePicture(const ArchiveRecord &record, const QString &stored, const FileTest &exists)
+{
+    return (isVideoOutput(record.extension) && exists(stored))
+        || (isVideoOutput(mediaSuffix(record.localFilePath)) && exists(record.localFilePath));
+}
+
+} // namespace
+
+bool isFileHere(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.isAbsolute() && file.isFile();
+}
+
+ResultPaths archivePaths(const QString &folder, const ArchiveRecord &record,
+                         const QString &extension)
+{
+    if (folder.isEmpty() || !canNameFiles(record))
+        return {};
+    return resultPaths({folder, record.instrument, record.name, extension});
+}
+
+QString buttonOf(const QString &path, const FileTest &exists)
+{
+    return exists(path) ? u"play"_s : u"download"_s;
+}
+
+QVariantMap archiveRow(const ArchiveRecord &record, const QString &folder, bool isDemoUser,
+                       const FileTest &exists)
+{
+    const ResultPaths paths = archivePaths(folder, record, record.extension);
+    return {{u"name"_s, record.name},
+            {u"deleted"_s, record.deleted},
+            {u"instrument"_s, record.instrument},
+            {u"extension"_s, record.extension},
+            {u"demoFile"_s, record.demoFile},
+            {u"local_file_path"_s, record.localFilePath},
+            {u"ai_id"_s, record.id},
+            {u"btnInstrument"_s, buttonOf(paths.main, exists)},
+            {u"btnMix"_s, buttonOf(paths.mix, exists)},
+            {u"demoUser"_s, isDemoUser ? u"yes"_s : u"no"_s},
+            {u"isVideo"_s, hasPicture(record, paths, exists)},
+            {u"isUsable"_s, canNameFiles(record)}};
+}
+
+ArchiveJob archiveJob(const ArchiveRecord &record, const QString &folder, bool isMix,
+                      const QString &extension, const FileTest &exists)
+{
+    const auto path = [&](const QString &suffix) {
+        const ResultPaths paths = archivePaths(folder, record, suffix);
+        return isMix ? paths.mix : paths.main;
+    };
+    ArchiveJob job{ArchiveJob::Action::Refuse, path(record.extension), path(extension)};
+    if (exists(job.target))
+        job.action = ArchiveJob::Action::Play;
+    else if (isVideoOutput(extension) && !canGivePicture(record, job.stored, exists))
+        job.action = ArchiveJob::Action::Refuse;
+    else
+        job.action =
+            exists(job.stored) ? ArchiveJob::Action::Convert : ArchiveJob::Action::Download;
+    return job;
+}
+
+QString fullRunExtension(const ArchiveRecord &record, const QString &audioFormat,
+                         const FileTest &exists)
+{
+    const bool isPictureGone = isVideoSource(record.extension) && !exists(record.localFilePath);
+    return isPictureGone ? audioFormat.toLower() : record.extension;
+}

@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "archive/archiverecord.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QVariantMap>
+
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype mostProblems = 20;
+
+QString textOf(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::QString:
+    case QMetaType::LongLong:
+    case QMetaType::Double:
+        return value.toString();
+    default:
+        return {};
+    }
+}
+
+/// A positive whole number; 0 for anything else.
+int idOf(const QVariant &value)
+{
+    bool isNumber = false;
+    const double number = textOf(value).toDouble(&isNumber);
+    const bool isId = isNumber && number >= 1 && number <= std::numeric_limits<int>::max();
+    return isId && number == double(int(number)) ? int(number) : 0;
+}
+
+ArchiveRecord recordOf(const QVariantMap &map)
+{
+    return {textOf(map.value(u"name"_s)),       textOf(map.value(u"deleted"_s)),
+            textOf(map.value(u"instrument"_s)), textOf(map.value(u"extension"_s)),
+            textOf(map.value(u"demoFile"_s)),   textOf(map.value(u"local_file_path"_s)),
+            idOf(map.value(u"ai_id"_s))};
+}
+
+/// The key without which a record is of no use; empty when it has all of them.
+QString missingKey(const ArchiveRecord &record)
+{
+    if (record.name.isEmpty())
+        return u"name"_s;
+    if (record.instrument.isEmpty())
+        return u"instrument"_s;
+    if (record.extension.isEmpty())
+        return u"extension"_s;
+    return record.id == 0 ? u"ai_id"_s : QString();
+}
+
+bool isDeviceName(const QString &part)
+{
+    static const QRegularExpression device(u"^(CON|PRN|AUX|NUL|COM\\d|LPT\\d)\\s*(\\.|$)"_s,
+                                           QRegularExpression::CaseInsensitiveOption);
+    return device.match(part).hasMatch();
+}
+
+bool isForbidden(QChar c)
+{
+    // The last ones cannot stand in a Windows name; elsewhere songs are called like that.
+    static const bool isWindows = QDir::separator() == u'\\';
+    return c.category() == QChar::Other_Control || c == u'/' || c == u'\\'
+        || (isWindows && u":*?\"<>|"_s.contains(c));
+}
+
+bool isPlainNamePart(const QString &part)
+{
+    const bool hasDrive = part.size() > 1 && part[0].isLetter() && part[1] == u':';
+    return part != u"."_s && part != u".."_s && !hasDrive && !isDeviceName(part)
+        && std::ranges::none_of(part, isForbidden);
+}
+
+bool isPlainExtension(const QString &extension)
+{
+    return std::ranges::all_of(extension,
+                               [](QChar c) { return c.unicode() < 128 && c.isLetterOrNumber(); });
+}
+
+} // namespace
+
+ArchiveRecords archiveRecords(const QVariantList &reply)
+{
+    ArchiveRecords records;
+    for (const QVariant &item : reply) {
+        const ArchiveRecord record = recordOf(item.toMap());
+        const QString missing = missingKey(record);
+        if (missing.isEmpty()) {
+            records.usable << record;
+            continue;
+        }
+        ++records.leftOut;
+        if (records.problems.size() < mostProblems)
+            records.problems << u"\"%1\" has no usable \"%2\""_s.arg(record.name.left(80), missing);
+    }
+    return records;
+}
+
+bool canNameFiles(const ArchiveRecord &record)
+{
+    return isPlainNamePart(record.name) && isPlainNamePart(record.instrument)
+        && isPlainNamePart(record.extension) && isPlainExtension(record.extension);
+}

@@ -1,0 +1,201 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import QtQuick.Controls.Fusion as Fusion
+import QtQuick.Layouts
+import qml
+import "OS" as OS
+
+/// The archive window: earlier results and the ways to get them.
+Item {
+    id: root
+
+    property double scf: 1
+    property int gradiendVar: 0
+    property bool isProcessing: true
+
+    signal loaded
+    signal updateFiles(var data)
+    signal changeButtons(int idx, string i, string m)
+    signal cancel
+    signal unlockFullAccess
+    signal openFolder
+    signal getFullFile(int id)
+    signal changedFormat(int id, string format)
+    signal operateFile(int id, bool isMix, string format)
+
+    onLoaded: gradientTimer.restart()
+    onScfChanged: gradientTimer.restart()
+    onUpdateFiles: data => files.setRows(data)
+    onChangeButtons: (idx, i, m) => {
+        files.setValue(idx, "btnInstrument", i);
+        files.setValue(idx, "btnMix", m);
+    }
+
+    OS.CurrentTheme {
+        id: theme
+
+        scf: root.scf
+    }
+
+    Properties {
+        id: prop
+
+        theme: theme
+    }
+
+    Functions {
+        id: mainFunctions
+    }
+
+    Background {
+        id: background
+    }
+
+    // The panels can match the background only once they have been laid out.
+    Timer {
+        id: gradientTimer
+
+        interval: 20
+        onTriggered: ++root.gradiendVar
+    }
+
+    ArchiveModel {
+        id: files
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: 15 * root.scf
+        spacing: 12 * root.scf
+        enabled: !root.isProcessing
+
+        Item {
+            Layout.fillWidth: true
+            Layout.preferredHeight: heading.implicitHeight
+
+            Btn {
+                anchors.verticalCenter: parent.verticalCenter
+                prop: prop
+                iconName: "home"
+                iconWidth: 28 * root.scf
+                tooltip: qsTr("Home")
+                onClicked: root.cancel()
+            }
+
+            SectionLabel {
+                id: heading
+
+                anchors.centerIn: parent
+                prop: prop
+                mainFunctions: mainFunctions
+                background: background
+                recalc: root.gradiendVar
+                text: qsTr("LIST OF THE PROCEED FILES")
+            }
+        }
+
+        Rectangle {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            radius: 10 * root.scf
+            gradient: Gradient {
+                GradientStop {
+                    position: 0
+                    color: "#ffffff"
+                }
+                GradientStop {
+                    position: 1
+                    color: "#4c63bc"
+                }
+            }
+
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: Math.max(1, root.scf)
+                radius: 9 * root.scf
+                color: "#7d97b5"
+            }
+
+            Text {
+                anchors.centerIn: parent
+                width: parent.width - 40 * root.scf
+                visible: files.count === 0 && !root.isProcessing
+                text: qsTr("No processed files for last 30 days")
+                textFormat: Text.PlainText
+                font: prop.fonts.font12_16
+                color: "white"
+                wrapMode: Text.WordWrap
+                horizontalAlignment: Text.AlignHCenter
+            }
+
+            ListView {
+                id: list
+
+                // Within the delegate both ids would name its own properties.
+                readonly property Properties rowProp: prop
+                readonly property Functions rowFunctions: mainFunctions
+
+                anchors.fill: parent
+                anchors.margins: 6 * root.scf
+                clip: true
+                activeFocusOnTab: true
+                boundsBehavior: Flickable.StopAtBounds
+                highlightMoveDuration: 0
+                model: files
+                Accessible.role: Accessible.List
+                Accessible.name: heading.text
+                Fusion.ScrollBar.vertical: Fusion.ScrollBar {}
+
+                delegate: ArchiveRow {
+                    width: list.width
+                    prop: list.rowProp
+                    mainFunctions: list.rowFunctions
+                    onActiveFocusChanged: {
+                        if (activeFocus)
+                            list.currentIndex = index;
+                    }
+                    onUnlockFullAccess: {
+                        root.cancel();
+                        root.unlockFullAccess();
+                    }
+                    onGetFullFile: root.getFullFile(index)
+                    onFormatChosen: chosen => {
+                        files.setValue(index, "chosen", chosen);
+                        root.changedFormat(index, chosen.toLowerCase());
+                    }
+                    onOperateFile: isMix => root.operateFile(index, isMix, format.toLowerCase())
+                }
+            }
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+
+            TextBtn {
+                Layout.preferredWidth: 160 * root.scf
+                Layout.preferredHeight: 40 * root.scf
+                prop: prop
+                text: qsTr("Open Saved Folder")
+                onClicked: root.openFolder()
+            }
+
+            Item {
+                Layout.fillWidth: true
+            }
+
+            TextBtn {
+                Layout.preferredWidth: 140 * root.scf
+                Layout.preferredHeight: 40 * root.scf
+                prop: prop
+                text: qsTr("CLOSE")
+                onClicked: root.cancel()
+            }
+        }
+    }
+
+    LoadingHover {
+        visible: root.isProcessing
+        prop: prop
+    }
+}

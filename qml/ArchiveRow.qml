@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+import QtQuick.Layouts
+
+/// One result in the archive's list, with the ways to get it.
+FocusScope {
+    id: row
+
+    required property Properties prop
+    required property Functions mainFunctions
+    required property int index
+    required property string name
+    required property string deleted
+    required property string instrument
+    required property string extension
+    required property string demoFile
+    required property string demoUser
+    required property string btnInstrument
+    required property string btnMix
+    required property bool isVideo
+    /// Files may have this name; without that nothing is offered.
+    required property bool isUsable
+    /// The format that was chosen in this row; empty before.
+    required property string chosen
+
+    readonly property real scf: row.prop.scf
+    readonly property bool isDemo: row.demoFile !== "no"
+    readonly property list<string> formats: row.isVideo ? Vocabulary.allFormats : Vocabulary.audioFormats
+    readonly property int formatIndex: Math.max(0, row.formats.indexOf(row.chosen !== "" ? row.chosen : row.extension.toUpperCase()))
+    readonly property string format: row.formats[row.formatIndex]
+
+    signal unlockFullAccess
+    signal getFullFile
+    signal formatChosen(string format)
+    signal operateFile(bool isMix)
+
+    height: 40 * row.scf
+    Accessible.role: Accessible.ListItem
+    Accessible.name: row.name
+
+    Rectangle {
+        anchors.fill: parent
+        color: row.index % 2 === 0 ? "#496993" : "#6d8baf"
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        anchors.leftMargin: 10 * row.scf
+        anchors.rightMargin: 14 * row.scf
+        spacing: 6 * row.scf
+
+        Column {
+            Layout.fillWidth: true
+            Layout.alignment: Qt.AlignVCenter
+
+            Text {
+                width: parent.width
+                text: row.name
+                textFormat: Text.PlainText
+                font: row.prop.fonts.font10_13
+                color: "white"
+                elide: Text.ElideRight
+                maximumLineCount: 1
+            }
+
+            Text {
+                width: parent.width
+                text: row.isUsable ? qsTr("Files available until ") + row.deleted : qsTr("No file can have this name.")
+                textFormat: Text.PlainText
+                font.family: row.prop.defaultFont
+                font.pointSize: row.prop.fonts.font8_10.pointSize
+                font.italic: true
+                color: row.isUsable ? "#e3ebf5" : "#ffd9a8"
+                elide: Text.ElideRight
+                maximumLineCount: 1
+            }
+        }
+
+        ArchiveBtn {
+            Layout.preferredWidth: 150 * row.scf
+            visible: row.isUsable && row.isDemo && row.demoUser !== "no"
+            prop: row.prop
+            icon.name: "lock"
+            text: qsTr("Unlock Full Access")
+            onClicked: row.unlockFullAccess()
+        }
+
+        ArchiveBtn {
+            Layout.preferredWidth: 140 * row.scf
+            visible: row.isUsable && row.isDemo && row.demoUser === "no"
+            prop: row.prop
+            icon.name: "process"
+            text: qsTr("Process Full File")
+            Accessible.description: row.name
+            onClicked: row.getFullFile()
+        }
+
+        Dropdown {
+            id: formatBox
+
+            Layout.preferredWidth: 65 * row.scf
+            Layout.preferredHeight: 24 * row.scf
+            visible: row.isUsable && !row.isDemo
+            prop: row.prop
+            model: row.formats
+            currentIndex: row.formatIndex
+            Accessible.name: qsTr("Output Format")
+            Accessible.description: row.name
+            onActivated: row.formatChosen(formatBox.currentText)
+        }
+
+        ArchiveBtn {
+            Layout.preferredWidth: 85 * row.scf
+            visible: row.isUsable
+            prop: row.prop
+            icon.name: row.btnInstrument
+            text: row.mainFunctions.capitalizeFirstLetter(row.instrument)
+            Accessible.description: (row.btnInstrument === "play" ? qsTr("Play") : qsTr("Download")) + " " + row.name
+            onClicked: row.operateFile(false)
+        }
+
+        ArchiveBtn {
+            Layout.preferredWidth: 70 * row.scf
+            visible: row.isUsable
+            prop: row.prop
+            icon.name: row.btnMix
+            text: qsTr("Mix")
+            Accessible.description: (row.btnMix === "play" ? qsTr("Play") : qsTr("Download")) + " " + row.name
+            onClicked: row.operateFile(true)
+        }
+    }
+}
