@@ -85,7 +85,8 @@ void ArchiveHandler::useDownload(const QString &file)
         return;
     }
     // Without the user's own film the stored one cannot be made again, but its sound can be.
-    const bool isFilmGone = isVideoOutput(mediaSuffix(m_storedPath)) && !isFileHere(m_sourcePath);
+    const bool isFilmGone =
+        isVideoOutput(mediaSuffix(m_storedPath)) && !isOriginalHere(m_sourcePath);
     if (isFilmGone)
         startWorker(file, m_targetPath, &ConvertingFile::prepareFinal,
                     &ArchiveHandler::doneConvert);
@@ -123,7 +124,7 @@ void ArchiveHandler::startWorker(const QString &input, const QString &output,
                                  void (ConvertingFile::*entry)(), void (ArchiveHandler::*slot)())
 {
     setMode("converting");
-    const QString source = isFileHere(m_sourcePath) ? m_sourcePath : m_storedPath;
+    const QString source = isOriginalHere(m_sourcePath) ? m_sourcePath : m_storedPath;
     m_worker.start(std::make_unique<ConvertingFile>(&m_cancelState, input, output, source, true),
                    entry, &ConvertingFile::doneMain, this, slot);
 }

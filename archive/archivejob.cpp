@@ -4,6 +4,7 @@
 
 #include "service/mediaformats.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QVariantMap>
 
@@ -13,7 +14,8 @@ namespace {
 
 bool hasPicture(const ArchiveRecord &record, const ResultPaths &paths, const FileTest &exists)
 {
-    if (exists(record.localFilePath) && isVideoSource(mediaSuffix(record.localFilePath)))
+    if (isOriginalHere(record.localFilePath, exists)
+        && isVideoSource(mediaSuffix(record.localFilePath)))
         return true;
     return exists(paths.main) && exists(paths.mix) && isVideoSource(mediaSuffix(paths.main));
 }
@@ -21,15 +23,20 @@ bool hasPicture(const ArchiveRecord &record, const ResultPaths &paths, const Fil
 bool canGivePicture(const ArchiveRecord &record, const QString &stored, const FileTest &exists)
 {
     return (isVideoOutput(record.extension) && exists(stored))
-        || (isVideoOutput(mediaSuffix(record.localFilePath)) && exists(record.localFilePath));
+        || (isVideoOutput(mediaSuffix(record.localFilePath))
+            && isOriginalHere(record.localFilePath, exists));
 }
 
 } // namespace
 
 bool isFileHere(const QString &path)
 {
-    const QFileInfo file(path);
-    return file.isAbsolute() && file.isFile();
+    return QFileInfo(path).isFile();
+}
+
+bool isOriginalHere(const QString &path, const FileTest &exists)
+{
+    return QDir::isAbsolutePath(path) && exists(path);
 }
 
 ResultPaths archivePaths(const QString &folder, const ArchiveRecord &record,
@@ -84,6 +91,7 @@ ArchiveJob archiveJob(const ArchiveRecord &record, const QString &folder, bool i
 QString fullRunExtension(const ArchiveRecord &record, const QString &audioFormat,
                          const FileTest &exists)
 {
-    const bool isPictureGone = isVideoSource(record.extension) && !exists(record.localFilePath);
+    const bool isPictureGone =
+        isVideoSource(record.extension) && !isOriginalHere(record.localFilePath, exists);
     return isPictureGone ? audioFormat.toLower() : record.extension;
 }

@@ -10,8 +10,11 @@
 /// What can be done with archived results: decided by which files exist.
 using FileTest = std::function<bool(const QString &path)>;
 
-/// Whether that absolute path is a file on this machine.
+/// Whether that path is a file on this machine.
 [[nodiscard]] bool isFileHere(const QString &path);
+
+/// Whether the user's own file, which the service only names, is here; never for a relative path.
+[[nodiscard]] bool isOriginalHere(const QString &path, const FileTest &exists = isFileHere);
 
 /// Where a record's results lie in a format. Both are empty when there is no folder or the record
 /// cannot name files.

@@ -145,7 +145,8 @@ Item {
                 model: files
                 Accessible.role: Accessible.List
                 Accessible.name: heading.text
-                Fusion.ScrollBar.vertical: Fusion.ScrollBar {}
+                Fusion.ScrollBar.vertical: Fusion.ScrollBar {
+                }
 
                 delegate: ArchiveRow {
                     width: list.width

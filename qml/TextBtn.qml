@@ -73,6 +73,7 @@ T.AbstractButton {
         font: btn.font
         fontSizeMode: Text.HorizontalFit
         minimumPointSize: 4
+        elide: Text.ElideRight
         color: btn.enabled ? "white" : "#B3B3B3"
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter

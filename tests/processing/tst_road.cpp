@@ -5,6 +5,7 @@
 #include "app/base/programdata.h"
 #include "processing/fileprocessing.h"
 #include "service/serviceconnection.h"
+#include "tests/support/childprocesses.h"
 #include "tests/support/madesources.h"
 #include "tests/support/recordedmessages.h"
 #include "tests/support/testmain.h"
@@ -32,22 +33,6 @@ QList<qint16> samples(const QString &path)
     for (qsizetype at = data + 8; data > 0 && at + 1 < bytes.size(); at += 2)
         result << qFromLittleEndian<qint16>(bytes.constData() + at);
     return result;
-}
-
-/// Children of this process by name.
-QStringList childProcesses(const QByteArray &name)
-{
-    QStringList found;
-    for (const QString &pid : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
-        QFile file("/proc/" + pid + "/stat");
-        if (!file.open(QIODevice::ReadOnly))
-            continue;
-        const QByteArray stat = file.readAll();
-        const QByteArray parent = stat.mid(stat.lastIndexOf(')') + 2).split(' ').value(1);
-        if (stat.contains('(' + name) && parent.toLongLong() == QCoreApplication::applicationPid())
-            found << pid;
-    }
-    return found;
 }
 
 } // namespace

@@ -1,0 +1,327 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "app/base/programdata.h"
+#include "archive/archive.h"
+#include "archive/archivehandler.h"
+#include "tests/support/recordedmessages.h"
+#include "tests/support/scriptedserver.h"
+#include "tests/support/testmain.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QQuickItem>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+namespace {
+
+const QByteArray list = "/teko-server/auth/archive.php";
+const QByteArray download = "/teko-server/download.php";
+const QByteArray cancel = "/teko-server/cancel.php";
+
+QByteArray record(const QByteArray &name, const QByteArray &extension,
+                  const QByteArray &original = {})
+{
+    return R"({"name":")" + name + R"(","deleted":"soon","instrument":"vocals","extension":")"
+        + extension + R"(","demoFile":"no","local_file_path":")" + original + R"(","ai_id":"17"})";
+}
+
+} // namespace
+
+/// The archive's windows with their real views and the scripted server. WAV results need no ffmpeg.
+class TestArchive : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        TestCase::init();
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir(m_folder->path()).mkdir("Save"));
+        m_store = std::make_unique<ProgramData>(m_folder->filePath("teko.ini"));
+        m_store->settings().setValue("default_path_save", m_folder->filePath("Save"));
+        UserRecord user;
+        user.hash = "h+%";
+        m_store->setUser(user);
+        m_server = std::make_unique<ScriptedServer>();
+        m_store->setEndpointSource([this] {
+            return ServiceEndpoints{m_server->url(), m_server->url("/generate_204"), {}};
+        });
+        m_server->on("/generate_204", {ScriptedAnswer::text({}, 204)});
+        m_server->on(list,
+                     {ScriptedAnswer::text('[' + record("Song", "wav") + ",7,"
+                                           + record("../Song", "wav") + ']')});
+        m_server->on(download,
+                     {ScriptedAnswer::text(m_server->url("/a").toEncoded() + '|'
+                                           + m_server->url("/b").toEncoded())});
+        m_server->on("/a", {ScriptedAnswer::text("instrument")});
+        m_server->on("/b", {ScriptedAnswer::text("the rest")});
+        m_server->on(cancel, {ScriptedAnswer::text("1")});
+        m_window = std::make_unique<Archive>(*m_store);
+    }
+
+    void cleanup() { m_window.reset(); }
+
+    void opening()
+    {
+        m_store->settings().setValue("settings_gui_scale", 1.5);
+        QSignalSpy files(m_window.get(), &Archive::updateFiles);
+        QCOMPARE(m_window->size(), QSize(540, 500));
+        m_window->openWindow();
+        QCOMPARE(m_window->minimumSize(), QSize(810, 600));
+        QCOMPARE(value("scf"), QVariant(1.5));
+        QCOMPARE(value("isProcessing"), QVariant(false));
+        const QVariantList rows = files.constLast().constFirst().toList();
+        QCOMPARE(rows.size(), 2);
+        QCOMPARE(rows[0].toMap().value("isUsable"), QVariant(true));
+        QCOMPARE(rows[1].toMap().value("isUsable"), QVariant(false));
+        QCOMPARE(m_server->requests(list).constFirst().field("hash"), QStringLiteral("h+%"));
+        m_window->openWindow();
+        QCOMPARE(m_server->requests(list).size(), 2);
+    }
+
+    void waitingIsSeenAndMayEnd_data()
+    {
+        QTest::addColumn<QString>("end");
+        for (const char *end : {"answer", "close", "close and open again", "destroy"})
+            QTest::newRow(end) << end;
+    }
+
+    /// The overlay is painted while the answer is awaited, and whatever ends the waiting is safe.
+    void waitingIsSeenAndMayEnd()
+    {
+        QFETCH(QString, end);
+        RecordedMessages messages;
+        m_server->on(list, {ScriptedAnswer::text("[]").held(), ScriptedAnswer::text("[]")});
+        QSignalSpy files(m_window.get(), &Archive::updateFiles);
+        QSignalSpy back(m_window.get(), &Archive::showParent);
+        bool wasPainted = false;
+        QTimer look;
+        connect(&look, &QTimer::timeout, this, [&] {
+            if (m_server->requests(list).isEmpty())
+                return;
+            look.stop();
+            wasPainted = value("isProcessing").toBool()
+                && m_window->grab().toImage().pixelColor(5, 5).lightness() < 40;
+            if (end == "answer")
+                m_server->release();
+            else if (end == "destroy")
+                m_window.reset();
+            else
+                m_window->close();
+            if (end == "close and open again")
+                m_window->openWindow();
+        });
+        look.start(1);
+        m_window->openWindow();
+        QVERIFY(wasPainted);
+        QCOMPARE(files.size(), end == "answer" || end == "close and open again" ? 1 : 0);
+        QCOMPARE(back.size(), end.startsWith("close") ? 1 : 0);
+        QCOMPARE(messages.texts(), QStringList());
+    }
+
+    void failures_data()
+    {
+        QTest::addColumn<ScriptedAnswer>("answer");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("refusal") << ScriptedAnswer::text("<b>No</b>") << "Archive Error: <b>No</b>";
+        QTest::newRow("HTTP error")
+            << ScriptedAnswer::text("sorry", 500) << "Archive Error: *Refused";
+        QTest::newRow("50 MB of records")
+            << ScriptedAnswer::text('[' + QByteArray(50 * 1024 * 1024, '0') + ']')
+            << "Archive Error: *too long*";
+    }
+
+    void failures()
+    {
+        QFETCH(ScriptedAnswer, answer);
+        QFETCH(QString, message);
+        RecordedMessages messages;
+        m_window->openWindow();
+        m_server->on(list, {answer});
+        QSignalSpy files(m_window.get(), &Archive::updateFiles);
+        m_window->openWindow();
+        QCOMPARE(messages.texts().size(), 1);
+        QVERIFY2(isLike(messages.texts().constFirst(), message),
+                 qPrintable(messages.texts().constFirst()));
+        QCOMPARE(files.constLast().constFirst().toList().size(), 0);
+        QCOMPARE(value("isProcessing"), QVariant(false));
+    }
+
+    void unreachableService()
+    {
+        RecordedMessages messages;
+        m_store->setEndpointSource([] { return ServiceEndpoints(); });
+        m_window->openWindow();
+        QCOMPARE(messages.texts(), QStringList("Archive Error: No internet connection!"));
+    }
+
+    void downloadingAndPlaying()
+    {
+        RecordedMessages messages;
+        m_window->openWindow();
+        QSignalSpy buttons(m_window.get(), &Archive::changeButtons);
+        m_window->operateFile(0, true, "wav");
+        QCOMPARE(handler()->rootObject()->property("mode"), QVariant("downloading"));
+        QVERIFY(handler()->isModal());
+        QTRY_COMPARE(buttons.size(), 1);
+        QCOMPARE(buttons.constFirst(), QVariantList({0, "download", "play"}));
+        QCOMPARE(contents(), QStringList("Mix Without vocals - Song.wav=the rest"));
+        QVERIFY(!handler()->isVisible());
+        QCOMPARE(m_server->requests(download).constFirst().field("songID"), QStringLiteral("17"));
+        QTRY_COMPARE(m_server->requests(cancel).size(), 1);
+
+        m_window->changedFormat(0, "mp3");
+        QCOMPARE(buttons.constLast(), QVariantList({0, "download", "download"}));
+        QDesktopServices::setUrlHandler("file", this, "noteOpened");
+        m_window->operateFile(0, true, "wav");
+        m_window->openFolder();
+        QDesktopServices::unsetUrlHandler("file");
+        const QString save = m_folder->filePath("Save");
+        QCOMPARE(m_opened,
+                 QList<QUrl>({QUrl::fromLocalFile(save + "/Mix Without vocals - Song.wav"),
+                              QUrl::fromLocalFile(save)}));
+        QCOMPARE(messages.texts(), QStringList());
+    }
+
+    void rowsThatNameNoFileDoNothing()
+    {
+        m_window->openWindow();
+        QSignalSpy buttons(m_window.get(), &Archive::changeButtons);
+        QSignalSpy again(m_window.get(), &Archive::reProcessDemo);
+        for (const int row : {-1, 1, 2}) {
+            m_window->operateFile(row, false, "wav");
+            m_window->changedFormat(row, "wav");
+            m_window->getFullFile(row);
+        }
+        QCOMPARE(buttons.size() + again.size(), 0);
+        QVERIFY(m_server->requests(download).isEmpty());
+        m_window->getFullFile(0);
+        QCOMPARE(again.constFirst(), QVariantList({"", "vocals", "wav", 17}));
+    }
+
+    void filmThatIsGone()
+    {
+        RecordedMessages messages;
+        m_server->on(list,
+                     {ScriptedAnswer::text('[' + record("Song", "mp3", "/gone/%1.mp4") + ']')});
+        m_window->openWindow();
+        m_window->operateFile(0, false, "mkv");
+        QCOMPARE(messages.texts(),
+                 QStringList("File Format Error: Cannot download and convert file to mkv, because "
+                             "original video file is missed:\n\n/gone/%1.mp4"));
+        QVERIFY(m_server->requests(download).isEmpty());
+        m_store->settings().setValue("default_path_save", m_folder->filePath("x/y"));
+        m_window->operateFile(0, false, "mp3");
+        QVERIFY(
+            messages.texts().constLast().contains("The folder for saved files cannot be used."));
+    }
+
+    void endingADownload_data()
+    {
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<ScriptedAnswer>("answer");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("locations asked") << download << ScriptedAnswer::never() << "";
+        QTest::newRow("on its way")
+            << QByteArray("/a") << ScriptedAnswer::text("late").held() << "";
+        QTest::newRow("refused") << download << ScriptedAnswer::text("Gone")
+                                 << "File Processing Error: Gone";
+        QTest::newRow("missing") << QByteArray("/a") << ScriptedAnswer::text("", 404)
+                                 << "File Processing Error: Download error:*";
+        QTest::newRow("cut off") << QByteArray("/a") << ScriptedAnswer::wrongLength("instr", "10")
+                                 << "File Processing Error: Download error:*";
+    }
+
+    void endingADownload()
+    {
+        QFETCH(QByteArray, path);
+        QFETCH(ScriptedAnswer, answer);
+        QFETCH(QString, message);
+        RecordedMessages messages;
+        m_server->on(path, {answer});
+        m_window->openWindow();
+        QSignalSpy buttons(m_window.get(), &Archive::changeButtons);
+        m_window->operateFile(0, false, "wav");
+        QTRY_VERIFY(!m_server->requests(path).isEmpty());
+        if (message.isEmpty())
+            QMetaObject::invokeMethod(handler()->rootObject(), "cancelProcess");
+        QTRY_VERIFY(!handler()->isVisible());
+        QTRY_COMPARE(m_server->requests(cancel).size(), 1);
+        m_server->release();
+        QCOMPARE(contents(), QStringList());
+        QVERIFY2(message.isEmpty() ? messages.texts().isEmpty()
+                                   : isLike(messages.texts().value(0), message),
+                 qPrintable(messages.texts().join('\n')));
+        // The same window gets the result at the next try.
+        m_server->on(download, {ScriptedAnswer::text(m_server->url("/a").toEncoded() + '|')});
+        m_server->on("/a", {ScriptedAnswer::text("instrument")});
+        m_window->operateFile(0, false, "wav");
+        QTRY_COMPARE(buttons.size(), 1);
+        QCOMPARE(contents(), QStringList("vocals - Song.wav=instrument"));
+    }
+
+    void theHandlersWindow()
+    {
+        ArchiveHandler window(*m_store);
+        RecordedMessages messages;
+        window.openWindow("/s/a.mp3", "/s/a.wav", "/in/<b>Song<br>.mp4");
+        const QQuickItem *view = window.rootObject();
+        QCOMPARE(window.minimumSize(), QSize(470, 350));
+        QCOMPARE(window.maximumSize(), QSize(470, 350));
+        QCOMPARE(view->property("fileName"), QVariant("<b>Song<br>.mp4"));
+        QVERIFY(window.windowFlags() & Qt::WindowStaysOnTopHint);
+        window.rootObject()->setProperty("mode", "downloading");
+        window.downloadingFirst(99.8);
+        QCOMPARE(view->property("downloadingPercent"), QVariant(100));
+        QVERIFY(window.isVisible());
+        window.downloadingFirst(100);
+        QCOMPARE(messages.texts(), QStringList("File Processing Error: File not downloaded"));
+        QVERIFY(!window.isVisible());
+        window.openWindow("/s/a.mp3", "/s/a.wav", {});
+        QCOMPARE(view->property("downloadingPercent"), QVariant(0));
+    }
+
+public slots:
+    void noteOpened(const QUrl &url) { m_opened << url; }
+
+private:
+    QVariant value(const char *name) const { return m_window->rootObject()->property(name); }
+
+    static ArchiveHandler *handler()
+    {
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            if (auto *handler = qobject_cast<ArchiveHandler *>(window))
+                return handler;
+        }
+        return nullptr;
+    }
+
+    /// The files of the save folder as "name=content".
+    QStringList contents() const
+    {
+        QStringList found;
+        const QDir dir(m_folder->filePath("Save"));
+        for (const QString &name : dir.entryList(QDir::Files | QDir::Hidden, QDir::Name)) {
+            QFile file(dir.filePath(name));
+            if (file.open(QIODevice::ReadOnly))
+                found << name + '=' + QString::fromUtf8(file.readAll());
+        }
+        return found;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<ProgramData> m_store;
+    std::unique_ptr<ScriptedServer> m_server;
+    std::unique_ptr<Archive> m_window;
+    QList<QUrl> m_opened;
+};
+
+TEKO_TEST_MAIN(TestArchive)
+#include "tst_archive.moc"
