@@ -159,8 +159,7 @@ bool Runner::cancel(std::int32_t id)
     found->second->cancelledByUser = true;
     found->second->control.cancelled = true;
     // At once, so that the same request made now is a new job and not this one's twin.
-    m_jobs.move(id, JobState::Running, JobState::Cancelled);
-    return true;
+    return m_jobs.move(id, JobState::Running, JobState::Cancelled);
 }
 
 int Runner::secondsLeft(const Job &job)
