@@ -152,6 +152,36 @@ TestCase {
         shots.take(window.contentItem, "main-" + data.state, data.scale);
     }
 
+    function test_settings_data(): var {
+        return shots.rows(["all", "formats"]);
+    }
+    function test_settings(data: var) {
+        const window = createTemporaryObject(frame, null, {
+                "width": 540 * data.scale,
+                "height": 670 * data.scale
+            });
+        tryCompare(window, "visible", true);
+        const view = createTemporaryObject(Qt.createComponent("qrc:/qml/Settings.qml"), window.contentItem, {
+                "width": 540 * data.scale,
+                "height": 670 * data.scale,
+                "scf": data.scale
+            });
+        view.setProgramSettings({
+                "default_path_save": "/home/ada/Documents/TEKO/Save",
+                "default_path_open": "",
+                "default_video_format": "MKV",
+                "default_audio_format": "none",
+                "default_instrument": "Vocals",
+                "default_video_player": "Default Video Player",
+                "default_audio_player": "Karaoke Trimlet"
+            });
+        view.loaded();
+        tryCompare(view, "gradiendVar", 1);
+        if (data.state === "formats")
+            mouseClick(shots.find(view, "Video Output Format:"));
+        shots.take(view, "settings-" + data.state, data.scale);
+    }
+
     name: "Screenshots"
 
     Component {
