@@ -56,6 +56,8 @@ void UserAuth::recheck()
 
 void UserAuth::checkKept()
 {
+    // Two calls of initialCheck() in a row come here twice.
+    m_client.abandon();
     const Credentials kept = m_session.restore();
     setEmail(kept.email);
     m_candidates = sessionsToTry(kept, m_store.localAccount());

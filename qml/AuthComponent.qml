@@ -28,17 +28,31 @@ Item {
     }
     /// Puts the cursor into the first field that is still to be filled.
     function takeFocus() {
-        const fields = [nameField, emailField, codeField, passwordField].filter(f => f.visible);
-        const empty = fields.find(f => f.text === "");
-        (empty ?? fields[fields.length - 1])?.takeFocus();
+        let chosen = null;
+        for (const field of [nameField, emailField, codeField, passwordField]) {
+            if (!field.visible)
+                continue;
+            chosen = field;
+            if (field.text === "")
+                break;
+        }
+        if (chosen)
+            chosen.takeFocus();
     }
     function submit() {
         if (!form.busy)
             form.submitted();
     }
 
+    onModeChanged: focusTimer.restart()
+
     // Later, when the fields of the mode are to be seen.
-    onModeChanged: Qt.callLater(form.takeFocus)
+    Timer {
+        id: focusTimer
+
+        interval: 0
+        onTriggered: form.takeFocus()
+    }
 
     Column {
         anchors {

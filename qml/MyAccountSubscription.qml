@@ -37,17 +37,32 @@ Item {
         columns: 2
         rowSpacing: 6 * pane.scf
 
-        Repeater {
-            model: [[qsTr("Type"), pane.type], [qsTr("Version"), pane.version], [qsTr("Period"), pane.period], [qsTr("Since"), pane.added]]
+        SubscriptionLabel {
+            width: pane.width / 2
+            prop: pane.prop
+            label: qsTr("Type")
+            value: pane.type
+        }
 
-            SubscriptionLabel {
-                required property var modelData
+        SubscriptionLabel {
+            width: pane.width / 2
+            prop: pane.prop
+            label: qsTr("Version")
+            value: pane.version
+        }
 
-                width: pane.width / 2
-                prop: pane.prop
-                label: modelData[0]
-                value: modelData[1]
-            }
+        SubscriptionLabel {
+            width: pane.width / 2
+            prop: pane.prop
+            label: qsTr("Period")
+            value: pane.period
+        }
+
+        SubscriptionLabel {
+            width: pane.width / 2
+            prop: pane.prop
+            label: qsTr("Since")
+            value: pane.added
         }
     }
 }

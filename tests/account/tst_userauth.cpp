@@ -87,6 +87,38 @@ private slots:
         QTRY_COMPARE(store().user().subscription.id, 3);
     }
 
+    void impatientChecksGiveOneAnswer()
+    {
+        signIn("h1");
+        server().on(m_check, {Answer::text("Please sign in again.")});
+        m_events.clear();
+        m_auth->initialCheck();
+        m_auth->initialCheck();
+        QTRY_COMPARE(m_events, QStringList{"out"});
+        // Whatever else was asked has been answered by then as well.
+        QVERIFY(m_auth->client().postAndWait("auth/check.php", {}).text.startsWith("Please"));
+        QCOMPARE(m_events, QStringList{"out"});
+    }
+
+    void nothingSecretIsLogged()
+    {
+        static QString log;
+        log.clear();
+        const auto before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext &, const QString &text) { log += text + '\n'; });
+        signIn("h1");
+        server().on(m_check, {Answer::text("h1 is unknown")});
+        m_auth->recheck();
+        QTRY_VERIFY(m_events.contains("out"));
+        server().on("/generate_204", {Answer::cut()});
+        m_auth->signIn("ann@b.de", "s3cret");
+        QTRY_VERIFY(!m_auth->isBusy());
+        qInstallMessageHandler(before);
+        QVERIFY(log.contains("auth/login.php"));
+        for (const char *secret : {"s3cret", "password", "h1", "ann@b.de"})
+            QVERIFY2(!log.contains(secret), secret);
+    }
+
     void newcomerWithTheEmbeddedServiceNeverSeesAForm()
     {
         store().setLocalAccount(LocalAccount{"me@here", "own"});
