@@ -9,7 +9,7 @@
 namespace {
 
 /// Far more than credentials need.
-constexpr qint64 mostBytes = 64 * 1024;
+constexpr qint64 mostBytes = 0x10000;
 
 QString pathIn(const QString &folder)
 {

@@ -120,7 +120,7 @@ void MyAccount::askFilesLeft()
                   });
 }
 
-void MyAccount::save(QString name, QString email, QString password)
+void MyAccount::save(const QString &name, const QString &email, const QString &password)
 {
     qInfo() << "MyAccount::save";
     const QString problem = problemWithChange(name, email, password);

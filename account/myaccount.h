@@ -29,7 +29,7 @@ signals:
 
 public slots:
     /// Changes the account; an empty password keeps the old one.
-    void save(QString name, QString email, QString password);
+    void save(const QString &name, const QString &email, const QString &password);
     void cancel();
 
 protected:

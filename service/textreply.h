@@ -22,7 +22,7 @@ struct TextAnswer
 };
 
 /// More than any short answer of the service has.
-inline constexpr qint64 mostTextBytes = 64 * 1024;
+inline constexpr qint64 mostTextBytes = 0x10000;
 
 using FormFields = QList<std::pair<QString, QString>>;
 
