@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "account/formrules.h"
 #include "account/licencegate.h"
-#include "account/session.h"
 #include "account/userreply.h"
 #include "tests/account/accountfixture.h"
 
@@ -49,44 +48,6 @@ private slots:
         QCOMPARE(reply.user.userId, isUser ? 7 : 0);
     }
 
-    /// Only the number 0 locks a user out.
-    void dailyLimit()
-    {
-        QVERIFY(isDailyLimitReached(0));
-        for (const int left : {-1, 1, 10})
-            QVERIFY(!isDailyLimitReached(left));
-    }
-
-    void candidates_data()
-    {
-        QTest::addColumn<Credentials>("kept");
-        QTest::addColumn<std::optional<LocalAccount>>("local");
-        QTest::addColumn<QList<SessionCandidate>>("candidates");
-        using List = QList<SessionCandidate>;
-        const std::optional<LocalAccount> none;
-        const std::optional<LocalAccount> own = LocalAccount{"me@here", "own"};
-        const Credentials newcomer{"key", "", "", "", false};
-        const Credentials signedOut{"key", "a@b", "", "", true};
-        const Credentials kept{"key", "a@b", "hash", "token", false};
-        const Credentials keptOwn{"key", "me@here", "own", "token", false};
-        const SessionCandidate ownSession{"me@here", "own", true};
-        QTest::newRow("newcomer, far service") << newcomer << none << List{};
-        QTest::newRow("newcomer, own service") << newcomer << own << List{ownSession};
-        QTest::newRow("signed out") << signedOut << own << List{};
-        QTest::newRow("kept, far service") << kept << none << List{{"a@b", "hash", false}};
-        QTest::newRow("kept, own service")
-            << kept << own << List{{"a@b", "hash", false}, ownSession};
-        QTest::newRow("own one kept") << keptOwn << own << List{ownSession};
-    }
-
-    void candidates()
-    {
-        QFETCH(Credentials, kept);
-        QFETCH(std::optional<LocalAccount>, local);
-        QFETCH(QList<SessionCandidate>, candidates);
-        QCOMPARE(sessionsToTry(kept, local), candidates);
-    }
-
     void typedTexts_data()
     {
         QTest::addColumn<QString>("problem");
@@ -109,7 +70,5 @@ private slots:
     }
 };
 
-Q_DECLARE_METATYPE(Credentials)
-Q_DECLARE_METATYPE(std::optional<LocalAccount>)
 TEKO_TEST_MAIN(TestAccountRules)
 #include "tst_accountrules.moc"
