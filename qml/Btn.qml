@@ -3,7 +3,6 @@
 import QtQuick
 import QtQuick.Window
 import qml
-import QtQuick.Controls.Basic as Controls
 import QtQuick.Templates as T
 
 /// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus.
@@ -26,9 +25,9 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.tooltip !== "" ? btn.tooltip : btn.label !== "" ? btn.label.replace("\n", " ") : btn.iconName
-    Controls.ToolTip.text: btn.tooltip
-    Controls.ToolTip.visible: btn.hovered && btn.tooltip !== ""
-    Controls.ToolTip.delay: 600
+    T.ToolTip.text: btn.tooltip
+    T.ToolTip.visible: btn.hovered && btn.tooltip !== ""
+    T.ToolTip.delay: 600
 
     states: [
         State {

@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
-import QtQuick.Controls.Basic as Controls
-import QtQuick.Layouts
+import QtQuick.Templates as T
 import backend.BackendLoader 1.0
 import backend.UserAuth 1.0
 import "OS" as OS
 
 /// The home window: a file, the settings, the archive.
-Controls.ApplicationWindow {
+T.ApplicationWindow {
     id: root
 
     property real scf: 1
@@ -20,6 +19,7 @@ Controls.ApplicationWindow {
     maximumWidth: 470 * root.scf
     maximumHeight: 210 * root.scf
     visible: true
+    color: "#00050b"
     title: mainFunctions.setApplicationWindowTitle()
 
     Component.onCompleted: {
@@ -70,10 +70,13 @@ Controls.ApplicationWindow {
         iconWidth: 30 * root.scf
         tooltip: qsTr("Help")
         enabled: prop.isActiveProduct
-        onClicked: helpMenu.popup(root.width - 225 * root.scf, 5 * root.scf)
+        onClicked: {
+            helpMenu.make();
+            (helpMenu.item as HelpMenu).popup(root.width - 225 * root.scf, 5 * root.scf);
+        }
     }
 
-    RowLayout {
+    Row {
         anchors.centerIn: parent
         spacing: 15 * root.scf
 
@@ -136,19 +139,36 @@ Controls.ApplicationWindow {
         onFileDropped: path => backendLoader.loadFile(path)
     }
 
-    HelpMenu {
+    LateView {
         id: helpMenu
 
-        prop: prop
-        backendLoader: backendLoader
-        onLoggedOut: userAuth.initialCheck()
-        onScaleReset: root.scf = 1
+        view: "HelpMenu.qml"
+        needs: ({
+                "prop": prop,
+                "backendLoader": backendLoader
+            })
     }
 
-    AuthLayer {
-        prop: prop
-        userAuth: userAuth
+    Connections {
+        target: helpMenu.item
+        function onLoggedOut() {
+            userAuth.initialCheck();
+        }
+        function onScaleReset() {
+            root.scf = 1;
+        }
+    }
+
+    LateView {
+        id: authLayer
+
+        anchors.fill: parent
         visible: !prop.isActiveProduct
+        view: "AuthLayer.qml"
+        needs: ({
+                "prop": prop,
+                "userAuth": userAuth
+            })
     }
 
     LoadingHover {
@@ -159,6 +179,8 @@ Controls.ApplicationWindow {
 
     function setSignedIn(signedIn: bool) {
         prop.isActiveProduct = signedIn;
+        if (!signedIn)
+            authLayer.make();
         initialLoader.visible = false;
     }
 }

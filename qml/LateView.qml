@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick
+
+/// A part of a view that is made when it is first wanted, so that the view itself is there sooner.
+Loader {
+    id: late
+
+    required property url view
+    /// What the part needs from its start.
+    required property var needs
+
+    function make() {
+        if (late.status === Loader.Null)
+            late.setSource(late.view, late.needs);
+    }
+}
