@@ -1,155 +1,155 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
-import QtQuick.Window
 import QtTest
+import "../../tests/qml"
+import "../../tests/qml/states.js" as States
 
-// Pictures every view in every state into the current folder. Run by make.py.
-TestCase {
+// Pictures every window in every state into the current folder. Run by make.py.
+ViewCase {
     id: shots
 
-    readonly property var scales: [0.6, 1.0, 1.5]
-    readonly property string longName: "A rather long song name, live at the harbour, 2024-06-01.flac"
-    readonly property var states: [{
-            "name": "select",
+    readonly property var settings: ({
+            "default_path_save": "/home/anna/Documents/TEKO/Save",
+            "default_path_open": "/home/anna/Music",
+            "default_video_format": "MP4",
+            "default_audio_format": "none",
+            "default_instrument": "Vocals",
+            "default_video_player": "Default Video Player",
+            "default_audio_player": "Song Trimlet"
+        })
+    readonly property var archive: [
+        ["Evening Song", "vocals", "mp4", "no", true, "play", "play"],
+        ["A rather long song name, live at the harbour, 2024-06-01", "guitar", "flac", "no", false, "download", "play"],
+        ["Demo of a Waltz", "piano", "mp3", "yes", false, "download", "download"],
+        ["Night Train", "drums", "webm", "no", true, "download", "download"]
+    ].map(r => ({
+                "name": r[0],
+                "instrument": r[1],
+                "extension": r[2],
+                "demoFile": r[3],
+                "isVideo": r[4],
+                "btnInstrument": r[5],
+                "btnMix": r[6],
+                "deleted": "21 Dec 2026",
+                "demoUser": "no",
+                "local_file_path": "/home/anna/Music/a.mp4",
+                "ai_id": 1
+            }))
+    readonly property var account: ({
+            "userName": "Anna Musterfrau",
+            "userEmail": "anna@example.org",
+            "planType": "Personal",
+            "planVersion": "1.0",
+            "planPeriod": "12 months",
+            "planAdded": "2026-01-15",
+            "filesLeft": 7
+        })
+    readonly property var windows: [
+        {
+            "name": "settings",
+            "view": "Settings",
+            "size": [540, 670],
+            "after": view => view.setProgramSettings(shots.settings)
+        },
+        {
+            "name": "archive",
+            "view": "Archive",
+            "size": [540, 400],
             "set": {
-                "fileName": "Evening Song.mp4"
-            }
-        }, {
-            "name": "selected",
-            "set": {
-                "fileName": shots.longName,
-                "selectedInstrument": "guitar",
-                "selectedOutputFormat": "FLAC"
-            }
-        }, {
-            "name": "formats",
-            "set": {
-                "fileName": "Evening Song.mp4",
-                "selectedInstrument": "vocals",
-                "selectedOutputFormat": "MOV"
+                "isProcessing": false
             },
-            "click": "Output Format: MOV"
-        }, {
-            "name": "instruments",
+            "after": view => view.updateFiles(shots.archive)
+        },
+        {
+            "name": "archive-empty",
+            "view": "Archive",
+            "size": [540, 400],
             "set": {
-                "currentLayer": "instrument_list"
+                "isProcessing": false
             }
-        }, {
-            "name": "uploading",
+        },
+        {
+            "name": "archive-loading",
+            "view": "Archive",
+            "size": [540, 400]
+        },
+        {
+            "name": "archive-downloading",
+            "view": "ArchiveHandler",
+            "size": [470, 350],
             "set": {
-                "currentLayer": "uploading",
-                "uploadingPercent": 42.5
+                "mode": "downloading",
+                "downloadingPercent": 58,
+                "fileName": "vocals - Evening Song.mp4"
             }
-        }, {
-            "name": "processing",
+        },
+        {
+            "name": "archive-converting",
+            "view": "ArchiveHandler",
+            "size": [470, 350],
             "set": {
-                "currentLayer": "processing",
-                "remainingProcessingTime": 117
+                "mode": "converting",
+                "fileName": "vocals - Evening Song.mp4"
             }
-        }, {
-            "name": "downloading",
-            "set": {
-                "currentLayer": "downloading",
-                "downloading1Percent": 64,
-                "downloading2Percent": 31
-            }
-        }, {
-            "name": "downloaded",
-            "set": {
-                "currentLayer": "downloading",
-                "downloading1Percent": 100,
-                "downloading2Percent": 73
-            }
-        }, {
-            "name": "converting",
-            "set": {
-                "currentLayer": "converting",
-                "convertingText": "Converting 'mix without vocals - file.wav'\nto selected output format"
-            }
-        }, {
-            "name": "success",
-            "set": {
-                "currentLayer": "success",
-                "isDemo": false
-            }
-        }, {
-            "name": "success-demo",
-            "set": {
-                "currentLayer": "success"
-            }
-        }]
-
-    function find(item: var, name: string): var {
-        for (let i = 0; i < item.children.length; ++i) {
-            const child = item.children[i];
-            if (child.visible && child.Accessible.name === name)
-                return child;
-            const found = shots.find(child, name);
-            if (found)
-                return found;
         }
-        return null;
-    }
+    ].concat(["none", "active", "expired"].map(licence => ({
+                    "name": "account-" + licence,
+                    "view": "MyAccount",
+                    "size": [470, 400],
+                    "set": Object.assign({
+                        "licence": licence
+                    }, shots.account)
+                })))
+
     function take(item: var, name: string, scale: real) {
         mouseMove(item, item.width / 2, item.height - 2);
         grabImage(item).save(name + "-" + scale.toFixed(1) + ".png");
     }
-    function rows(states: var): var {
-        const all = [];
-        for (const scale of shots.scales) {
-            for (const state of states) {
-                all.push({
-                        "tag": (state.name ?? state) + scale,
-                        "scale": scale,
-                        "state": state
-                    });
-            }
-        }
-        return all;
+    function show(name: string, size: var, scale: real, properties: var): var {
+        const parent = shots.showIn(size[0] * scale, size[1] * scale);
+        const view = shots.make(name, parent, Object.assign({
+                    "width": parent.width,
+                    "height": parent.height,
+                    "scf": scale
+                }, properties));
+        view.loaded();
+        tryVerify(() => view.gradiendVar > 0);
+        return view;
     }
     function test_processing_data(): var {
-        return shots.rows(shots.states);
+        return States.rows(States.processing);
     }
     function test_processing(data: var) {
-        const window = createTemporaryObject(frame, null, {
-                "width": 470 * data.scale,
-                "height": 350 * data.scale
-            });
-        tryCompare(window, "visible", true);
-        const view = createTemporaryObject(Qt.createComponent("qrc:/qml/FileProcessing.qml"), window.contentItem, {
-                "width": 470 * data.scale,
-                "height": 350 * data.scale,
-                "scf": data.scale,
-                "selectedInstrument": "vocals",
-                "selectedOutputFormat": "MP4",
-                "fileName": "Evening Song.mp4"
-            });
+        const view = shots.show("FileProcessing", [470, 350], data.scale, States.chosen);
         for (const [key, value] of Object.entries(data.state.set))
             view[key] = value;
-        if (data.state.name === "select") {
-            view.selectedInstrument = "none";
-            view.selectedOutputFormat = "none";
-        }
-        view.loaded();
-        tryCompare(view, "gradiendVar", 1);
         if (data.state.click !== undefined)
-            mouseClick(shots.find(view, data.state.click));
+            shots.click(view, data.state.click);
         shots.take(view, "processing-" + data.state.name, data.scale);
     }
+    function test_windows_data(): var {
+        return States.rows(shots.windows);
+    }
+    function test_windows(data: var) {
+        const view = shots.show(data.state.view, data.state.size, data.scale, data.state.set ?? {});
+        if (data.state.after !== undefined)
+            data.state.after(view);
+        shots.take(view, data.state.name, data.scale);
+    }
     function test_main_data(): var {
-        return shots.rows(["home", "menu", "disabled", "loading"]);
+        return States.rows(["home", "menu", "signin", "loading"]);
     }
     function test_main(data: var) {
-        const window = createTemporaryObject(Qt.createComponent("qrc:/qml/main.qml"), null, {
+        const main = shots.make("main", null, {
                 "scf": data.scale
             });
-        tryCompare(window, "visible", true);
+        tryCompare(main.contentItem, "width", 470 * data.scale);
         if (data.state !== "loading")
-            window.setSignedIn(data.state !== "disabled");
+            main.setSignedIn(data.state !== "signin");
         if (data.state === "menu")
-            mouseClick(shots.find(window.contentItem, "Help"));
-        shots.take(window.contentItem, "main-" + data.state, data.scale);
+            shots.click(main.contentItem, "Help");
+        shots.take(main.contentItem, "main-" + data.state, data.scale);
     }
 
     function test_settings_data(): var {
@@ -183,16 +183,4 @@ TestCase {
     }
 
     name: "Screenshots"
-
-    Component {
-        id: frame
-
-        Window {
-            visible: true
-        }
-    }
-    when: windowShown
-    width: 705
-    height: 525
-    visible: true
 }
