@@ -32,22 +32,6 @@ Item {
         files.setValue(idx, "btnMix", m);
     }
 
-    OS.CurrentTheme {
-        id: theme
-
-        scf: root.scf
-    }
-
-    Properties {
-        id: prop
-
-        theme: theme
-    }
-
-    Functions {
-        id: mainFunctions
-    }
-
     Background {
         id: background
     }
@@ -198,5 +182,22 @@ Item {
     LoadingHover {
         visible: root.isProcessing
         prop: prop
+    }
+
+    // Last, so that they outlive the rows of the list.
+    OS.CurrentTheme {
+        id: theme
+
+        scf: root.scf
+    }
+
+    Properties {
+        id: prop
+
+        theme: theme
+    }
+
+    Functions {
+        id: mainFunctions
     }
 }

@@ -24,19 +24,21 @@ Fusion.ComboBox {
     Accessible.ignored: !dropdown.mainVisible
 
     contentItem: Text {
-        leftPadding: 8 * dropdown.scf
-        rightPadding: 20 * dropdown.scf
+        leftPadding: 7 * dropdown.scf
+        rightPadding: 17 * dropdown.scf
         visible: dropdown.mainVisible
         text: dropdown.displayText
         textFormat: Text.PlainText
         font: dropdown.font
+        fontSizeMode: Text.HorizontalFit
+        minimumPointSize: 4
         color: dropdown.enabled ? "#10131a" : "#6b6f78"
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
     }
 
     indicator: Text {
-        x: dropdown.width - width - 7 * dropdown.scf
+        x: dropdown.width - width - 5 * dropdown.scf
         height: dropdown.height
         visible: dropdown.mainVisible
         text: "▾"

@@ -18,24 +18,19 @@ ViewCase {
             "default_video_player": "Default Video Player",
             "default_audio_player": "Song Trimlet"
         })
-    readonly property var archive: [
-        ["Evening Song", "vocals", "mp4", "no", true, "play", "play"],
-        ["A rather long song name, live at the harbour, 2024-06-01", "guitar", "flac", "no", false, "download", "play"],
-        ["Demo of a Waltz", "piano", "mp3", "yes", false, "download", "download"],
-        ["Night Train", "drums", "webm", "no", true, "download", "download"]
-    ].map(r => ({
-                "name": r[0],
-                "instrument": r[1],
-                "extension": r[2],
-                "demoFile": r[3],
-                "isVideo": r[4],
-                "btnInstrument": r[5],
-                "btnMix": r[6],
-                "deleted": "21 Dec 2026",
-                "demoUser": "no",
-                "local_file_path": "/home/anna/Music/a.mp4",
-                "ai_id": 1
-            }))
+    readonly property var archive: [["Evening Song", "vocals", "mp4", "no", true, "play", "play"], ["A rather long song name, live at the harbour, 2024-06-01", "guitar", "flac", "no", false, "download", "play"], ["Demo of a Waltz", "piano", "mp3", "yes", false, "download", "download"], ["Night Train", "drums", "webm", "no", true, "download", "download"]].map(r => ({
+                    "name": r[0],
+                    "instrument": r[1],
+                    "extension": r[2],
+                    "demoFile": r[3],
+                    "isVideo": r[4],
+                    "btnInstrument": r[5],
+                    "btnMix": r[6],
+                    "deleted": "21 Dec 2026",
+                    "demoUser": "no",
+                    "local_file_path": "/home/anna/Music/a.mp4",
+                    "ai_id": 1
+                }))
     readonly property var account: ({
             "userName": "Anna Musterfrau",
             "userEmail": "anna@example.org",
@@ -45,14 +40,12 @@ ViewCase {
             "planAdded": "2026-01-15",
             "filesLeft": 7
         })
-    readonly property var windows: [
-        {
+    readonly property var windows: [{
             "name": "settings",
             "view": "Settings",
             "size": [540, 670],
             "after": view => view.setProgramSettings(shots.settings)
-        },
-        {
+        }, {
             "name": "archive",
             "view": "Archive",
             "size": [540, 400],
@@ -60,21 +53,18 @@ ViewCase {
                 "isProcessing": false
             },
             "after": view => view.updateFiles(shots.archive)
-        },
-        {
+        }, {
             "name": "archive-empty",
             "view": "Archive",
             "size": [540, 400],
             "set": {
                 "isProcessing": false
             }
-        },
-        {
+        }, {
             "name": "archive-loading",
             "view": "Archive",
             "size": [540, 400]
-        },
-        {
+        }, {
             "name": "archive-downloading",
             "view": "ArchiveHandler",
             "size": [470, 350],
@@ -83,8 +73,7 @@ ViewCase {
                 "downloadingPercent": 58,
                 "fileName": "vocals - Evening Song.mp4"
             }
-        },
-        {
+        }, {
             "name": "archive-converting",
             "view": "ArchiveHandler",
             "size": [470, 350],
@@ -92,15 +81,14 @@ ViewCase {
                 "mode": "converting",
                 "fileName": "vocals - Evening Song.mp4"
             }
-        }
-    ].concat(["none", "active", "expired"].map(licence => ({
-                    "name": "account-" + licence,
-                    "view": "MyAccount",
-                    "size": [470, 400],
-                    "set": Object.assign({
-                        "licence": licence
-                    }, shots.account)
-                })))
+        }].concat(["none", "active", "expired"].map(licence => ({
+                        "name": "account-" + licence,
+                        "view": "MyAccount",
+                        "size": [470, 400],
+                        "set": Object.assign({
+                                "licence": licence
+                            }, shots.account)
+                    })))
 
     function take(item: var, name: string, scale: real) {
         mouseMove(item, item.width / 2, item.height - 2);
@@ -150,36 +138,6 @@ ViewCase {
         if (data.state === "menu")
             shots.click(main.contentItem, "Help");
         shots.take(main.contentItem, "main-" + data.state, data.scale);
-    }
-
-    function test_settings_data(): var {
-        return shots.rows(["all", "formats"]);
-    }
-    function test_settings(data: var) {
-        const window = createTemporaryObject(frame, null, {
-                "width": 540 * data.scale,
-                "height": 670 * data.scale
-            });
-        tryCompare(window, "visible", true);
-        const view = createTemporaryObject(Qt.createComponent("qrc:/qml/Settings.qml"), window.contentItem, {
-                "width": 540 * data.scale,
-                "height": 670 * data.scale,
-                "scf": data.scale
-            });
-        view.setProgramSettings({
-                "default_path_save": "/home/ada/Documents/TEKO/Save",
-                "default_path_open": "",
-                "default_video_format": "MKV",
-                "default_audio_format": "none",
-                "default_instrument": "Vocals",
-                "default_video_player": "Default Video Player",
-                "default_audio_player": "Karaoke Trimlet"
-            });
-        view.loaded();
-        tryCompare(view, "gradiendVar", 1);
-        if (data.state === "formats")
-            mouseClick(shots.find(view, "Video Output Format:"));
-        shots.take(view, "settings-" + data.state, data.scale);
     }
 
     name: "Screenshots"
