@@ -14,7 +14,7 @@ struct ArchiveAnswer
 };
 
 /// How much of the list is read, in bytes; room for well over ten thousand records.
-inline constexpr qint64 longestArchive = 16 * 1024 * 1024;
+inline constexpr qint64 longestArchive = qint64(16) * 1024 * 1024;
 
 /// The list in what the request brought; anything but a JSON array is an error.
 [[nodiscard]] ArchiveAnswer archiveAnswer(const AccountAnswer &answer);
