@@ -33,8 +33,7 @@ if ((EUID != 0)); then
 fi
 echo "Installing: ${missing[*]}" >&2
 # Everything that apt prints goes to standard error: standard output belongs to the program's results.
-export DEBIAN_FRONTEND=noninteractive
-if ! "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}" >&2; then
-    "${as_root[@]}" apt-get update >&2
-    "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}" >&2
-fi
+apt() { "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get "$@" >&2; }
+# A fresh machine knows no packages yet. Without a network the lists that are there may still do.
+apt update || echo "The package lists could not be renewed, going on with those that are there." >&2
+apt install -y --no-install-recommends "${missing[@]}"
