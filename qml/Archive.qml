@@ -116,10 +116,6 @@ Item {
             ListView {
                 id: list
 
-                // Within the delegate both ids would name its own properties.
-                readonly property Properties rowProp: prop
-                readonly property Functions rowFunctions: mainFunctions
-
                 anchors.fill: parent
                 anchors.margins: 6 * root.scf
                 clip: true
@@ -132,25 +128,30 @@ Item {
                 Fusion.ScrollBar.vertical: Fusion.ScrollBar {
                 }
 
+                // What a row needs of this file stands around the delegate.
+                // qmllint disable unqualified
                 delegate: ArchiveRow {
+                    id: row
+
                     width: list.width
-                    prop: list.rowProp
-                    mainFunctions: list.rowFunctions
+                    look: prop
+                    functions: mainFunctions
                     onActiveFocusChanged: {
-                        if (activeFocus)
-                            list.currentIndex = index;
+                        if (row.activeFocus)
+                            list.currentIndex = row.index;
                     }
                     onUnlockFullAccess: {
                         root.cancel();
                         root.unlockFullAccess();
                     }
-                    onGetFullFile: root.getFullFile(index)
+                    onGetFullFile: root.getFullFile(row.index)
                     onFormatChosen: chosen => {
-                        files.setValue(index, "chosen", chosen);
-                        root.changedFormat(index, chosen.toLowerCase());
+                        files.setValue(row.index, "chosen", chosen);
+                        root.changedFormat(row.index, chosen.toLowerCase());
                     }
-                    onOperateFile: isMix => root.operateFile(index, isMix, format.toLowerCase())
+                    onOperateFile: isMix => root.operateFile(row.index, isMix, row.format.toLowerCase())
                 }
+                // qmllint enable unqualified
             }
         }
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import QtQuick.Window
 import qml
 
 /// A button of a row in the archive: the small picture named by icon.name before its text.
@@ -21,7 +22,8 @@ TextBtn {
         anchors.verticalCenter: parent.verticalCenter
         width: btn.icon.width
         height: btn.icon.height
-        sourceSize: Qt.size(width, height)
+        sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
+        sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)
         source: btn.icon.name === "" ? "" : PictureFiles.existing(Qt.resolvedUrl("/icons/" + btn.icon.name + ".svg"))
     }
 }

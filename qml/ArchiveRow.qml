@@ -7,8 +7,9 @@ import QtQuick.Layouts
 FocusScope {
     id: row
 
-    required property Properties prop
-    required property Functions mainFunctions
+    // Not named like the ids of the view, which would be hidden from the one who sets them.
+    required property Properties look
+    required property Functions functions
     required property int index
     required property string name
     required property string deleted
@@ -24,9 +25,9 @@ FocusScope {
     /// The format that was chosen in this row; empty before.
     required property string chosen
 
-    readonly property real scf: row.prop.scf
+    readonly property real scf: row.look.scf
     readonly property bool isDemo: row.demoFile !== "no"
-    readonly property list<string> formats: row.isVideo ? Vocabulary.allFormats : Vocabulary.audioFormats
+    readonly property var formats: row.isVideo ? Vocabulary.allFormats : Vocabulary.audioFormats
     readonly property int formatIndex: Math.max(0, row.formats.indexOf(row.chosen !== "" ? row.chosen : row.extension.toUpperCase()))
     readonly property string format: row.formats[row.formatIndex]
 
@@ -46,9 +47,9 @@ FocusScope {
 
     RowLayout {
         anchors.fill: parent
-        anchors.leftMargin: 10 * row.scf
-        anchors.rightMargin: 14 * row.scf
-        spacing: 6 * row.scf
+        anchors.leftMargin: 8 * row.scf
+        anchors.rightMargin: 12 * row.scf
+        spacing: 5 * row.scf
 
         Column {
             Layout.fillWidth: true
@@ -58,7 +59,7 @@ FocusScope {
                 width: parent.width
                 text: row.name
                 textFormat: Text.PlainText
-                font: row.prop.fonts.font10_13
+                font: row.look.fonts.font10_13
                 color: "white"
                 elide: Text.ElideRight
                 maximumLineCount: 1
@@ -68,8 +69,8 @@ FocusScope {
                 width: parent.width
                 text: row.isUsable ? qsTr("Files available until ") + row.deleted : qsTr("No file can have this name.")
                 textFormat: Text.PlainText
-                font.family: row.prop.defaultFont
-                font.pointSize: row.prop.fonts.font8_10.pointSize
+                font.family: row.look.defaultFont
+                font.pointSize: row.look.fonts.font8_10.pointSize
                 font.italic: true
                 color: row.isUsable ? "#e3ebf5" : "#ffd9a8"
                 elide: Text.ElideRight
@@ -80,7 +81,7 @@ FocusScope {
         ArchiveBtn {
             Layout.preferredWidth: 150 * row.scf
             visible: row.isUsable && row.isDemo && row.demoUser !== "no"
-            prop: row.prop
+            prop: row.look
             icon.name: "lock"
             text: qsTr("Unlock Full Access")
             onClicked: row.unlockFullAccess()
@@ -89,7 +90,7 @@ FocusScope {
         ArchiveBtn {
             Layout.preferredWidth: 140 * row.scf
             visible: row.isUsable && row.isDemo && row.demoUser === "no"
-            prop: row.prop
+            prop: row.look
             icon.name: "process"
             text: qsTr("Process Full File")
             Accessible.description: row.name
@@ -102,7 +103,8 @@ FocusScope {
             Layout.preferredWidth: 65 * row.scf
             Layout.preferredHeight: 24 * row.scf
             visible: row.isUsable && !row.isDemo
-            prop: row.prop
+            prop: row.look
+            font: row.look.fonts.font8_10
             model: row.formats
             currentIndex: row.formatIndex
             Accessible.name: qsTr("Output Format")
@@ -113,9 +115,9 @@ FocusScope {
         ArchiveBtn {
             Layout.preferredWidth: 85 * row.scf
             visible: row.isUsable
-            prop: row.prop
+            prop: row.look
             icon.name: row.btnInstrument
-            text: row.mainFunctions.capitalizeFirstLetter(row.instrument)
+            text: row.functions.capitalizeFirstLetter(row.instrument)
             Accessible.description: (row.btnInstrument === "play" ? qsTr("Play") : qsTr("Download")) + " " + row.name
             onClicked: row.operateFile(false)
         }
@@ -123,7 +125,7 @@ FocusScope {
         ArchiveBtn {
             Layout.preferredWidth: 70 * row.scf
             visible: row.isUsable
-            prop: row.prop
+            prop: row.look
             icon.name: row.btnMix
             text: qsTr("Mix")
             Accessible.description: (row.btnMix === "play" ? qsTr("Play") : qsTr("Download")) + " " + row.name

@@ -6,6 +6,14 @@
 #include <QQmlEngine>
 #include <QVariantList>
 
+/// Tells the linter of the views what the model is, which Qt 6.4 leaves out.
+struct ItemModelType
+{
+    Q_GADGET
+    QML_FOREIGN(QAbstractItemModel)
+    QML_ANONYMOUS
+};
+
 /// The rows of the archive's list. Unlike a ListModel it takes ten thousand of them at once.
 class ArchiveModel : public QAbstractListModel
 {
