@@ -194,6 +194,8 @@ TestCase {
             }
         }[data.state];
         test.show(names ? [names, names] : []);
+        for (const box of test.shown().filter(item => item instanceof T.ComboBox))
+            verify(!box.contentItem.truncated, box.displayText);
         compare(Views.misfits(test.view), []);
         if (names)
             verify(test.shown().some(item => item.text === names.name));
