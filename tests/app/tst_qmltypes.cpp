@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "account/userauth.h"
+#include "app/backendloader.h"
+#include "tests/support/testmain.h"
+
+#include <QFile>
+#include <QMetaMethod>
+#include <QRegularExpression>
+#include <QTest>
+
+// The views are compiled and checked against descriptions of the backend types, which have to be
+// true.
+class TestQmlTypes : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void describesTheType_data();
+    void describesTheType();
+};
+
+namespace {
+
+/// "void name(double,QString)" for each signal, slot and invokable method of the class itself.
+QStringList membersOf(const QMetaObject &type)
+{
+    QStringList members;
+    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+        const QMetaMethod method = type.method(i);
+        members << QString::fromLatin1(method.typeName()) + ' ' + method.methodSignature();
+    }
+    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i)
+        members << QString::fromLatin1(type.property(i).typeName()) + ' ' + type.property(i).name();
+    return members;
+}
+
+/// The same out of a description.
+QStringList membersIn(const QString &text)
+{
+    static const QRegularExpression member(
+        R"-((Signal|Method|Property) \{\s*name: "(\w+)"(?:[;\s]+type: "(\w+)")?((?:[^{}]|\{[^{}]*\})*)\})-");
+    static const QRegularExpression parameter(R"-(Parameter \{ name: "\w+"; type: "(\w+)" \})-");
+QStringList members;
+for (const QRegularExpressionMatch &found : member.globalMatch(text)) {
+    QStringList types;
+    for (const QRegularExpressionMatch &each : parameter.globalMatch(found.captured(4)))
+        types << each.captured(1);
+    const bool isProperty = found.captured(1) == "Property";
+    members << (found.captured(3).isEmpty() ? "void" : found.captured(3)) + ' ' + found.captured(2)
+            + (isProperty ? QString() : '(' + types.join(',') + ')');
+}
+return members;
+}
+
+} // namespace
+
+void TestQmlTypes::describesTheType_data()
+{
+    QTest::addColumn<const QMetaObject *>("type");
+    QTest::newRow("BackendLoader") << &BackendLoader::staticMetaObject;
+    QTest::newRow("UserAuth") << &UserAuth::staticMetaObject;
+}
+
+void TestQmlTypes::describesTheType()
+{
+    QFETCH(const QMetaObject *, type);
+    QFile file(TEKO_QML_TYPES "/backend/" + QString(QTest::currentDataTag()) + "/plugins.qmltypes");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QStringList described = membersIn(file.readAll());
+    QStringList real = membersOf(*type);
+    described.sort();
+    real.sort();
+    QVERIFY(!real.isEmpty());
+    QCOMPARE(described, real);
+}
+
+TEKO_TEST_MAIN(TestQmlTypes)
+#include "tst_qmltypes.moc"
