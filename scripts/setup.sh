@@ -8,8 +8,8 @@ build=(g++ cmake ninja-build pkg-config ca-certificates git
     qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     libpoco-dev libsndfile1-dev libkissfft-dev libsodium-dev)
 run=(ffmpeg libqt6svg6 qt6-qpa-plugins libgl1-mesa-dri fonts-liberation fonts-dejavu-core
-    qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
-    qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window)
+    qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick
+    qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window)
 check=(clang-format-14 clang-tidy-14 qml6-module-qttest xvfb xauth curl python3 iproute2)
 
 wanted=()
