@@ -68,9 +68,13 @@ void FileProcessing::openWindow(const QString &path)
     qInfo() << "FileProcessing::openWindow" << path;
     m_server.dropEarlierReplies();
     m_cancelState = 0;
+    // While this waits the user may close the window, choose another file or start a run: what he
+    // did last counts.
     const QPointer<FileProcessing> self(this);
+    const quint64 turn = ++m_turn;
+    const auto isOvertaken = [&] { return !self || m_turn != turn; };
     const bool isOnline = online(m_server.networkAccess(), m_store.endpoints().connectivity);
-    if (!self)
+    if (isOvertaken())
         return;
     if (!isOnline) {
         MessageBoxCustom::critical(
@@ -81,7 +85,7 @@ void FileProcessing::openWindow(const QString &path)
         return;
     }
     removeUploadedFile();
-    if (!self)
+    if (isOvertaken())
         return;
     m_sourcePath = path;
     resetView(path);
@@ -119,7 +123,8 @@ void FileProcessing::checkRemains()
     qInfo() << "FileProcessing::checkRemains";
     const QPointer<FileProcessing> self(this);
     const bool isLimit = isDailyLimitReached(m_server.processedFilesRemains(m_store.user().hash));
-    if (!self || !isLimit || viewProperty("currentLayer") != QStringLiteral("select_instrument"))
+    if (!self || !isVisible() || !isLimit
+        || viewProperty("currentLayer") != QStringLiteral("select_instrument"))
         return;
     MessageBoxCustom::critical(
         tr("Files Limit"),
@@ -131,6 +136,7 @@ void FileProcessing::checkRemains()
 void FileProcessing::startProcess()
 {
     qInfo() << "FileProcessing::startProcess";
+    ++m_turn;
     m_server.dropEarlierReplies();
     resetRun();
     for (const char *name : {"uploadingPercent", "downloading1Percent", "downloading2Percent",
@@ -237,16 +243,18 @@ void FileProcessing::remainSeconds(int seconds)
 
 void FileProcessing::getRemainsSeconds()
 {
-    if (!isCancelled())
+    // The view still asks while it waits to show the download.
+    if (!isCancelled() && !areResultsReady())
         m_server.remains(m_savedId);
 }
 
 void FileProcessing::showError(QString message)
 {
     qCritical() << "FileProcessing::showError" << message;
+    m_server.dropEarlierReplies();
     discardDownloads();
     // A WAV file that never reached the service would only be asked for in vain at the next run.
-    if (!m_isUploaded)
+    if (!m_isUploaded && QFile::exists(m_tempWavPath))
         QFile::remove(m_tempWavPath);
     MessageBoxCustom::critical(tr("File Processing Error"), message);
     setLayer("select_instrument");
@@ -270,6 +278,7 @@ void FileProcessing::cancel()
 
 void FileProcessing::windowClosed()
 {
+    ++m_turn;
     if (isBusy())
         cancelProcess();
     emit showParent();
@@ -290,10 +299,12 @@ void FileProcessing::proceedAnotherInstrument()
 
 void FileProcessing::removeUploadedFile()
 {
-    if (!QFile::exists(m_tempWavPath))
+    // A copy: while the service is asked this object may go or begin with another file.
+    const QString path = m_tempWavPath;
+    if (!QFile::exists(path))
         return;
-    m_server.removeUploaded(QFileInfo(m_tempWavPath).fileName());
-    QFile::remove(m_tempWavPath);
+    m_server.removeUploaded(QFileInfo(path).fileName());
+    QFile::remove(path);
 }
 
 void FileProcessing::refuse(const QString &title, const QString &text)

@@ -81,6 +81,8 @@ private:
     void resetRun();
     [[nodiscard]] bool isCancelled() const { return m_cancelState != 0; }
     [[nodiscard]] bool isBusy() const;
+    /// Whether the service has reported the results of this run.
+    [[nodiscard]] bool areResultsReady() const { return m_results != ResultPaths(); }
     [[nodiscard]] QString instrument() const;
     [[nodiscard]] QString extension() const;
     [[nodiscard]] QString runModeOfUser() const;
@@ -100,6 +102,7 @@ private:
     TekoServer m_server;
     WorkerThread m_worker;
     std::atomic<int> m_cancelState = 0;
+    quint64 m_turn = 0; ///< tells the user's last wish from one that an opening still waits for
     QString m_sourcePath;
     QString m_tempWavPath;
     qint32 m_savedId = 0;

@@ -12,9 +12,11 @@
 
 void FileProcessing::filesReady()
 {
-    if (isCancelled())
+    if (isCancelled() || areResultsReady())
         return;
     qInfo() << "FileProcessing::filesReady";
+    // A second question about the remaining time may still be open.
+    m_server.dropEarlierReplies();
     if (viewProperty("remainingProcessingTime").toInt() > 0)
         setViewProperty("remainingProcessingTime", 0);
     emit changeLayerWithDelay(QStringLiteral("downloading"));
@@ -110,7 +112,7 @@ void FileProcessing::successProcces()
 void FileProcessing::discardDownloads()
 {
     m_server.abortDownloads();
-    if (m_results == ResultPaths())
+    if (!areResultsReady())
         return;
     QFile::remove(downloadTarget(m_results.main));
     QFile::remove(downloadTarget(m_results.mix));

@@ -258,6 +258,77 @@ private slots:
         QCOMPARE(m_server->requests(remains).size(), 2);
     }
 
+    /// Two questions are open when the service answers; the second answer comes too late.
+    void lateAnswers_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("layer");
+        QTest::addColumn<int>("downloads");
+        QTest::newRow("ready") << QByteArray("-1") << "success" << 1;
+        QTest::newRow("failed") << QByteArray("Too quiet") << "select_instrument" << 0;
+    }
+
+    void lateAnswers()
+    {
+        QFETCH(QByteArray, answer);
+        QFETCH(QString, layer);
+        QFETCH(int, downloads);
+        RecordedMessages messages;
+        m_server->on(remains,
+                     {ScriptedAnswer::text(answer).held(), ScriptedAnswer::text("-1").held()});
+        m_window->openWindow(source("a.wav"));
+        m_window->startProcess();
+        QTRY_COMPARE(m_server->requests(remains).size(), 1);
+        m_window->getRemainsSeconds();
+        QTRY_COMPARE(m_server->requests(remains).size(), 2);
+        m_server->release();
+        QTRY_COMPARE(value("currentLayer"), QVariant(layer));
+        m_window->checkRemains();
+        QCOMPARE(m_server->requests(download).size(), downloads);
+        QCOMPARE(messages.texts().size(), 1 - downloads);
+    }
+
+    /// While an opening waits for the service, what the user does last counts.
+    void overtakenOpenings_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<QString>("fileName");
+        QTest::addColumn<bool>("isVisible");
+        QTest::newRow("window closed") << "close"
+                                       << "a.wav" << false;
+        QTest::newRow("another file") << "open"
+                                      << "c.wav" << true;
+        QTest::newRow("run started") << "start"
+                                     << "a.wav" << true;
+    }
+
+    void overtakenOpenings()
+    {
+        QFETCH(QString, action);
+        QFETCH(QString, fileName);
+        QFETCH(bool, isVisible);
+        m_window->openWindow(source("a.wav"));
+        m_server->clearRequests();
+        m_server->on("/generate_204",
+                     {ScriptedAnswer::text({}, 204).held(), ScriptedAnswer::text({}, 204)});
+        const auto act = [&] {
+            QTRY_COMPARE(m_server->requests("/generate_204").size(), 1);
+            if (action == "close")
+                m_window->close();
+            else if (action == "open")
+                m_window->openWindow(source("c.wav"));
+            else
+                m_window->startProcess();
+            m_server->release();
+        };
+        QMetaObject::invokeMethod(m_window.get(), act, Qt::QueuedConnection);
+        m_window->openWindow(source("b.wav"));
+        QCOMPARE(value("fileName"), QVariant(fileName));
+        QCOMPARE(m_window->isVisible(), isVisible);
+        if (action == "start")
+            QTRY_COMPARE(value("currentLayer"), QVariant("success"));
+    }
+
     void badSourcesAndFolders_data()
     {
         QTest::addColumn<QString>("key");
