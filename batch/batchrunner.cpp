@@ -98,6 +98,8 @@ bool BatchRunner::runFile(const QString &file)
     m_lastStage.clear();
     m_isClosed = false;
     m_window.openWindow(file);
+    if (m_isInterrupted)
+        return fail(file, tr("Interrupted."));
     if (m_isClosed)
         return fail(file, m_message);
     m_window.startProcess();

@@ -13,5 +13,6 @@
 [[nodiscard]] bool hasDisplay();
 
 /// Calls back on the context's thread, while the context lives, when the user interrupts the
-/// program (Ctrl+C) or the system ends it. One context a process.
+/// program (Ctrl+C) or the system ends it. The second time ends the program at once, since the
+/// first may find it waiting for a service that never answers. One context a process.
 void onInterrupt(QObject *context, const std::function<void()> &callback);

@@ -13,8 +13,9 @@ namespace {
 int wakeUp[2] = {-1, -1};
 
 // Only what is safe in a signal handler: one byte wakes the event loop.
-void handleSignal(int)
+void handleSignal(int number)
 {
+    std::signal(number, SIG_DFL);
     const char byte = 0;
     [[maybe_unused]] const auto written = write(wakeUp[0], &byte, 1);
 }

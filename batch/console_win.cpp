@@ -4,6 +4,8 @@
 
 #include <QPointer>
 
+#include <atomic>
+
 #include <io.h>
 #include <qt_windows.h>
 
@@ -12,10 +14,12 @@ namespace {
 QPointer<QObject> interruptContext;
 std::function<void()> interruptCallback;
 
+std::atomic<bool> wasInterrupted = false;
+
 // Windows calls this on a thread of its own.
 BOOL WINAPI handleControl(DWORD)
 {
-    if (!interruptContext)
+    if (!interruptContext || wasInterrupted.exchange(true))
         return FALSE;
     QMetaObject::invokeMethod(interruptContext.data(), interruptCallback, Qt::QueuedConnection);
     return TRUE;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/madesources.h"
+#include "tests/support/scriptedserver.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
@@ -89,6 +90,41 @@ private slots:
     }
 
 #ifdef Q_OS_UNIX
+    /// The first interrupt while a service keeps silent skips the file, the second ends the
+    /// program.
+    void interruptWhileWaiting_data()
+    {
+        QTest::addColumn<bool>("doesAnswer");
+        QTest::newRow("at last the service answers") << true;
+        QTest::newRow("it never does") << false;
+    }
+
+    void interruptWhileWaiting()
+    {
+        QFETCH(bool, doesAnswer);
+        ScriptedServer service;
+        service.on("/generate_204", {ScriptedAnswer::text({}, 204).held()});
+        // Nobody is signed in there, so the first question is about the file.
+        const QTemporaryDir home;
+        QProcess batch;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("HOME", home.path());
+        environment.insert("TEKO_SERVICE_URL", service.url().toString());
+        batch.setProcessEnvironment(environment);
+        start(batch, {"song one.mp3", "-i", "bass", "-f", "mp3"});
+        QTRY_COMPARE(service.requests("/generate_204").size(), 1);
+        ::kill(pid_t(batch.processId()), SIGINT);
+        QTRY_COMPARE(service.requests("/teko-server/cancel.php").size(), 1);
+        if (doesAnswer)
+            service.release();
+        else
+            ::kill(pid_t(batch.processId()), SIGINT);
+        QTRY_COMPARE(batch.state(), QProcess::NotRunning);
+        QCOMPARE(batch.exitStatus(), doesAnswer ? QProcess::NormalExit : QProcess::CrashExit);
+        QCOMPARE(service.requests("/teko-server/proceed.php").size(), 0);
+        QCOMPARE(batch.readAllStandardError().contains("Interrupted."), doesAnswer);
+    }
+
     void interruptLeavesNothing()
     {
         QProcess batch;
