@@ -11,12 +11,6 @@
 
 namespace {
 
-#ifdef Q_OS_WIN
-constexpr char serviceProgram[] = "teko-service.exe";
-#else
-constexpr char serviceProgram[] = "teko-service";
-#endif
-
 ConfiguredAddresses environmentAddresses()
 {
     return ConfiguredAddresses::from(QProcessEnvironment::systemEnvironment());
@@ -46,7 +40,7 @@ ServiceConnection::~ServiceConnection()
 void ServiceConnection::startEmbedded()
 {
     const QString program = QStringLiteral("%1/%2").arg(QCoreApplication::applicationDirPath(),
-                                                        QLatin1String(serviceProgram));
+                                                        QStringLiteral(TEKO_SERVICE_PROGRAM));
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
         + QStringLiteral("/service");
     m_service = std::make_unique<EmbeddedService>(program, folder);
