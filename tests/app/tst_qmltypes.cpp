@@ -41,16 +41,16 @@ QStringList membersIn(const QString &text)
     static const QRegularExpression member(
         R"-((Signal|Method|Property) \{\s*name: "(\w+)"(?:[;\s]+type: "(\w+)")?((?:[^{}]|\{[^{}]*\})*)\})-");
     static const QRegularExpression parameter(R"-(Parameter \{ name: "\w+"; type: "(\w+)" \})-");
-QStringList members;
-for (const QRegularExpressionMatch &found : member.globalMatch(text)) {
-    QStringList types;
-    for (const QRegularExpressionMatch &each : parameter.globalMatch(found.captured(4)))
-        types << each.captured(1);
-    const bool isProperty = found.captured(1) == "Property";
-    members << (found.captured(3).isEmpty() ? "void" : found.captured(3)) + ' ' + found.captured(2)
-            + (isProperty ? QString() : '(' + types.join(',') + ')');
-}
-return members;
+    QStringList members;
+    for (const QRegularExpressionMatch &found : member.globalMatch(text)) {
+        QStringList types;
+        for (const QRegularExpressionMatch &each : parameter.globalMatch(found.captured(4)))
+            types << each.captured(1);
+        const bool isProperty = found.captured(1) == "Property";
+        members << (found.captured(3).isEmpty() ? "void" : found.captured(3)) + ' '
+                + found.captured(2) + (isProperty ? QString() : '(' + types.join(',') + ')');
+    }
+    return members;
 }
 
 } // namespace
