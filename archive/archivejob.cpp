@@ -12,14 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool hasPicture(const ArchiveRecord &record, const ResultPaths &paths, const FileTest &exists)
-{
-    if (isOriginalHere(record.localFilePath, exists)
-        && isVideoSource(mediaSuffix(record.localFilePath)))
-        return true;
-    return exists(paths.main) && exists(paths.mix) && isVideoSource(mediaSuffix(paths.main));
-}
-
 bool canGivePicture(const ArchiveRecord &record, const QString &stored, const FileTest &exists)
 {
     return (isVideoOutput(record.extension) && exists(stored))
@@ -27,11 +19,16 @@ bool canGivePicture(const ArchiveRecord &record, const QString &stored, const Fi
             && isOriginalHere(record.localFilePath, exists));
 }
 
+QString buttonFor(bool isHere)
+{
+    return isHere ? u"play"_s : u"download"_s;
+}
+
 } // namespace
 
 bool isFileHere(const QString &path)
 {
-    return QFileInfo(path).isFile();
+    return !path.isEmpty() && QFileInfo(path).isFile();
 }
 
 bool isOriginalHere(const QString &path, const FileTest &exists)
@@ -49,13 +46,19 @@ ResultPaths archivePaths(const QString &folder, const ArchiveRecord &record,
 
 QString buttonOf(const QString &path, const FileTest &exists)
 {
-    return exists(path) ? u"play"_s : u"download"_s;
+    return buttonFor(exists(path));
 }
 
 QVariantMap archiveRow(const ArchiveRecord &record, const QString &folder, bool isDemoUser,
                        const FileTest &exists)
 {
+    // With ten thousand rows each look at the disk counts.
     const ResultPaths paths = archivePaths(folder, record, record.extension);
+    const bool hasMain = exists(paths.main);
+    const bool hasMix = exists(paths.mix);
+    const bool isVideo = (isVideoSource(mediaSuffix(record.localFilePath))
+                          && isOriginalHere(record.localFilePath, exists))
+        || (hasMain && hasMix && isVideoSource(mediaSuffix(paths.main)));
     return {{u"name"_s, record.name},
             {u"deleted"_s, record.deleted},
             {u"instrument"_s, record.instrument},
@@ -63,10 +66,10 @@ QVariantMap archiveRow(const ArchiveRecord &record, const QString &folder, bool 
             {u"demoFile"_s, record.demoFile},
             {u"local_file_path"_s, record.localFilePath},
             {u"ai_id"_s, record.id},
-            {u"btnInstrument"_s, buttonOf(paths.main, exists)},
-            {u"btnMix"_s, buttonOf(paths.mix, exists)},
+            {u"btnInstrument"_s, buttonFor(hasMain)},
+            {u"btnMix"_s, buttonFor(hasMix)},
             {u"demoUser"_s, isDemoUser ? u"yes"_s : u"no"_s},
-            {u"isVideo"_s, hasPicture(record, paths, exists)},
+            {u"isVideo"_s, isVideo},
             {u"isUsable"_s, canNameFiles(record)}};
 }
 

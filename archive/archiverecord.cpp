@@ -3,7 +3,6 @@
 #include "archive/archiverecord.h"
 
 #include <QDir>
-#include <QRegularExpression>
 #include <QVariantMap>
 
 #include <algorithm>
@@ -56,11 +55,14 @@ QString missingKey(const ArchiveRecord &record)
     return record.id == 0 ? u"ai_id"_s : QString();
 }
 
+/// Windows takes such a name for a device, with any suffix and in any case.
 bool isDeviceName(const QString &part)
 {
-    static const QRegularExpression device(u"^(CON|PRN|AUX|NUL|COM\\d|LPT\\d)\\s*(\\.|$)"_s,
-                                           QRegularExpression::CaseInsensitiveOption);
-    return device.match(part).hasMatch();
+    const QString base = part.section(u'.', 0, 0).trimmed().toUpper();
+    if (base.size() == 4 && base[3].isDigit())
+        return base.startsWith(u"COM"_s) || base.startsWith(u"LPT"_s);
+    static const QStringList devices{u"CON"_s, u"PRN"_s, u"AUX"_s, u"NUL"_s};
+    return devices.contains(base);
 }
 
 bool isForbidden(QChar c)
