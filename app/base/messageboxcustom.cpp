@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/base/messageboxcustom.h"
 
+#include <QApplication>
 #include <QFont>
 
 MessageBoxCustom::MessageBoxCustom(Icon icon, const QString &title, const QString &text,
@@ -16,6 +17,10 @@ MessageBoxCustom::MessageBoxCustom(Icon icon, const QString &title, const QStrin
     setText(text);
     setStandardButtons(buttons);
     setDefaultButton(NoButton);
+    // A modal window that stays on top would cover it.
+    const QWidget *modal = QApplication::activeModalWidget();
+    if (modal && modal->windowFlags().testFlag(Qt::WindowStaysOnTopHint))
+        setWindowFlag(Qt::WindowStaysOnTopHint);
 }
 
 QMessageBox::StandardButton MessageBoxCustom::run(Icon icon, const QString &title,

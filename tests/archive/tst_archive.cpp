@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
+#include "app/backendloader.h"
 #include "app/base/programdata.h"
 #include "archive/archive.h"
 #include "archive/archivehandler.h"
+#include "processing/fileprocessing.h"
 #include "tests/support/recordedmessages.h"
 #include "tests/support/scriptedserver.h"
 #include "tests/support/testmain.h"
@@ -269,23 +271,68 @@ private slots:
 
     void theHandlersWindow()
     {
-        ArchiveHandler window(*m_store);
+        ArchiveHandler dialog(*m_store);
         RecordedMessages messages;
-        window.openWindow("/s/a.mp3", "/s/a.wav", "/in/<b>Song<br>.mp4");
-        const QQuickItem *view = window.rootObject();
-        QCOMPARE(window.minimumSize(), QSize(470, 350));
-        QCOMPARE(window.maximumSize(), QSize(470, 350));
+        dialog.openWindow("/s/a.mp3", "/s/a.wav", "/in/<b>Song<br>.mp4");
+        const QQuickItem *view = dialog.rootObject();
+        QCOMPARE(dialog.minimumSize(), QSize(470, 350));
+        QCOMPARE(dialog.maximumSize(), QSize(470, 350));
         QCOMPARE(view->property("fileName"), QVariant("<b>Song<br>.mp4"));
-        QVERIFY(window.windowFlags() & Qt::WindowStaysOnTopHint);
-        window.rootObject()->setProperty("mode", "downloading");
-        window.downloadingFirst(99.8);
+        QVERIFY(dialog.windowFlags() & Qt::WindowStaysOnTopHint);
+        dialog.rootObject()->setProperty("mode", "downloading");
+        dialog.downloadingFirst(99.8);
         QCOMPARE(view->property("downloadingPercent"), QVariant(100));
-        QVERIFY(window.isVisible());
-        window.downloadingFirst(100);
+        QVERIFY(dialog.isVisible());
+        dialog.downloadingFirst(100);
         QCOMPARE(messages.texts(), QStringList("File Processing Error: File not downloaded"));
-        QVERIFY(!window.isVisible());
-        window.openWindow("/s/a.mp3", "/s/a.wav", {});
+        QVERIFY(!dialog.isVisible());
+        dialog.openWindow("/s/a.mp3", "/s/a.wav", {});
         QCOMPARE(view->property("downloadingPercent"), QVariant(0));
+    }
+
+    void fromTheMainWindow_data()
+    {
+        QTest::addColumn<bool>("isOnline");
+        QTest::newRow("the whole of a demo") << true;
+        QTest::newRow("out of reach") << false;
+    }
+
+    void fromTheMainWindow()
+    {
+        QFETCH(bool, isOnline);
+        const QByteArray repeat = "/teko-server/repeatDemo.php";
+        RecordedMessages messages;
+        m_window.reset();
+        m_server->on("/teko-server/processedFilesRemains.php", {ScriptedAnswer::text("5")});
+        m_server->on(repeat, {ScriptedAnswer::never()});
+        QUrl connectivity = m_server->url("/generate_204");
+        ProgramData::instance().setEndpointSource([&] {
+            return ServiceEndpoints{m_server->url(), connectivity, {}};
+        });
+        BackendLoader backend;
+        QSignalSpy hidden(&backend, &BackendLoader::hideMainWindow);
+        QSignalSpy shown(&backend, &BackendLoader::showMainWindow);
+        backend.openArchive();
+        QCOMPARE(hidden.size(), 1);
+        auto *archive = window<Archive>();
+        if (!isOnline)
+            connectivity.clear();
+        archive->getFullFile(0);
+        QVERIFY(!archive->isVisible());
+        QCOMPARE(window<FileProcessing>()->isVisible(), isOnline);
+        QCOMPARE(shown.size(), isOnline ? 0 : 1);
+        QCOMPARE(messages.texts().size(), isOnline ? 0 : 1);
+        if (isOnline) {
+            QTRY_COMPARE(m_server->requests(repeat).size(), 1);
+            QCOMPARE(m_server->requests(repeat).constFirst().field("songId"), QStringLiteral("17"));
+        }
+        connectivity = m_server->url("/generate_204");
+        shown.clear();
+        backend.openArchive();
+        archive->close();
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(m_server->requests(repeat).size(), isOnline ? 1 : 0);
+        ProgramData::instance().setEndpointSource({});
     }
 
 public slots:
@@ -294,14 +341,16 @@ public slots:
 private:
     QVariant value(const char *name) const { return m_window->rootObject()->property(name); }
 
-    static ArchiveHandler *handler()
+    template <typename Window> static Window *window()
     {
-        for (QWidget *window : QApplication::topLevelWidgets()) {
-            if (auto *handler = qobject_cast<ArchiveHandler *>(window))
-                return handler;
+        for (QWidget *candidate : QApplication::topLevelWidgets()) {
+            if (auto *found = qobject_cast<Window *>(candidate))
+                return found;
         }
         return nullptr;
     }
+
+    static ArchiveHandler *handler() { return window<ArchiveHandler>(); }
 
     /// The files of the save folder as "name=content".
     QStringList contents() const
