@@ -21,6 +21,16 @@
 
 namespace {
 
+QtMessageHandler defaultHandler = nullptr;
+
+void dropPlatformRemarks(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    const bool isRemark = message.startsWith(QLatin1String("This plugin does not support "))
+        || message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"));
+    if (type != QtWarningMsg || !isRemark)
+        defaultHandler(type, context, message);
+}
+
 constexpr int cannotStart = 1;
 constexpr int usageError = 2;
 
@@ -49,6 +59,11 @@ int runFiles(const BatchOptions &options)
 }
 
 } // namespace
+
+void quietPlatform()
+{
+    defaultHandler = qInstallMessageHandler(dropPlatformRemarks);
+}
 
 int runBatch(const QStringList &arguments)
 {

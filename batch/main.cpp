@@ -8,6 +8,7 @@
 
 int main(int argc, char **argv)
 {
+    quietPlatform();
     nameApplication();
     if (!hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");

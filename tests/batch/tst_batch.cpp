@@ -66,6 +66,7 @@ private slots:
         QVERIFY(batch.waitForFinished(100000));
         const QString notes = QString::fromUtf8(batch.readAllStandardError());
         QVERIFY2(batch.exitCode() == exitCode, qPrintable(notes));
+        QVERIFY2(!notes.contains("plugin") && !notes.contains("XDG"), qPrintable(notes));
         QVERIFY2(isLike(notes, message) || message == "*", qPrintable(notes));
         QString expected;
         for (const QString &result : results) {
