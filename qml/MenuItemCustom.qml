@@ -39,6 +39,8 @@ Controls.MenuItem {
             text: entry.text
             textFormat: Text.PlainText
             font: entry.titleStyle
+            fontSizeMode: Text.HorizontalFit
+            minimumPointSize: 4
             color: entry.textColor
             elide: entry.elideText
         }

@@ -159,16 +159,10 @@ T.ApplicationWindow {
         }
     }
 
-    LateView {
-        id: authLayer
-
-        anchors.fill: parent
+    AuthLayer {
+        prop: prop
+        userAuth: userAuth
         visible: !prop.isActiveProduct
-        view: "AuthLayer.qml"
-        needs: ({
-                "prop": prop,
-                "userAuth": userAuth
-            })
     }
 
     LoadingHover {
@@ -179,8 +173,6 @@ T.ApplicationWindow {
 
     function setSignedIn(signedIn: bool) {
         prop.isActiveProduct = signedIn;
-        if (!signedIn)
-            authLayer.make();
         initialLoader.visible = false;
     }
 }
