@@ -47,6 +47,8 @@ Item {
     }
     onScfChanged: gradientTimer.restart()
     onForceProcessAnotherFile: root.openAnotherFile()
+    // Announced for every answer. A binding would not hear one that repeats the last number.
+    onRemainingProcessingTimeChanged: estimate.takeAnswer(root.remainingProcessingTime)
     onResetProccesing: estimate.resetData()
     // A layer that is set at once overtakes one that is still delayed: a short conversion, or a cancel.
     onCurrentLayerChanged: layerTimer.stop()
@@ -95,7 +97,6 @@ Item {
     ProgressEstimate {
         id: estimate
 
-        remainingProcessingTime: root.remainingProcessingTime
         active: root.currentLayer === "processing"
         onGetRemainsSeconds: root.getRemainsSeconds()
     }

@@ -6,8 +6,6 @@ import QtQuick
 Item {
     id: estimate
 
-    /// The service's last answer, in seconds.
-    required property int remainingProcessingTime
     /// Whether the estimate is being watched.
     required property bool active
 
@@ -36,7 +34,10 @@ Item {
         return remaining > 100 ? 60000 : remaining > 40 ? 20000 : remaining > 20 ? 5000 : 2000;
     }
 
+    /// Takes an answer of the service, in seconds; to be called for every one, be it a number as before.
     function takeAnswer(remaining: int) {
+        if (!estimate.active)
+            return;
         // A first answer that took longer than a second finds the countdown at its end already.
         if (estimate.seconds === -1 || estimate.totalSeconds === -1)
             estimate.totalSeconds = remaining;
@@ -68,17 +69,10 @@ Item {
     }
 
     function tickPolling() {
-        if (!estimate.active)
-            return;
-        // An answer equal to the last one changes nothing here, and yet the service has to be asked again.
-        pollingTimer.restart();
-        estimate.getRemainsSeconds();
+        if (estimate.active)
+            estimate.getRemainsSeconds();
     }
 
-    onRemainingProcessingTimeChanged: {
-        if (estimate.active)
-            estimate.takeAnswer(estimate.remainingProcessingTime);
-    }
     onActiveChanged: {
         if (!estimate.active)
             fractionTimer.stop();

@@ -179,6 +179,18 @@ ViewCase {
         compare(rows.map(r => r.modelData), data.rows);
         compare(rows[0].list.chosenIndex, data.index);
     }
+    /// The controller announces each answer, one that changes nothing as well.
+    function test_repeatedAnswer() {
+        test.show({
+                "currentLayer": "processing",
+                "remainingProcessingTime": 50
+            }, 1);
+        const estimate = test.items(test.view).find(i => i.takeAnswer !== undefined);
+        estimate.tickSecond();
+        compare(estimate.seconds, 49);
+        test.view.remainingProcessingTimeChanged();
+        compare(estimate.seconds, 50);
+    }
     function test_layerWithDelay() {
         test.show({}, 1);
         const changes = test.spyOn("currentLayerChanged");

@@ -11,14 +11,13 @@ ViewCase {
     function init() {
         test.forbidWarnings();
         test.estimate = test.make("ProgressEstimate", test, {
-                "remainingProcessingTime": 0,
                 "active": true
             });
         polls.target = test.estimate;
         polls.clear();
     }
     function answer(seconds: int) {
-        test.estimate.remainingProcessingTime = seconds;
+        test.estimate.takeAnswer(seconds);
     }
     /// Runs steps such as ["answer", 50] or ["second"].
     function run(steps: var) {
@@ -156,8 +155,6 @@ ViewCase {
         verify(test.estimate.polling);
         test.run([["poll"]]);
         compare(polls.count, 1);
-        // The same answer again changes no property, and no answer at all changes none either.
-        verify(test.estimate.polling);
         test.run([["active", false], ["poll"]]);
         compare(polls.count, 1);
         verify(!test.estimate.polling);
@@ -171,6 +168,14 @@ ViewCase {
         verify(test.estimate.counting);
         test.run([["active", false]]);
         verify(!test.estimate.counting);
+    }
+    /// A service that does not answer is not asked again, one that repeats itself is.
+    function test_oneAnswerOnePoll() {
+        test.answer(1);
+        tryCompare(polls, "count", 1);
+        verify(!test.estimate.polling);
+        test.answer(1);
+        verify(test.estimate.polling);
     }
     /// The timers themselves: a second and then its thirds pass without anybody calling the ticks.
     function test_timersTick() {
