@@ -10,9 +10,17 @@ DropArea {
 
     signal fileDropped(string path)
 
-    /// Throws a URIError for a name that is not UTF-8.
+    /// A name that is not UTF-8 stays encoded. No such file can be opened, which the processing window tells.
+    function decoded(file: string): string {
+        try {
+            return decodeURIComponent(file);
+        } catch (error) {
+            return file;
+        }
+    }
+
     function localPath(file: string, osName: string): string {
-        const text = decodeURIComponent(file);
+        const text = area.decoded(file);
         console.info("Drag file: " + text);
         // A file on another machine has two slashes, and keeps them.
         const prefix = osName !== "win" ? "file://" : text.startsWith("file:///") ? "file:///" : "file:";
