@@ -21,6 +21,20 @@
 #include <QFileDialog>
 #include <QUrl>
 
+namespace {
+
+/// The window that an element stands in.
+QWindow *windowAround(QObject *element)
+{
+    for (QObject *object = element; object; object = object->parent()) {
+        if (auto *window = qobject_cast<QWindow *>(object))
+            return window;
+    }
+    return nullptr;
+}
+
+} // namespace
+
 BackendLoader::BackendLoader(QObject *parent)
     : QObject(parent)
     , m_store(ProgramData::instance())
@@ -53,6 +67,7 @@ FileProcessing &BackendLoader::processing()
     if (m_processing)
         return *m_processing;
     m_processing = std::make_unique<FileProcessing>(m_store);
+    m_processing->setHome(windowAround(this));
     connect(m_processing.get(), &FileProcessing::showParent, this, &BackendLoader::showMainWindow);
     connect(m_processing.get(), &FileProcessing::openAnotherFile, this, &BackendLoader::selectFile);
     connect(this, &BackendLoader::runFromDemo, m_processing.get(),
@@ -65,6 +80,7 @@ MyAccount &BackendLoader::account()
     if (m_account)
         return *m_account;
     m_account = std::make_unique<MyAccount>(m_store);
+    m_account->setHome(windowAround(this));
     connect(m_account.get(), &MyAccount::showParent, this, &BackendLoader::showMainWindow);
     connect(m_account.get(), &MyAccount::unlockFullAccess, this, &BackendLoader::unlockFullAccess);
     return *m_account;
@@ -94,6 +110,7 @@ void BackendLoader::openSettingsWindow()
     qInfo() << "BackendLoader::openSettingsWindow";
     if (!m_settings) {
         m_settings = std::make_unique<Settings>(m_store);
+        m_settings->setHome(windowAround(this));
         connect(m_settings.get(), &Settings::showParent, this, &BackendLoader::afterSettings);
     }
     emit hideMainWindow();
@@ -111,6 +128,7 @@ Archive &BackendLoader::archive()
     if (m_archive)
         return *m_archive;
     m_archive = std::make_unique<Archive>(m_store);
+    m_archive->setHome(windowAround(this));
     connect(m_archive.get(), &Archive::showParent, this, &BackendLoader::showMainWindow);
     connect(m_archive.get(), &Archive::unlockFullAccess, this, &BackendLoader::unlockFullAccess);
     connect(m_archive.get(), &Archive::reProcessDemo, this,

@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/base/viewwindow.h"
 
+#include "app/base/windowplace.h"
+
 #include <QCloseEvent>
 #include <QQmlError>
 #include <QQuickItem>
+#include <QScreen>
 
 ViewWindow::ViewWindow(const QString &title, const QUrl &view, QSize baseSize, Sizing sizing)
     : m_baseSize(baseSize)
@@ -61,6 +64,15 @@ void ViewWindow::connectToView(const char *signal, const char *viewSignal)
 {
     if (!connect(this, signal, view(), viewSignal))
         qFatal("The view has no %s for %s", viewSignal, signal);
+}
+
+void ViewWindow::showEvent(QShowEvent *event)
+{
+    if (m_home && !event->spontaneous()) {
+        const QSize whole = size().grownBy(m_home->frameMargins());
+        move(placeOver(m_home->frameGeometry(), whole, m_home->screen()->availableGeometry()));
+    }
+    QQuickWidget::showEvent(event);
 }
 
 void ViewWindow::closeEvent(QCloseEvent *event)

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QPointer>
 #include <QQuickWidget>
+#include <QWindow>
 
 class QQuickItem;
 
@@ -17,6 +19,10 @@ public:
 
     /// Sizes are in pixels at scale 1.
     ViewWindow(const QString &title, const QUrl &view, QSize baseSize, Sizing sizing);
+
+    /// Lets the window open over another one and on its screen, from now on. Without that, and when
+    /// the other one is gone, the system chooses the place.
+    void setHome(QWindow *home) { m_home = home; }
 
     /// Closes the window and tells the rest of the program so, even when the window is hidden,
     /// for which Qt itself sends no close event.
@@ -37,9 +43,11 @@ protected:
     /// The window has closed, by whatever means. Subclasses stop their work and emit showParent().
     virtual void windowClosed() = 0;
 
+    void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
     const QSize m_baseSize;
     const Sizing m_sizing;
+    QPointer<QWindow> m_home;
 };
