@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QDebug>
 #include <QFileInfo>
+#include <QIcon>
 #include <QOperatingSystemVersion>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
@@ -33,13 +34,6 @@ int failStart(int exitCode, const QString &text)
     return exitCode;
 }
 
-void openGivenFile(const QQmlApplicationEngine &engine, const QStringList &arguments)
-{
-    auto *backend = engine.rootObjects().constFirst()->findChild<BackendLoader *>();
-    if (backend && arguments.size() > 1)
-        backend->loadFile(QFileInfo(arguments.at(1)).absoluteFilePath());
-}
-
 int runMainView(const QStringList &arguments)
 {
     QQmlApplicationEngine engine;
@@ -51,9 +45,8 @@ int runMainView(const QStringList &arguments)
                          QStringLiteral("RootObjects of QQmlApplicationEngine is empty. "
                                         "We cannot load main.qml"));
     }
-    // Queued, so that the main window stands before it hides for the file's window.
-    QMetaObject::invokeMethod(
-        &engine, [&] { openGivenFile(engine, arguments); }, Qt::QueuedConnection);
+    if (arguments.size() > 1)
+        openOnceSignedIn(*engine.rootObjects().constFirst(), arguments.at(1));
     return QCoreApplication::exec();
 }
 
@@ -104,8 +97,22 @@ void logSystemHeader()
     qInfo() << "- - - - - - - - - - - - - -\n";
 }
 
+void openOnceSignedIn(const QObject &mainView, const QString &file)
+{
+    auto *backend = mainView.findChild<BackendLoader *>();
+    auto *account = mainView.findChild<UserAuth *>();
+    if (!backend || !account)
+        return;
+    const QString path = QFileInfo(file).absoluteFilePath();
+    // Queued, so that the main window stands before it hides for the file's window.
+    QObject::connect(
+        account, &UserAuth::signedIn, backend, [backend, path] { backend->loadFile(path); },
+        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
 int runProgram(const QStringList &arguments)
 {
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/teko.ico")));
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     ProgramData &store = ProgramData::instance();
     setUpLogging(store);

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 class ProgramData;
+class QObject;
 
 /// Names the program; comes before everything else.
 void nameApplication();
@@ -18,7 +19,11 @@ void setUpLogging(ProgramData &store);
 /// Writes version, system and memory to the log.
 void logSystemHeader();
 
+/// Opens a file as soon as somebody is signed in, and only once. The main view owns the backend and
+/// the account element.
+void openOnceSignedIn(const QObject &mainView, const QString &file);
+
 /// Everything between the application object and its end: style, settings, log, folders, embedded
-/// service, main view and event loop. A file given on the command line is opened at once. Returns
-/// the process's exit code; a start that fails has told the user why.
+/// service, main view and event loop. A file given on the command line is opened in place of the
+/// main window. Returns the process's exit code; a start that fails has told the user why.
 int runProgram(const QStringList &arguments);
