@@ -28,10 +28,13 @@ bool isReadable(const QByteArray &content)
     return settings.status() == QSettings::NoError;
 }
 
-// At the least a line for each key and one for their section, the last one ended.
-bool isWhole(const QByteArray &content, qsizetype keys)
+// At the least a line for each key. What Qt writes has one more, for their section, and ends the
+// last one; a file to which nothing had to be written is as some editor left it.
+bool isWhole(const QByteArray &content, qsizetype keys, bool isWritten)
 {
-    return keys == 0 || (content.endsWith('\n') && content.count('\n') > keys);
+    const bool isEnded = content.isEmpty() || content.endsWith('\n');
+    const qsizetype lines = content.count('\n') + (isEnded ? 0 : 1);
+    return keys == 0 || (isWritten ? isEnded && lines > keys : lines >= keys);
 }
 
 void putBack(const QString &path, const QByteArray &content)
@@ -68,8 +71,9 @@ bool writeSettings(QSettings &settings)
     settings.sync();
     // Qt 6.4 reports success for a file that was cut off by a full disk (QTBUG-75077).
     const QByteArray after = contentOf(file);
-    if (!isWhole(after, settings.allKeys().size())) {
-        if (after != before)
+    const bool isWritten = after != before;
+    if (!isWhole(after, settings.allKeys().size(), isWritten)) {
+        if (isWritten)
             putBack(file, before);
         return false;
     }

@@ -84,6 +84,22 @@ private slots:
         QCOMPARE(read(file + ".damaged"), QByteArray("[General]\nhalf a li"));
     }
 
+    /// As editors leave it: without a section or an end of the last line.
+    void aFileWrittenByHandNeedsNoSaving()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath("teko.ini");
+        for (const char *content :
+             {"default_audio_format=MP3", "[General]\ndefault_audio_format=MP3",
+              "default_audio_format=MP3\ndefault_instrument=Bass\n"}) {
+            write(file, content);
+            ProgramData store(file);
+            store.settings().remove("settings_gui_scale");
+            QVERIFY2(store.saveSettings(), content);
+            QCOMPARE(read(file), QByteArray(content));
+        }
+    }
+
     void failedSavesAreToldEachTime_data()
     {
         QTest::addColumn<QString>("file");
