@@ -48,6 +48,7 @@ Item {
         instrument.show(data.default_instrument);
         videoPlayer.show(data.default_video_player);
         audioPlayer.show(data.default_audio_player);
+        scale.reset();
     }
     onResetOpening: field => (field === "audio" ? audioPlayer : videoPlayer).reset()
     onUpdatePathField: (path, key) => (key === savePath.type ? savePath : openPath).show(path)
@@ -222,6 +223,8 @@ Item {
         }
 
         SettingsScale {
+            id: scale
+
             Layout.fillWidth: true
             Layout.preferredHeight: 118 * root.scf
             prop: prop

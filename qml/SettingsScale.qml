@@ -12,6 +12,11 @@ GroupBox {
 
     signal saveScf(real scf)
 
+    /// Forgets a choice that was not applied.
+    function reset() {
+        box.currentIndex = box.shownIndex;
+    }
+
     function entries(): list<string> {
         const texts = [];
         for (let percent = section.firstPercent; percent <= section.lastPercent; ++percent)
@@ -44,8 +49,8 @@ GroupBox {
                 prop: section.prop
                 model: section.entries()
                 Accessible.name: section.label
-                onShownIndexChanged: box.currentIndex = box.shownIndex
-                Component.onCompleted: box.currentIndex = box.shownIndex
+                onShownIndexChanged: section.reset()
+                Component.onCompleted: section.reset()
             }
 
             TextBtn {

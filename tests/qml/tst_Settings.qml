@@ -135,6 +135,11 @@ TestCase {
         }
         test.view.scf = 7;
         compare(box.displayText, "1.50");
+        box.forceActiveFocus();
+        keyClick(Qt.Key_Home);
+        compare(box.displayText, "0.60");
+        test.view.setProgramSettings(test.stored);
+        compare(box.displayText, "1.50");
     }
 
     function test_nothingIsClipped() {
