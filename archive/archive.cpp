@@ -101,13 +101,9 @@ void Archive::operateFile(int id, bool isMix, QString newExtension)
     const ArchiveRecord *record = usableRecord(id);
     if (!record)
         return;
-    const QString folder = m_store.defaultPathSave();
-    if (folder.isEmpty()) {
-        refuse(tr("Archive Error"),
-               tr("The folder for saved files cannot be used.\nPlease choose another one in the "
-                  "settings."));
+    const QString folder = saveFolderOrTell();
+    if (folder.isEmpty())
         return;
-    }
     m_pendingRow = id;
     m_pendingExtension = newExtension;
     carryOut(archiveJob(*record, folder, isMix, newExtension, isFileHere), *record, isMix);
@@ -166,7 +162,8 @@ void Archive::getFullFile(int id)
 void Archive::openFolder()
 {
     qInfo() << "Archive::openFolder";
-    openFolderInBrowser(m_store.defaultPathSave());
+    if (const QString folder = saveFolderOrTell(); !folder.isEmpty())
+        openFolderInBrowser(folder);
 }
 
 void Archive::cancel()
@@ -189,6 +186,16 @@ const ArchiveRecord *Archive::usableRecord(int row) const
     if (row < 0 || row >= m_files.size() || !canNameFiles(m_files[row]))
         return nullptr;
     return &m_files[row];
+}
+
+QString Archive::saveFolderOrTell()
+{
+    const QString folder = m_store.defaultPathSave();
+    if (folder.isEmpty())
+        refuse(tr("Archive Error"),
+               tr("The folder for saved files cannot be used.\nPlease choose another one in the "
+                  "settings."));
+    return folder;
 }
 
 void Archive::refuse(const QString &title, const QString &text)

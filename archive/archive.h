@@ -61,6 +61,8 @@ private:
     [[nodiscard]] const ArchiveRecord *usableRecord(int row) const;
     void carryOut(const ArchiveJob &job, const ArchiveRecord &record, bool isMix);
     [[nodiscard]] ArchiveHandler &handler();
+    /// Empty when the folder is not available, which the user is told then.
+    [[nodiscard]] QString saveFolderOrTell();
     void refuse(const QString &title, const QString &text);
 
     ProgramData &m_store;

@@ -94,7 +94,9 @@ ArchiveJob archiveJob(const ArchiveRecord &record, const QString &folder, bool i
 QString fullRunExtension(const ArchiveRecord &record, const QString &audioFormat,
                          const FileTest &exists)
 {
-    const bool isPictureGone =
-        isVideoSource(record.extension) && !isOriginalHere(record.localFilePath, exists);
-    return isPictureGone ? audioFormat.toLower() : record.extension;
+    if (!isVideoSource(record.extension) || isOriginalHere(record.localFilePath, exists))
+        return record.extension;
+    // Whoever has chosen none, or edited the settings, still gets a file.
+    const bool isOffered = audioFormats().contains(audioFormat);
+    return (isOffered ? audioFormat : audioFormats().constFirst()).toLower();
 }

@@ -48,6 +48,7 @@ struct ArchiveJob
 [[nodiscard]] ArchiveJob archiveJob(const ArchiveRecord &record, const QString &folder, bool isMix,
                                     const QString &extension, const FileTest &exists);
 
-/// The format for processing a demo in full: its own, or the audio format when its picture is gone.
+/// The format for processing a demo in full: its own, or when its picture is gone the audio format
+/// that is chosen in the settings, MP3 if none is.
 [[nodiscard]] QString fullRunExtension(const ArchiveRecord &record, const QString &audioFormat,
                                        const FileTest &exists);

@@ -220,18 +220,26 @@ private slots:
     {
         QTest::addColumn<QString>("extension");
         QTest::addColumn<QStringList>("files");
+        QTest::addColumn<QString>("chosen");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("sound") << "flac" << QStringList() << "flac";
-        QTest::newRow("film here") << "mp4" << QStringList("/a.mp4") << "mp4";
-        QTest::newRow("film gone") << "vob" << QStringList() << "wav";
-        QTest::newRow("film gone, upper case") << "MP4" << QStringList() << "MP4";
+        QTest::newRow("sound") << "flac" << QStringList() << "WAV"
+                               << "flac";
+        QTest::newRow("film here") << "mp4" << QStringList("/a.mp4") << "WAV"
+                                   << "mp4";
+        QTest::newRow("film gone") << "vob" << QStringList() << "WAV"
+                                   << "wav";
+        QTest::newRow("film gone, none chosen") << "mp4" << QStringList() << "none"
+                                                << "mp3";
+        QTest::newRow("film gone, upper case") << "MP4" << QStringList() << "WAV"
+                                               << "MP4";
     }
 
     void fullRuns()
     {
         QFETCH(QString, extension);
         QFETCH(QStringList, files);
-        QTEST(fullRunExtension(song(extension, "/a.mp4"), "WAV", only(files)), "expected");
+        QFETCH(QString, chosen);
+        QTEST(fullRunExtension(song(extension, "/a.mp4"), chosen, only(files)), "expected");
     }
 };
 
