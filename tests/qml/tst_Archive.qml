@@ -144,6 +144,7 @@ TestCase {
         keyClick(Qt.Key_End);
         compare(test.heard, [["changedFormat", 0, "wma"]]);
         test.view.changeButtons(0, "play", "download");
+        compare(test.controls().slice(0, 3), ["[WMA]", "play:Vocals", "download:Mix"]);
         const first = () => test.shown().filter(item => item.Accessible.description === "Song 0" || item.Accessible.description === "Play Song 0");
         compare(first().length, 2);
         list.currentIndex = 9999;
