@@ -146,8 +146,7 @@ QList<ScriptedRequest> ScriptedServer::requests(const QByteArray &path) const
 
 void ScriptedServer::release()
 {
-    // A copy of the keys, since an answer that ends a connection takes it out of the list.
-    const QList<QTcpSocket *> sockets = m_connections.keys();
+    const QList<QTcpSocket *> sockets = std::exchange(m_holding, {});
     for (QTcpSocket *socket : sockets) {
         const auto connection = m_connections.find(socket);
         if (connection != m_connections.end() && std::exchange(connection->isHeld, false))
@@ -198,7 +197,9 @@ bool ScriptedServer::takeRequest(QTcpSocket *socket, Connection &connection)
     const ScriptedAnswer answer = nextAnswer(request.path(), true);
     connection.isHeld = answer.isHeld;
     connection.held = answer;
-    if (!answer.isHeld)
+    if (answer.isHeld)
+        m_holding << socket;
+    else
         send(socket, answer);
     emit requestReceived();
     return true;

@@ -75,7 +75,7 @@ public:
     /// Each request for the path takes the next answer; the last one stays. A path without a
     /// script is answered with 404.
     void on(const QByteArray &path, const QList<ScriptedAnswer> &answers);
-    /// Sends the held answers whose requests have come.
+    /// Sends the held answers whose requests have come, in the order of the requests.
     void release();
 
     /// Whole requests in the order in which they were completed, those that were cut on purpose
@@ -110,6 +110,7 @@ private:
 
     QTcpServer m_server;
     QHash<QTcpSocket *, Connection> m_connections;
+    QList<QTcpSocket *> m_holding; ///< in the order of the requests; may name ended connections
     QHash<QByteArray, QList<ScriptedAnswer>> m_script;
     QList<ScriptedRequest> m_requests;
     qint64 m_bytesSent = 0;
