@@ -55,6 +55,14 @@ bool CredentialsFile::write(const Credentials &credentials) const
     return false;
 }
 
+void CredentialsFile::overwrite(const Credentials &credentials) const
+{
+    if (write(credentials) || m_path.isEmpty() || !QFile::remove(m_path))
+        return;
+    // On a full disk the old file has made room.
+    write(credentials);
+}
+
 bool CredentialsFile::replaceWith(const QByteArray &content) const
 {
     QSaveFile file(m_path);

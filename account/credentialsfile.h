@@ -19,6 +19,9 @@ public:
     /// that cannot be done.
     bool write(const Credentials &credentials) const;
 
+    /// write() that rather loses the old file than keep what it holds.
+    void overwrite(const Credentials &credentials) const;
+
 private:
     [[nodiscard]] bool replaceWith(const QByteArray &content) const;
     void setAside() const;

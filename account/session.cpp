@@ -81,8 +81,11 @@ void Session::resume(const SessionCandidate &candidate)
 void Session::end(bool byWish)
 {
     const Credentials before = restore();
+    const Credentials left{before.publicKey, before.email, {}, {}, byWish};
     m_store.setUser({});
-    keep({before.publicKey, before.email, {}, {}, byWish});
+    m_store.setAccess({left.publicKey, left.accessToken, left.hasSignedOut});
+    // An old file would sign him in again at the next start.
+    fileOf(m_store).overwrite(left);
 }
 
 void Session::keep(const Credentials &credentials)

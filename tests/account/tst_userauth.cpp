@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "account/userauth.h"
 #include "tests/account/accountfixture.h"
+#include "tests/support/smalldisk.h"
 
 #include <QRegularExpression>
 
@@ -167,6 +168,22 @@ private slots:
         Session(store()).end(true);
         m_auth->recheck();
         QTRY_COMPARE(m_events.constLast(), "out");
+    }
+
+    void signOutOnAFullDisk()
+    {
+        const SmallDisk disk(documentsAppFolder());
+        if (!disk.isMounted())
+            QSKIP("needs the right to mount a small file system");
+        signIn("h1");
+        QFile filler(documentsAppFolder() + "/filler");
+        QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        while (filler.write(QByteArray(4096, 'x')) > 0)
+            continue;
+        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("cannot be written"));
+        Session(store()).end(true);
+        nextRun(Answer::text(userJson("h1")), LocalAccount{"me@here", "own"});
+        QTRY_COMPARE(m_events, QStringList{"out"});
     }
 
     void forms_data()
