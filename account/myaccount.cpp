@@ -100,7 +100,7 @@ void MyAccount::sessionChecked(const AccountAnswer &answer)
     }
     const UserReply reply = parseUserReply(answer.text);
     if (reply.kind == UserReply::Kind::Refusal) {
-        m_session.end(false);
+        // The main window checks again when it comes back, ends the session and tells the reason.
         closeWindow();
     } else if (reply.kind == UserReply::Kind::User) {
         m_session.begin(reply);
@@ -153,6 +153,7 @@ void MyAccount::saved(const AccountAnswer &answer)
 
 void MyAccount::cancel()
 {
+    qInfo() << "MyAccount::cancel";
     closeWindow();
 }
 

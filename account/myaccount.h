@@ -16,8 +16,8 @@ public:
     /// The store must outlive the window.
     explicit MyAccount(ProgramData &store);
 
-    /// Shows the window with what is known, and asks the service for the news. A session that the
-    /// service refuses ends, and the window closes.
+    /// Shows the window with what is known, and asks the service for the news. When the service
+    /// refuses the session the window closes: whoever shows the main window then ends it.
     void openWindow();
 
 signals:

@@ -133,6 +133,7 @@ bool UserAuth::hasLocalAccount() const
 
 void UserAuth::signIn(const QString &email, const QString &password)
 {
+    qInfo() << "UserAuth::signIn";
     submit(firstOf({problemWithEmail(email), problemWithPassword(password)}),
            QStringLiteral("auth/login.php"),
            {{QStringLiteral("email"), email.trimmed()}, {QStringLiteral("password"), password}},
@@ -141,6 +142,7 @@ void UserAuth::signIn(const QString &email, const QString &password)
 
 void UserAuth::registerAccount(const QString &name, const QString &email, const QString &password)
 {
+    qInfo() << "UserAuth::registerAccount";
     submit(
         firstOf({problemWithName(name), problemWithEmail(email), problemWithNewPassword(password)}),
         QStringLiteral("auth/register.php"),
@@ -152,6 +154,7 @@ void UserAuth::registerAccount(const QString &name, const QString &email, const 
 
 void UserAuth::startRecovery(const QString &email)
 {
+    qInfo() << "UserAuth::startRecovery";
     submit(problemWithEmail(email), QStringLiteral("auth/recover.php"),
            {{QStringLiteral("email"), email.trimmed()}}, [this](const QString &body) {
                if (body.trimmed() == QLatin1String("1"))
@@ -163,6 +166,7 @@ void UserAuth::startRecovery(const QString &email)
 
 void UserAuth::recover(const QString &email, const QString &code, const QString &password)
 {
+    qInfo() << "UserAuth::recover";
     submit(
         firstOf({problemWithEmail(email), problemWithCode(code), problemWithNewPassword(password)}),
         QStringLiteral("auth/recover.php"),
@@ -179,6 +183,7 @@ void UserAuth::recover(const QString &email, const QString &code, const QString 
 
 void UserAuth::signInLocally()
 {
+    qInfo() << "UserAuth::signInLocally";
     if (m_isBusy || !hasLocalAccount())
         return;
     setError({});

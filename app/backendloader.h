@@ -51,7 +51,7 @@ public slots:
     void openUrl(QString url);
     void checkForUpdates();
     void showLogs();
-    /// Ends the session here and for good.
+    /// Forgets the session on this computer; no account is used unasked from now on.
     void logout();
     void resetScf();
     /// Welcomes the signed-in user and tells him what his licence allows.
