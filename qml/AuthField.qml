@@ -62,7 +62,8 @@ Item {
             readOnly: field.readOnly
             echoMode: field.secret && !eye.checked ? TextInput.Password : TextInput.Normal
             inputMethodHints: field.secret ? Qt.ImhSensitiveData | Qt.ImhNoPredictiveText : Qt.ImhNone
-            maximumLength: 254
+            // What the service takes of an address and of a password.
+            maximumLength: field.secret ? 1024 : 254
             font: field.prop.fonts.font10_13
             color: "#10131a"
             selectionColor: "#1C2E9B"

@@ -49,8 +49,10 @@ namespace {
 
     void checkPassword(const std::string &password)
     {
-        if (password.size() < kShortestPassword || password.size() > kLongestPassword)
+        if (password.size() < kShortestPassword)
             throw Refusal("The password must have at least 8 characters.");
+        if (password.size() > kLongestPassword)
+            throw Refusal("The password is too long.");
     }
 
     AccountChange personFrom(const Fields &fields)

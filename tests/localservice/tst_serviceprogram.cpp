@@ -464,6 +464,11 @@ void ServiceProgramTest::accountsAreKeptApart()
                          {"email", "o@example.org"},
                          {"password", ""}};
     QVERIFY(other.post("auth/update.php", change).contains("\"o@example.org\""));
+    for (const auto &[size, reason] : {std::pair(7, "at least 8"), std::pair(1025, "too long")}) {
+        Form bad = change;
+        bad.last().second = QString(size, 'x');
+        QVERIFY2(other.post("auth/update.php", bad).contains(reason), reason);
+    }
     QVERIFY(other.post("auth/check.php", {{"hash", hash}}).contains("\"O\""));
 
     QCOMPARE(other.post("auth/recover.php", {{"email", "o@example.org"}}), "1");
