@@ -152,23 +152,27 @@ private slots:
         QFETCH(QString, stage);
         RecordedMessages messages;
         openFile("long.mp4", "MP4");
-        int delayed = 0;
-        connect(m_window.get(), &FileProcessing::changeLayerWithDelay, this, [&] { ++delayed; });
+        // These stages may be over before anybody looks for them: they are cancelled as they begin.
+        QStringList announced{"downloading", "instrument"};
+        bool isCancelled = false;
+        connect(
+            m_window.get(), &FileProcessing::changeLayerWithDelay, this,
+            [&] {
+                if (announced.isEmpty() || announced.takeFirst() != stage)
+                    return;
+                m_window->cancelProcess();
+                isCancelled = true;
+            },
+            Qt::QueuedConnection);
         m_window->startProcess();
         const auto isReached = [&] {
-            if (stage == "downloading")
-                return delayed == 1;
-            if (stage == "instrument")
-                return delayed == 2;
             if (stage == "mix")
-                return m_window->rootObject()
-                    ->property("convertingText")
-                    .toString()
-                    .contains("mix");
-            return layer() == stage;
+                return value("convertingText").contains("mix");
+            return isCancelled || layer() == stage;
         };
         QTRY_VERIFY_WITH_TIMEOUT(isReached(), 60000);
-        m_window->cancelProcess();
+        if (!isCancelled)
+            m_window->cancelProcess();
         QCOMPARE(layer(), QStringLiteral("select_instrument"));
         QCOMPARE(childProcesses("ffmpeg"), QStringList());
         for (const QString &name : names(m_store->defaultPathSave()))
@@ -197,7 +201,11 @@ private:
         m_window->openWindow(m_folder.filePath(name));
     }
 
-    QString layer() const { return m_window->rootObject()->property("currentLayer").toString(); }
+    QString value(const char *name) const
+    {
+        return m_window->rootObject()->property(name).toString();
+    }
+    QString layer() const { return value("currentLayer"); }
 
     static QStringList names(const QString &folder)
     {
