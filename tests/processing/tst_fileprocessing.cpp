@@ -281,6 +281,9 @@ private slots:
         QTRY_COMPARE(m_server->requests(remains).size(), 1);
         m_window->getRemainsSeconds();
         QTRY_COMPARE(m_server->requests(remains).size(), 2);
+        // One after the other: two connections may be heard in any order.
+        m_server->releaseFirst();
+        QTRY_VERIFY(m_server->requests(download).size() + messages.texts().size() == 1);
         m_server->release();
         QTRY_COMPARE(value("currentLayer"), QVariant(layer));
         m_window->checkRemains();

@@ -146,12 +146,18 @@ QList<ScriptedRequest> ScriptedServer::requests(const QByteArray &path) const
 
 void ScriptedServer::release()
 {
-    const QList<QTcpSocket *> sockets = std::exchange(m_holding, {});
-    for (QTcpSocket *socket : sockets) {
-        const auto connection = m_connections.find(socket);
-        if (connection != m_connections.end() && std::exchange(connection->isHeld, false))
-            send(socket, connection->held);
-    }
+    while (!m_holding.isEmpty())
+        releaseFirst();
+}
+
+void ScriptedServer::releaseFirst()
+{
+    if (m_holding.isEmpty())
+        return;
+    QTcpSocket *socket = m_holding.takeFirst();
+    const auto connection = m_connections.find(socket);
+    if (connection != m_connections.end() && std::exchange(connection->isHeld, false))
+        send(socket, connection->held);
 }
 
 void ScriptedServer::accept()

@@ -77,6 +77,8 @@ public:
     void on(const QByteArray &path, const QList<ScriptedAnswer> &answers);
     /// Sends the held answers whose requests have come, in the order of the requests.
     void release();
+    /// Sends only the one whose request came first.
+    void releaseFirst();
 
     /// Whole requests in the order in which they were completed, those that were cut on purpose
     /// included with what had come of them.
