@@ -132,10 +132,8 @@ void ArchiveHandler::startWorker(const QString &input, const QString &output,
 /// Tells the user when it is not.
 bool ArchiveHandler::isMade(const QString &result)
 {
-    if (QFileInfo(result).size() > 0)
+    if (QFile::exists(result))
         return true;
-    // An empty one is the beginning of a conversion that failed.
-    QFile::remove(result);
     showError(tr("The result could not be converted:\n\n%1").arg(result));
     return false;
 }

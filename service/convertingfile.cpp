@@ -9,6 +9,7 @@
 #include <QDebug>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 namespace {
 
@@ -26,6 +27,15 @@ struct FileState
     qint64 size;
     QDateTime modified;
 };
+
+/// Whether the disk still takes something. One that does not has cut off what was written last, of
+/// which ffmpeg reports only a part: a Matroska file without its end counts as a success there.
+bool hasRoomBeside(const QString &path)
+{
+    const QByteArray sample(1 << 16, 'x');
+    QTemporaryFile probe(QFileInfo(path).absolutePath() + QStringLiteral("/teko-XXXXXX"));
+    return probe.open() && probe.write(sample) == sample.size() && probe.flush();
+}
 
 void removeIfThere(const QString &path)
 {
@@ -73,8 +83,9 @@ bool ConvertingFile::isCancelled() const
 void ConvertingFile::run(const QStringList &arguments, const QString &target)
 {
     const FileState before(target);
-    runFfmpeg(this, ffmpegProgram(), arguments, *m_cancelFlag);
-    if (isCancelled() && FileState(target) != before)
+    const bool isWhole = runFfmpeg(this, ffmpegProgram(), arguments, *m_cancelFlag)
+        && QFileInfo(target).size() > 0 && hasRoomBeside(target);
+    if ((!isWhole || isCancelled()) && FileState(target) != before)
         removeIfThere(target);
 }
 

@@ -8,10 +8,10 @@
 
 #include <atomic>
 
-/// Worker for one conversion. Each slot blocks the thread it runs in until ffmpeg has ended. No
-/// failure of ffmpeg is detected: the receiver of the signal looks whether the output exists.
-/// A conversion that is cancelled while it runs leaves no partial output behind; an earlier file of
-/// that name which ffmpeg did not touch stays.
+/// Worker for one conversion. Each slot blocks the thread it runs in until ffmpeg has ended. A
+/// failure is not signalled: the receiver of the signal looks whether the output exists. What a
+/// conversion that failed, was cancelled or filled the disk has written is removed; an earlier file
+/// of that name which ffmpeg did not touch stays.
 class ConvertingFile final : public QObject
 {
     Q_OBJECT

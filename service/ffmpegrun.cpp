@@ -32,7 +32,7 @@ QString ffmpegProgram()
         .absoluteFilePath();
 }
 
-void runFfmpeg(QObject *parent, const QString &program, const QStringList &arguments,
+bool runFfmpeg(QObject *parent, const QString &program, const QStringList &arguments,
                const std::atomic<int> &cancelFlag)
 {
     QProcess process(parent);
@@ -43,4 +43,6 @@ void runFfmpeg(QObject *parent, const QString &program, const QStringList &argum
     process.start(program, arguments, QIODevice::ReadWrite);
     waitForEnd(process, cancelFlag);
     process.close();
+    return process.error() != QProcess::FailedToStart
+        && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }

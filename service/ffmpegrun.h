@@ -13,6 +13,6 @@ class QObject;
 
 /// Runs a program to its end and blocks the calling thread meanwhile. Its output goes nowhere and
 /// its input is at its end. A cancel flag of 1 stops it: within 100 ms it is asked to, 500 ms later
-/// it is made to. How it ended is not told; a program that cannot start counts as ended.
-void runFfmpeg(QObject *parent, const QString &program, const QStringList &arguments,
-               const std::atomic<int> &cancelFlag);
+/// it is made to. Returns whether it ran to its own end and reported success.
+[[nodiscard]] bool runFfmpeg(QObject *parent, const QString &program, const QStringList &arguments,
+                             const std::atomic<int> &cancelFlag);

@@ -135,6 +135,9 @@ private slots:
         row("one pass", "mix", "", "o.avi", "o.avi.mp4", 1, "mix", "o.avi o.avi.mp4");
         row("archived audio", "archived", "", "o.mp3", "", 1, "main", "in.wav o.mp3");
         row("archived video", "archived", "", "o.wmv", "o.wmv.mp4", 2, "main", "in.wav o.wmv");
+        row("cut off upload", "upload", "cut off", "o.wav", "", 1, "upload", "in.wav");
+        row("cut off result", "mix", "cut off", "o.mp3", "", 1, "mix", "");
+        row("cut off archived", "archived", "cut off", "o.wmv", "", 2, "main", "in.wav");
         row("failing", "result", "fail", "o.mov", "", 2, "main", "");
         row("crashing", "upload", "crash", "o.wav", "", 1, "upload", "in.wav");
         row("asking", "result", "ask", "o.mp3", "", 1, "main", "o.mp3");
@@ -217,7 +220,7 @@ private slots:
     void missingProgramEndsAtOnce()
     {
         QObject parent;
-        runFfmpeg(&parent, path("no such program.exe"), {}, m_cancel);
+        QVERIFY(!runFfmpeg(&parent, path("no such program.exe"), {}, m_cancel));
         QVERIFY(parent.children().isEmpty());
     }
 

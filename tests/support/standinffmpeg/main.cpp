@@ -43,6 +43,20 @@ int writeOutput(const QString &path, const QByteArray &content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() ? 0 : 1;
 }
 
+/// Ends with an error in the middle of its work.
+int cutOff(const QString &path)
+{
+    writeOutput(path, "partial");
+    return 1;
+}
+
+/// Does not notice that the disk is full.
+int overflow(const QString &path)
+{
+    writeOutput(path, QByteArray(2 << 20, 'x'));
+    return 0;
+}
+
 /// Grows the output until it is ended from outside, at the latest after a minute.
 int writeSlowly(const QString &path)
 {
@@ -88,6 +102,8 @@ int hangAside(const QString &path)
 std::map<QByteArray, std::function<int(const QString &)>> behaviours()
 {
     return {{"", [](const QString &path) { return writeOutput(path, "converted"); }},
+            {"cut off", cutOff},
+            {"overflow", overflow},
             {"hang", hang},
             {"hang aside", hangAside},
             {"slow", writeSlowly},
