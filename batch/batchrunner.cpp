@@ -97,7 +97,7 @@ bool BatchRunner::runFile(const QString &file)
     m_message.clear();
     m_lastStage.clear();
     m_isClosed = false;
-    m_window.openWindow(file);
+    m_window.openWindow(QFileInfo(file).absoluteFilePath());
     if (m_isInterrupted)
         return fail(file, tr("Interrupted."));
     if (m_isClosed)

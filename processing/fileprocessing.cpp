@@ -160,9 +160,16 @@ void FileProcessing::prepareUpload()
     m_isUploaded = false;
     m_tempWavPath = temporaryWavPath(m_store.defaultPathTemp(), *QRandomGenerator64::global());
     removeUploadedFile();
+    // What fails here is told by the missing file.
+    if (!isFileOfThisMachine(m_sourcePath)) {
+        doneUploadConverting();
+        return;
+    }
     if (mediaSuffix(m_sourcePath) == QStringLiteral("wav")) {
-        // A failed copy is told by the missing file.
         QFile::copy(m_sourcePath, m_tempWavPath);
+        // A copy of a read-only file is read-only too, and could not be removed on Windows.
+        QFile::setPermissions(m_tempWavPath,
+                              QFile::permissions(m_tempWavPath) | QFile::WriteOwner);
         doneUploadConverting();
         return;
     }

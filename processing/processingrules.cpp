@@ -5,6 +5,7 @@
 #include "service/mediaformats.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QStringList>
 #include <QTemporaryFile>
@@ -41,6 +42,12 @@ QString unusableFolder(const QString &saveFolder, const QString &tempFolder)
         return QCoreApplication::translate("FileProcessing",
                                            "The folder for temporary files cannot be used.");
     return {};
+}
+
+bool isFileOfThisMachine(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.isAbsolute() && file.isFile();
 }
 
 QString offeredInstrument(const QString &stored)

@@ -13,6 +13,10 @@ class QRandomGenerator64;
 /// a sentence for the user; empty when both can be used.
 [[nodiscard]] QString unusableFolder(const QString &saveFolder, const QString &tempFolder);
 
+/// Whether a source can be handed to ffmpeg, which takes a text that is no whole path for an
+/// address or a protocol if it looks like one.
+[[nodiscard]] bool isFileOfThisMachine(const QString &path);
+
 /// The stored choice as the window takes it over: "none" for one that it does not offer.
 [[nodiscard]] QString offeredInstrument(const QString &stored);
 [[nodiscard]] QString offeredFormat(const QString &stored, bool isVideo);

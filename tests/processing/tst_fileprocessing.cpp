@@ -4,6 +4,7 @@
 #include "processing/fileprocessing.h"
 #include "tests/support/recordedmessages.h"
 #include "tests/support/scriptedserver.h"
+#include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
 
 #include <QDesktopServices>
@@ -14,6 +15,7 @@
 #include <QTest>
 
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -26,8 +28,7 @@ const QByteArray removal = "/teko-server/removeUploaded.php";
 
 } // namespace
 
-/// The processing window with its real view, the scripted server and WAV files, which need no
-/// ffmpeg.
+/// The processing window with its real view, the scripted server and the stand-in ffmpeg.
 class TestFileProcessing : public TestCase
 {
     Q_OBJECT
@@ -36,6 +37,7 @@ private slots:
     void init()
     {
         TestCase::init();
+        qunsetenv("STANDIN_DO");
         m_folder = std::make_unique<QTemporaryDir>();
         for (const char *name : {"Save", "Temp", "in"})
             QDir(m_folder->path()).mkdir(QLatin1String(name));
@@ -121,7 +123,9 @@ private slots:
     void threeRuns()
     {
         RecordedMessages messages;
-        m_window->openWindow(source("Song %20 ü.WAV"));
+        const QString first = source("Song %20 ü.WAV");
+        QVERIFY(QFile::setPermissions(first, QFile::ReadOwner));
+        m_window->openWindow(first);
         m_window->startProcess();
         QTRY_COMPARE(value("currentLayer"), QVariant("success"));
         QCOMPARE(paths(), QList<QByteArray>({proceed, remains, download}));
@@ -132,6 +136,9 @@ private slots:
         QVERIFY(value("isDemo").toBool());
         const QStringList temporary = QDir(m_folder->filePath("Temp")).entryList(QDir::Files);
         QCOMPARE(temporary.size(), 1);
+        // Windows removes nothing that is read-only.
+        QVERIFY(QFile::permissions(m_folder->filePath("Temp/" + temporary.constFirst()))
+                & QFile::WriteOwner);
 
         m_server->clearRequests();
         m_window->proceedAnotherInstrument();
@@ -334,38 +341,79 @@ private slots:
 
     void badSourcesAndFolders_data()
     {
+        QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("folder");
         QTest::addColumn<QString>("message");
-        QTest::newRow("vanished source")
-            << ""
-            << ""
-            << "Converting Error: An error occurred preparing the file for upload";
-        QTest::newRow("no save folder") << "default_path_save"
-                                        << "x/y"
-                                        << "File Processing Error: The folder for saved*";
-        QTest::newRow("no temporary folder") << "default_path_temp"
-                                             << "x/y"
-                                             << "File Processing Error: The folder for temp*";
+        const auto row = [](const char *name, const char *file, const char *key,
+                            const char *message) { QTest::newRow(name) << file << key << message; };
+        const char *unprepared =
+            "Converting Error: An error occurred preparing the file for upload";
+        row("vanished source", "gone.wav", "", unprepared);
+        row("address", "http://127.0.0.1:9/a.mp3", "", unprepared);
+        row("several files", "concat:a.mp3|b.mp3", "", unprepared);
+        row("folder", ".", "", unprepared);
+        row("no save folder", "a.wav", "default_path_save",
+            "File Processing Error: The folder for saved*");
+        row("no temporary folder", "a.wav", "default_path_temp",
+            "File Processing Error: The folder for temp*");
     }
 
     void badSourcesAndFolders()
     {
+        QFETCH(QString, file);
         QFETCH(QString, key);
-        QFETCH(QString, folder);
         QFETCH(QString, message);
         RecordedMessages messages;
-        const QString path = source("a.wav");
-        m_window->openWindow(path);
-        if (key.isEmpty())
-            QFile::remove(path);
-        else
-            m_store->settings().setValue(key, m_folder->filePath(folder));
+        if (file == "a.wav")
+            source(file);
+        m_window->openWindow(file.contains(':') ? file : m_folder->filePath("in/" + file));
+        if (!key.isEmpty())
+            m_store->settings().setValue(key, m_folder->filePath("x/y"));
         m_window->startProcess();
         QCOMPARE(messages.texts().size(), 1);
         QVERIFY(isLike(messages.texts().constFirst(), message));
         QCOMPARE(value("currentLayer"), QVariant("select_instrument"));
         QVERIFY(m_server->requests(proceed).isEmpty());
+    }
+
+    void brokenConversions_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("full");
+        QTest::addColumn<QString>("message");
+        const auto row = [](const char *name, const char *behaviour, const char *file,
+                            const char *full, const char *message) {
+            QTest::newRow(name) << behaviour << file << full << message;
+        };
+        const char *upload = "Converting Error: An error occurred preparing the file for upload";
+        const char *result = "Converting Error: The result could not be converted:\n\n*";
+        row("upload cut off", "cut off", "a.mp3", "", upload);
+        row("upload fills the disk", "overflow", "a.mp3", "Temp", upload);
+        row("result cut off", "cut off", "a.wav", "", result);
+        row("result fills the disk", "overflow", "a.wav", "Save", result);
+    }
+
+    /// Nothing half made is uploaded, or left in the save folder as if it were a result.
+    void brokenConversions()
+    {
+        QFETCH(QString, behaviour);
+        QFETCH(QString, file);
+        QFETCH(QString, full);
+        QFETCH(QString, message);
+        std::optional<SmallDisk> disk;
+        if (!full.isEmpty() && !disk.emplace(m_folder->filePath(full)).isMounted())
+            QSKIP("No file system can be mounted here.");
+        RecordedMessages messages;
+        m_store->settings().setValue("default_audio_format", "MP3");
+        m_window->openWindow(source(file));
+        qputenv("STANDIN_DO", behaviour.toLatin1());
+        m_window->startProcess();
+        QTRY_COMPARE(messages.texts().size(), 1);
+        QVERIFY(isLike(messages.texts().constFirst(), message));
+        QCOMPARE(value("currentLayer"), QVariant("select_instrument"));
+        QCOMPARE(contents("Save"), QStringList());
+        QCOMPARE(m_server->requests(proceed).size(), file == "a.wav" ? 1 : 0);
     }
 
     void openingResults_data()
