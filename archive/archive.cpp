@@ -119,10 +119,7 @@ void Archive::carryOut(const ArchiveJob &job, const ArchiveRecord &record, bool 
                      job.target);
         break;
     case ArchiveJob::Action::Refuse:
-        refuse(tr("File Format Error"),
-               tr("Cannot download and convert file to %1, because original video file is "
-                  "missed:\n\n%2")
-                   .arg(m_pendingExtension, record.localFilePath));
+        refuseWithoutFilm(m_pendingExtension, record);
         break;
     case ArchiveJob::Action::Download:
         handler().openWindow(job.stored, job.target, record.localFilePath);
@@ -155,8 +152,11 @@ void Archive::getFullFile(int id)
     const ArchiveRecord *record = usableRecord(id);
     if (!record)
         return;
-    const QString extension = fullRunExtension(*record, m_store.defaultAudioFormat(), isFileHere);
-    emit reProcessDemo(record->localFilePath, record->instrument, extension, record->id);
+    const FullRun run = fullRun(*record, m_store.defaultAudioFormat(), isFileHere);
+    if (run.lacksFilm)
+        refuseWithoutFilm(run.extension, *record);
+    else
+        emit reProcessDemo(run.source, record->instrument, run.extension, record->id);
 }
 
 void Archive::openFolder()
@@ -196,6 +196,14 @@ QString Archive::saveFolderOrTell()
                tr("The folder for saved files cannot be used.\nPlease choose another one in the "
                   "settings."));
     return folder;
+}
+
+void Archive::refuseWithoutFilm(const QString &extension, const ArchiveRecord &record)
+{
+    refuse(tr("File Format Error"),
+           tr("Cannot download and convert file to %1, because original video file is "
+              "missed:\n\n%2")
+               .arg(extension, record.localFilePath));
 }
 
 void Archive::refuse(const QString &title, const QString &text)

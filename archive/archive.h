@@ -63,6 +63,7 @@ private:
     [[nodiscard]] ArchiveHandler &handler();
     /// Empty when the folder is not available, which the user is told then.
     [[nodiscard]] QString saveFolderOrTell();
+    void refuseWithoutFilm(const QString &extension, const ArchiveRecord &record);
     void refuse(const QString &title, const QString &text);
 
     ProgramData &m_store;

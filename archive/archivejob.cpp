@@ -19,6 +19,13 @@ bool canGivePicture(const ArchiveRecord &record, const QString &stored, const Fi
             && isOriginalHere(record.localFilePath, exists));
 }
 
+/// Whoever has chosen none, or edited the settings, still gets a file.
+QString soundFormat(const QString &chosen)
+{
+    const bool isOffered = audioFormats().contains(chosen);
+    return (isOffered ? chosen : audioFormats().constFirst()).toLower();
+}
+
 QString buttonFor(bool isHere)
 {
     return isHere ? u"play"_s : u"download"_s;
@@ -31,9 +38,20 @@ bool isFileHere(const QString &path)
     return !path.isEmpty() && QFileInfo(path).isFile();
 }
 
+bool isOriginalPath(const QString &path)
+{
+    const QString plain = QDir::fromNativeSeparators(path);
+    // Asking for a file on a share already tells the machine there who the user is. A colon in
+    // front leads to the program's own resources.
+    if (!QDir::isAbsolutePath(plain) || plain.startsWith(u"//"_s) || plain.startsWith(u':'))
+        return false;
+    const QString suffix = mediaSuffix(plain);
+    return isVideoSource(suffix) || audioSourceSuffixes().contains(suffix);
+}
+
 bool isOriginalHere(const QString &path, const FileTest &exists)
 {
-    return QDir::isAbsolutePath(path) && exists(path);
+    return isOriginalPath(path) && exists(path);
 }
 
 ResultPaths archivePaths(const QString &folder, const ArchiveRecord &record,
@@ -91,12 +109,14 @@ ArchiveJob archiveJob(const ArchiveRecord &record, const QString &folder, bool i
     return job;
 }
 
-QString fullRunExtension(const ArchiveRecord &record, const QString &audioFormat,
-                         const FileTest &exists)
+FullRun fullRun(const ArchiveRecord &record, const QString &audioFormat, const FileTest &exists)
 {
-    if (!isVideoSource(record.extension) || isOriginalHere(record.localFilePath, exists))
-        return record.extension;
-    // Whoever has chosen none, or edited the settings, still gets a file.
-    const bool isOffered = audioFormats().contains(audioFormat);
-    return (isOffered ? audioFormat : audioFormats().constFirst()).toLower();
+    const bool isHere = isOriginalHere(record.localFilePath, exists);
+    FullRun run;
+    run.extension =
+        isVideoSource(record.extension) && !isHere ? soundFormat(audioFormat) : record.extension;
+    run.lacksFilm = isVideoOutput(run.extension.toLower()) && !isHere;
+    run.source = isOriginalPath(record.localFilePath) ? record.localFilePath
+                                                      : record.name + u'.' + run.extension;
+    return run;
 }

@@ -13,7 +13,11 @@ using FileTest = std::function<bool(const QString &path)>;
 /// Whether that path is a file on this machine.
 [[nodiscard]] bool isFileHere(const QString &path);
 
-/// Whether the user's own file, which the service only names, is here; never for a relative path.
+/// Whether a path that the service names can be a media file of this machine. Everything else, such
+/// as an address, a network share or a file of another kind, is not even looked for.
+[[nodiscard]] bool isOriginalPath(const QString &path);
+
+/// Whether the user's own file, which the service only names, is here.
 [[nodiscard]] bool isOriginalHere(const QString &path, const FileTest &exists = isFileHere);
 
 /// Where a record's results lie in a format. Both are empty when there is no folder or the record
@@ -48,7 +52,16 @@ struct ArchiveJob
 [[nodiscard]] ArchiveJob archiveJob(const ArchiveRecord &record, const QString &folder, bool isMix,
                                     const QString &extension, const FileTest &exists);
 
-/// The format for processing a demo in full: its own, or when its picture is gone the audio format
-/// that is chosen in the settings, MP3 if none is.
-[[nodiscard]] QString fullRunExtension(const ArchiveRecord &record, const QString &audioFormat,
-                                       const FileTest &exists);
+/// How a demo is processed in full.
+struct FullRun
+{
+    QString source; ///< the user's file, or only a name where the service tells no usable path
+    QString extension; ///< as stored, or when the picture is gone a chosen audio format
+    bool lacksFilm = false; ///< the result would need a picture that is not here
+
+    bool operator==(const FullRun &) const = default;
+};
+
+/// The audio format is that of the settings; MP3 stands in for none.
+[[nodiscard]] FullRun fullRun(const ArchiveRecord &record, const QString &audioFormat,
+                              const FileTest &exists);

@@ -7,6 +7,7 @@
 #include "processing/fileprocessing.h"
 #include "tests/support/recordedmessages.h"
 #include "tests/support/scriptedserver.h"
+#include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
 
 #include <QApplication>
@@ -19,6 +20,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -35,7 +37,7 @@ QByteArray record(const QByteArray &name, const QByteArray &extension,
 
 } // namespace
 
-/// The archive's windows with their real views and the scripted server. WAV results need no ffmpeg.
+/// The archive's windows with their real views, the scripted server and the stand-in ffmpeg.
 class TestArchive : public TestCase
 {
     Q_OBJECT
@@ -44,6 +46,7 @@ private slots:
     void init()
     {
         TestCase::init();
+        qunsetenv("STANDIN_DO");
         m_folder = std::make_unique<QTemporaryDir>();
         QVERIFY(QDir(m_folder->path()).mkdir("Save"));
         m_store = std::make_unique<ProgramData>(m_folder->filePath("teko.ini"));
@@ -205,7 +208,84 @@ private slots:
         QCOMPARE(buttons.size() + again.size(), 0);
         QVERIFY(m_server->requests(download).isEmpty());
         m_window->getFullFile(0);
-        QCOMPARE(again.constFirst(), QVariantList({"", "vocals", "wav", 17}));
+        QCOMPARE(again.constFirst(), QVariantList({"Song.wav", "vocals", "wav", 17}));
+    }
+
+    void players_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<bool>("isInPlayer");
+        const auto row = [](const char *name, const char *format, const char *key,
+                            bool isInPlayer) {
+            QTest::newRow(name) << format << key << isInPlayer;
+        };
+        row("song", "wav", "default_audio_player", true);
+        row("song without a player", "wav", "default_video_player", false);
+        row("film", "mkv", "default_video_player", true);
+        row("film without a player", "mkv", "default_audio_player", false);
+    }
+
+    void players()
+    {
+        QFETCH(QString, format);
+        QFETCH(QString, key);
+        QFETCH(bool, isInPlayer);
+        const QString target = write("vocals - Song." + format);
+        const QString log = m_folder->filePath("played");
+        qputenv("STANDIN_LOG", QFile::encodeName(log));
+        m_store->settings().setValue(key, "Song Trimlet");
+        m_store->settings().setValue("SongTrimlet",
+                                     QCoreApplication::applicationDirPath() + "/ffmpeg.exe");
+        m_window->openWindow();
+        m_opened.clear();
+        QDesktopServices::setUrlHandler("file", this, "noteOpened");
+        m_window->operateFile(0, false, format);
+        QDesktopServices::unsetUrlHandler("file");
+        QCOMPARE(m_opened, isInPlayer ? QList<QUrl>() : QList<QUrl>({QUrl::fromLocalFile(target)}));
+        if (isInPlayer)
+            QTRY_COMPARE(content(log), QString("[\"" + target + "\"]\n"));
+        else
+            QVERIFY(!QFile::exists(log));
+    }
+
+    void brokenConversions_data()
+    {
+        QTest::addColumn<QString>("behaviour");
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("broken");
+        const auto row = [](const char *name, const char *behaviour, const char *before,
+                            const char *broken) {
+            QTest::newRow(name) << behaviour << before << broken;
+        };
+        row("download cut off", "cut off", "", "mp3");
+        row("download fills the disk", "overflow", "", "mp3");
+        row("stored cut off", "cut off", "mp3", "flac");
+        row("stored fills the disk", "overflow", "mp3", "flac");
+    }
+
+    /// Neither half a result nor its download stays; the stored one does.
+    void brokenConversions()
+    {
+        QFETCH(QString, behaviour);
+        QFETCH(QString, before);
+        QFETCH(QString, broken);
+        RecordedMessages messages;
+        std::optional<SmallDisk> disk;
+        if (behaviour == "overflow" && !disk.emplace(m_folder->filePath("Save")).isMounted())
+            QSKIP("No file system can be mounted here.");
+        m_server->on(list, {ScriptedAnswer::text('[' + record("Song", "mp3") + ']')});
+        if (!before.isEmpty())
+            write("vocals - Song." + before);
+        m_window->openWindow();
+        qputenv("STANDIN_DO", behaviour.toLatin1());
+        m_window->operateFile(0, false, "flac");
+        QTRY_VERIFY(!handler()->isVisible());
+        QCOMPARE(messages.texts(),
+                 QStringList("File Processing Error: The result could not be converted:\n\n"
+                             + m_folder->filePath("Save/vocals - Song." + broken)));
+        QCOMPARE(contents(),
+                 before.isEmpty() ? QStringList() : QStringList("vocals - Song.mp3=stored"));
     }
 
     void filmThatIsGone()
@@ -219,6 +299,13 @@ private slots:
                  QStringList("File Format Error: Cannot download and convert file to mkv, because "
                              "original video file is missed:\n\n/gone/%1.mp4"));
         QVERIFY(m_server->requests(download).isEmpty());
+        QSignalSpy again(m_window.get(), &Archive::reProcessDemo);
+        m_server->on(list,
+                     {ScriptedAnswer::text('[' + record("Song", "MP4", "http://h/a.mp4") + ']')});
+        m_window->openWindow();
+        m_window->getFullFile(0);
+        QVERIFY(messages.texts().constLast().endsWith("is missed:\n\nhttp://h/a.mp4"));
+        QCOMPARE(again.size(), 0);
         m_store->settings().setValue("default_path_save", m_folder->filePath("x/y"));
         m_window->operateFile(0, false, "mp3");
         QVERIFY(
@@ -354,16 +441,28 @@ private:
 
     static ArchiveHandler *handler() { return window<ArchiveHandler>(); }
 
+    static QString content(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
+    /// Makes a file in the save folder.
+    QString write(const QString &name) const
+    {
+        QFile file(m_folder->filePath("Save/" + name));
+        if (!file.open(QIODevice::WriteOnly) || file.write("stored") != 6)
+            qFatal("no stored file");
+        return file.fileName();
+    }
+
     /// The files of the save folder as "name=content".
     QStringList contents() const
     {
         QStringList found;
         const QDir dir(m_folder->filePath("Save"));
-        for (const QString &name : dir.entryList(QDir::Files | QDir::Hidden, QDir::Name)) {
-            QFile file(dir.filePath(name));
-            if (file.open(QIODevice::ReadOnly))
-                found << name + '=' + QString::fromUtf8(file.readAll());
-        }
+        for (const QString &name : dir.entryList(QDir::Files | QDir::Hidden, QDir::Name))
+            found << name + '=' + content(dir.filePath(name));
         return found;
     }
 

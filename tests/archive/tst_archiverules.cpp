@@ -157,6 +157,8 @@ private slots:
         row("another format here", song("mp3"), {main + "wav"}, "download", "download", false);
         row("film in upper case", song("mp3", "/a.MP4"), {"/a.MP4"}, "download", "download", true);
         row("song as source", song("mp3", "/a.mp3"), {"/a.mp3"}, "download", "download", false);
+        row("address of a film", song("mp3", "http://h/a.mp4"), {"http://h/a.mp4"}, "download",
+            "download", false);
         row("relative path of a film", song("mp3", "a.mp4"), {"a.mp4"}, "download", "download",
             false);
         row("both films here", song("avi"), {main + "avi", mix + "avi"}, "play", "play", true);
@@ -216,30 +218,50 @@ private slots:
                  (ArchiveJob{action, path + record.extension, path + format}));
     }
 
+    void originals_data()
+    {
+        QTest::addColumn<bool>("isOne");
+        for (const char *good : {"/in/Song.mp4", "/in/a:b/Song.MP3", "/in/http:/Song.vob"})
+            QTest::newRow(good) << true;
+        for (const char *bad :
+             {"", "/", "Song.mp4", "../Song.mp4", "http://h/Song.mp4", "file:///in/Song.mp4",
+              "concat:/in/a.mp3|/in/b.mp3", "//host/share/Song.mp3", "\\\\host\\share\\Song.mp3",
+              ":/qml/Song.mp3", "/in/Song", "/in/mp3", "/etc/passwd", "/in/list.m3u8"})
+            QTest::newRow(bad) << false;
+    }
+
+    /// What cannot be the user's file is not even looked for.
+    void originals()
+    {
+        QFETCH(bool, isOne);
+        int looks = 0;
+        const auto everything = [&](const QString &) { return ++looks > 0; };
+        QCOMPARE(isOriginalHere(QTest::currentDataTag(), everything), isOne);
+        QCOMPARE(looks, isOne ? 1 : 0);
+    }
+
     void fullRuns_data()
     {
-        QTest::addColumn<QString>("extension");
-        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<ArchiveRecord>("record");
         QTest::addColumn<QString>("chosen");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("sound") << "flac" << QStringList() << "WAV"
-                               << "flac";
-        QTest::newRow("film here") << "mp4" << QStringList("/a.mp4") << "WAV"
-                                   << "mp4";
-        QTest::newRow("film gone") << "vob" << QStringList() << "WAV"
-                                   << "wav";
-        QTest::newRow("film gone, none chosen") << "mp4" << QStringList() << "none"
-                                                << "mp3";
-        QTest::newRow("film gone, upper case") << "MP4" << QStringList() << "WAV"
-                                               << "MP4";
+        QTest::addColumn<FullRun>("run");
+        const auto row = [](const char *name, const ArchiveRecord &record, const char *chosen,
+                            const FullRun &run) { QTest::newRow(name) << record << chosen << run; };
+        row("sound", song("flac", "/gone.mp4"), "WAV", {"/gone.mp4", "flac"});
+        row("film here", song("mp4", "/a.mp4"), "WAV", {"/a.mp4", "mp4"});
+        row("film gone", song("vob", "/gone.mp4"), "WAV", {"/gone.mp4", "wav"});
+        row("film gone, none chosen", song("mp4", "/gone.mp4"), "none", {"/gone.mp4", "mp3"});
+        row("film gone, upper case", song("MP4", "/gone.mp4"), "WAV", {"/gone.mp4", "MP4", true});
+        row("address of a song", song("mp3", "http://h/a.mp3"), "WAV", {"Song.mp3", "mp3"});
+        row("address of a film", song("mp4", "http://h/a.mp4"), "WAV", {"Song.wav", "wav"});
+        row("no path", song("mp3"), "WAV", {"Song.mp3", "mp3"});
     }
 
     void fullRuns()
     {
-        QFETCH(QString, extension);
-        QFETCH(QStringList, files);
+        QFETCH(ArchiveRecord, record);
         QFETCH(QString, chosen);
-        QTEST(fullRunExtension(song(extension, "/a.mp4"), chosen, only(files)), "expected");
+        QTEST(fullRun(record, chosen, only({"/a.mp4", "http://h/a.mp4"})), "run");
     }
 };
 
