@@ -249,6 +249,8 @@ void ScriptedServer::end(QTcpSocket *socket, ScriptedAnswer::Ending ending)
     if (ending == ScriptedAnswer::Ending::KeepAlive)
         return;
     m_connections[socket].isOver = true;
+    if (ending == ScriptedAnswer::Ending::Linger)
+        return;
     if (ending == ScriptedAnswer::Ending::Close)
         return socket->disconnectFromHost();
     socket->flush();

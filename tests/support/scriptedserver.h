@@ -28,7 +28,7 @@ struct ScriptedRequest
 /// What the server does with a request. Made by the functions, then adorned by the members.
 struct ScriptedAnswer
 {
-    enum class Ending { KeepAlive, Close, Reset };
+    enum class Ending { KeepAlive, Linger, Close, Reset }; ///< Linger: the client closes
 
     QByteArray bytes; ///< head and body as they are sent
     Ending ending = Ending::KeepAlive;
