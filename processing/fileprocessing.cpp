@@ -168,8 +168,7 @@ void FileProcessing::prepareUpload()
     if (mediaSuffix(m_sourcePath) == QStringLiteral("wav")) {
         QFile::copy(m_sourcePath, m_tempWavPath);
         // A copy of a read-only file is read-only too, and could not be removed on Windows.
-        QFile::setPermissions(m_tempWavPath,
-                              QFile::permissions(m_tempWavPath) | QFile::WriteOwner);
+        QFile::setPermissions(m_tempWavPath, QFile::permissions(m_tempWavPath) | QFile::WriteOwner);
         doneUploadConverting();
         return;
     }
