@@ -4,7 +4,6 @@
 
 #include "service/serviceaddress.h"
 
-#include <QDeadlineTimer>
 #include <QDebug>
 #include <QDir>
 #include <QHostAddress>
@@ -12,9 +11,11 @@
 #include <QJsonObject>
 #include <QTimer>
 
+#include <chrono>
+
 namespace {
 
-constexpr qsizetype longestLine = 64 * 1024;
+constexpr qsizetype longestLine = 1 << 16;
 constexpr int graceMs = 3000;
 constexpr std::chrono::seconds longestStart(20);
 
@@ -65,18 +66,15 @@ void EmbeddedService::start()
     m_state = State::Starting;
     QDir().mkpath(m_dataFolder);
     m_process.start();
-    QTimer::singleShot(longestStart, this, [this] {
-        if (isStarting())
-            fail(tr("The local processing service does not answer."));
-    });
+    QTimer::singleShot(longestStart, this, &EmbeddedService::giveUpWaiting);
 }
 
-std::optional<ServiceAnnouncement> EmbeddedService::announcement(std::chrono::milliseconds patience)
+void EmbeddedService::giveUpWaiting()
 {
-    const QDeadlineTimer deadline(patience);
-    while (m_state == State::Starting && m_process.waitForReadyRead(int(deadline.remainingTime())))
-        continue; // readOutput() has run inside the wait
-    return m_announcement;
+    if (!isStarting())
+        return;
+    fail(tr("The local processing service does not answer."));
+    m_process.kill();
 }
 
 void EmbeddedService::readOutput()
@@ -95,8 +93,7 @@ void EmbeddedService::readOutput()
         m_process.closeWriteChannel();
         return fail(tr("The local processing service gave no address."));
     }
-    m_state = State::Ready;
-    emit ready();
+    settle(State::Ready);
 }
 
 void EmbeddedService::processFailed(QProcess::ProcessError error)
@@ -115,9 +112,19 @@ void EmbeddedService::fail(const QString &message)
 {
     if (m_state == State::Failed)
         return;
-    m_state = State::Failed;
     m_announcement.reset();
     qInfo().noquote() << "EmbeddedService:" << message;
     QMetaObject::invokeMethod(
         this, [this, message] { emit failed(message); }, Qt::QueuedConnection);
+    settle(State::Failed);
+}
+
+void EmbeddedService::settle(State state)
+{
+    const bool wasStarting = isStarting();
+    m_state = state;
+    if (state == State::Ready)
+        emit ready();
+    if (wasStarting)
+        emit settled();
 }

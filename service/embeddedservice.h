@@ -6,7 +6,6 @@
 #include <QProcess>
 #include <QUrl>
 
-#include <chrono>
 #include <optional>
 
 /// What the embedded service says about itself when it is ready.
@@ -35,22 +34,26 @@ public:
     ~EmbeddedService() override;
 
     /// Starts the service and returns at once. For one call only. A service that stays silent for
-    /// too long has failed.
+    /// too long has failed and is ended.
     void start();
 
     /// Whether it was started but has neither announced itself nor failed yet.
     [[nodiscard]] bool isStarting() const { return m_state == State::Starting; }
 
-    /// What a started service has announced; waits for it, at most for the given time, while it is
-    /// still starting. Nothing before start() and once the service has failed.
-    [[nodiscard]] std::optional<ServiceAnnouncement>
-    announcement(std::chrono::milliseconds patience = std::chrono::seconds(10));
+    /// What the service has announced; nothing while it is starting and once it has failed.
+    [[nodiscard]] const std::optional<ServiceAnnouncement> &announcement() const
+    {
+        return m_announcement;
+    }
 
 signals:
     void ready();
     /// The service could not start or has ended by itself, with a text for the user. Comes once,
     /// from the event loop, never from inside another call.
     void failed(const QString &message);
+    /// The start is over in one way or the other. Comes once, and for a service that is ready after
+    /// ready().
+    void settled();
 
 private:
     enum class State { Idle, Starting, Ready, Failed };
@@ -58,7 +61,9 @@ private:
     void readOutput();
     void processFailed(QProcess::ProcessError error);
     void processEnded();
+    void giveUpWaiting();
     void fail(const QString &message);
+    void settle(State state);
 
     const QString m_dataFolder;
     QProcess m_process;

@@ -48,7 +48,7 @@ void ServiceConnection::startEmbedded()
         MessageBoxCustom::warning(tr("Processing Service"), message);
     });
     connect(m_service.get(), &EmbeddedService::ready, this, [this] {
-        const auto announcement = m_service->announcement();
+        const auto &announcement = m_service->announcement();
         m_store.setLocalAccount(LocalAccount{announcement->email, announcement->hash});
     });
     m_service->start();
@@ -60,13 +60,8 @@ void ServiceConnection::whenStarted(QObject *context, std::function<void()> star
         QMetaObject::invokeMethod(context, std::move(started), Qt::QueuedConnection);
         return;
     }
-    auto *once = new QObject(context);
-    const auto callBack = [once, started = std::move(started)] {
-        once->deleteLater();
-        started();
-    };
-    connect(m_service.get(), &EmbeddedService::ready, once, callBack, Qt::QueuedConnection);
-    connect(m_service.get(), &EmbeddedService::failed, once, callBack, Qt::QueuedConnection);
+    connect(m_service.get(), &EmbeddedService::settled, context, std::move(started),
+            Qt::QueuedConnection);
 }
 
 ServiceEndpoints ServiceConnection::endpoints()

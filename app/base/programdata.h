@@ -85,13 +85,13 @@ public:
     /// The fixed text under which the account side seals the credentials file.
     [[nodiscard]] const QString &credentialsText() const { return m_credentialsText; }
 
-    /// Asks the source at each call, since the embedded service listens only some time after the
-    /// start.
+    /// Asks the source at each call, and never waits: while an embedded service is starting, there
+    /// is no address.
     [[nodiscard]] ServiceEndpoints endpoints() const;
     void setEndpointSource(EndpointSource source) { m_endpointSource = std::move(source); }
 
-    /// Calls back from the event loop, unless the context dies first, as soon as endpoints()
-    /// answers without a delay: once an embedded service listens or has failed.
+    /// Calls back once, from the event loop and unless the context dies first: at once, or as soon
+    /// as an embedded service listens or has failed.
     void whenServiceStarted(QObject *context, std::function<void()> started) const;
     void setStartWaiter(StartWaiter waiter) { m_startWaiter = std::move(waiter); }
 

@@ -61,8 +61,8 @@ private slots:
     void initTestCase()
     {
         m_service.start();
-        const auto announcement = m_service.announcement(std::chrono::seconds(30));
-        QVERIFY(announcement);
+        QTRY_VERIFY_WITH_TIMEOUT(m_service.announcement(), 30000);
+        const auto &announcement = m_service.announcement();
         m_url = announcement->url;
         m_local = LocalAccount{announcement->email, announcement->hash};
     }

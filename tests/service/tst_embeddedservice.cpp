@@ -1,16 +1,19 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
+#include "app/base/programdata.h"
 #include "service/embeddedservice.h"
-
+#include "service/serviceconnection.h"
+#include "tests/support/recordedmessages.h"
 #include "tests/support/testmain.h"
 
+#include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTest>
 
 #include <memory>
-
-using namespace std::chrono_literals;
 
 class TestEmbeddedService final : public TestCase
 {
@@ -54,10 +57,11 @@ private slots:
         QFETCH(QString, manner);
         make(manner);
         QSignalSpy ready(m_service.get(), &EmbeddedService::ready);
-        QVERIFY(!m_service->announcement()); // not started, so there is nothing to wait for
         m_service->start();
-        const auto announcement = m_service->announcement();
-        QCOMPARE(announcement, (ServiceAnnouncement{QUrl("http://127.0.0.1:5"), "me", "h"}));
+        QVERIFY(!m_service->announcement());
+        QTRY_VERIFY(m_service->announcement());
+        QCOMPARE(*m_service->announcement(),
+                 (ServiceAnnouncement{QUrl("http://127.0.0.1:5"), "me", "h"}));
         QCOMPARE(ready.count(), 1);
         QTRY_VERIFY(exists("running"));
         QVERIFY(!exists("ended"));
@@ -95,11 +99,41 @@ private slots:
         QCOMPARE(failed.count(), 1);
     }
 
-    void waitsNoLongerThanAsked()
+    void startIsAwaitedOnce_data()
     {
-        make("silent");
-        m_service->start();
-        QVERIFY(!m_service->announcement(50ms));
+        QTest::addColumn<QString>("manner");
+        QTest::addColumn<int>("calls");
+        QTest::addColumn<int>("told");
+        QTest::newRow("normal") << "normal" << 1 << 0;
+        QTest::newRow("dies") << "dies" << 1 << 1;
+        QTest::newRow("dies later") << "crashes" << 1 << 1;
+        QTest::newRow("never answers") << "silent" << 0 << 0;
+    }
+
+    /// Nobody is kept waiting, and nobody who asked is called twice or after his end.
+    void startIsAwaitedOnce()
+    {
+        QFETCH(QString, manner);
+        QFETCH(int, calls);
+        QFETCH(int, told);
+        make(manner);
+        RecordedMessages messages;
+        ProgramData store(m_folder->filePath("teko.ini"));
+        const ServiceConnection connection(store);
+        int called = 0;
+        store.whenServiceStarted(this, [&] { ++called; });
+        store.whenServiceStarted(std::make_unique<QObject>().get(), [&] { called += 10; });
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(store.endpoints().base, QUrl());
+        QVERIFY(timer.elapsed() < 1000);
+        QTRY_VERIFY(QFile::exists(ownFolder() + "/service.log"));
+        QTRY_VERIFY(manner == "dies" || QFile::exists(ownFolder() + "/running"));
+        QTRY_COMPARE(called, calls);
+        QTRY_COMPARE(messages.texts().size(), told);
+        QCOMPARE(called, calls);
+        QCOMPARE(store.endpoints().base,
+                 told + (calls == 0) > 0 ? QUrl() : QUrl("http://127.0.0.1:5"));
     }
 
     void cleanup()
@@ -112,9 +146,17 @@ private:
     void make(const QString &manner)
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        m_data = m_folder->filePath("sub/data-" + manner);
-        const QString program = manner == "missing" ? "/no/such/program" : STANDIN_SERVICE;
-        m_service = std::make_unique<EmbeddedService>(program, m_data);
+        m_data = m_folder->filePath("sub/data");
+        qputenv("STANDIN_DO", manner.toLatin1());
+        const QString program = QCoreApplication::applicationDirPath() + "/teko-service";
+        m_service = std::make_unique<EmbeddedService>(
+            manner == "missing" ? "/no/such/program" : program, m_data);
+        QDir(ownFolder()).removeRecursively();
+    }
+    /// Where the program keeps the data of its service.
+    static QString ownFolder()
+    {
+        return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + "/service";
     }
     [[nodiscard]] bool exists(const QString &name) const
     {

@@ -91,17 +91,18 @@ private slots:
         QTRY_COMPARE(button("CANCEL")->size().toSize(), (QSizeF(100, 36) * shown).toSize());
     }
 
-    /// "OK" in the view, after the window was opened over that value and, perhaps, the world has
-    /// changed meanwhile.
+    /// "OK" in the view, after the window was opened over that value and, perhaps, another program
+    /// has changed it before or meanwhile.
     void okStores_data()
     {
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("meanwhile");
+        QTest::addColumn<QString>("others");
         QTest::addColumn<QString>("expected");
+        QTest::addColumn<bool>("isBefore");
         const auto row = [](const char *name, const char *key, const char *stored,
-                            const char *meanwhile, const char *expected) {
-            QTest::newRow(name) << key << stored << meanwhile << expected;
+                            const char *others, const char *expected, bool isBefore = false) {
+            QTest::newRow(name) << key << stored << others << expected << isBefore;
         };
         row("not set", "default_instrument", "none", "", "none");
         row("a choice", "default_video_format", "WEBM", "", "WEBM");
@@ -112,26 +113,28 @@ private slots:
         row("another program's choice", "default_instrument", "Bass", "Piano", "Piano");
         row("another program's folder", "default_path_save", "/nowhere/a", "/nowhere/b",
             "/nowhere/b");
+        row("another program's earlier choice", "default_instrument", "Bass", "Piano", "Piano",
+            true);
     }
 
     void okStores()
     {
         QFETCH(QString, key);
         QFETCH(QString, stored);
-        QFETCH(QString, meanwhile);
+        QFETCH(QString, others);
         QFETCH(QString, expected);
+        QFETCH(bool, isBefore);
         m_store->settings().setValue(key, stored);
         QVERIFY(m_store->saveSettings());
         QSignalSpy back(m_window.get(), &Settings::showParent);
+        QSignalSpy shown(m_window.get(), &Settings::setProgramSettings);
+        if (isBefore)
+            storeElsewhere(key, others);
         m_window->openWindow();
-        if (!meanwhile.isEmpty()) {
-            // Written as another process would: beside, then renamed.
-            const QString file = m_store->settings().fileName();
-            QSettings other(file + ".other", QSettings::IniFormat);
-            other.setValue(key, meanwhile);
-            other.sync();
-            QVERIFY(QFile::remove(file) && QFile::rename(file + ".other", file));
-        }
+        if (isBefore)
+            QCOMPARE(shown.constLast().constFirst().toMap().value(key), QVariant(others));
+        else if (!others.isEmpty())
+            storeElsewhere(key, others);
         click("OK");
         QTRY_COMPARE(back.size(), 1);
         QVERIFY(!m_window->isVisible());
@@ -267,6 +270,16 @@ private slots:
     }
 
 private:
+    /// As another process would: beside, then renamed.
+    void storeElsewhere(const QString &key, const QString &value)
+    {
+        const QString file = m_store->settings().fileName();
+        QSettings other(file + ".other", QSettings::IniFormat);
+        other.setValue(key, value);
+        other.sync();
+        QVERIFY(QFile::remove(file) && QFile::rename(file + ".other", file));
+    }
+
     void useFile(const QString &file)
     {
         m_window.reset();
