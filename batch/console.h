@@ -6,7 +6,10 @@
 
 #include <functional>
 
-/// Whether standard error is read by a person.
+/// Has what is written in UTF-8 shown as such.
+void useUtf8Console();
+
+/// Whether standard error is read by a person, on a terminal that knows the usual escape codes.
 [[nodiscard]] bool isErrorOutputTerminal();
 
 /// Whether windows could be shown here.

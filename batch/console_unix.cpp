@@ -22,6 +22,9 @@ void handleSignal(int number)
 
 } // namespace
 
+// Terminals are set to UTF-8 here.
+void useUtf8Console() { }
+
 bool isErrorOutputTerminal()
 {
     return isatty(STDERR_FILENO) != 0;

@@ -6,7 +6,6 @@
 
 #include <atomic>
 
-#include <io.h>
 #include <qt_windows.h>
 
 namespace {
@@ -17,19 +16,31 @@ std::function<void()> interruptCallback;
 std::atomic<bool> wasInterrupted = false;
 
 // Windows calls this on a thread of its own.
-BOOL WINAPI handleControl(DWORD)
+BOOL WINAPI handleControl(DWORD event)
 {
     if (!interruptContext || wasInterrupted.exchange(true))
         return FALSE;
     QMetaObject::invokeMethod(interruptContext.data(), interruptCallback, Qt::QueuedConnection);
+    // A console that closes takes the program along as soon as this returns, or a few seconds
+    // later.
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+        WaitForSingleObject(GetCurrentProcess(), INFINITE);
     return TRUE;
 }
 
 } // namespace
 
+void useUtf8Console()
+{
+    SetConsoleOutputCP(CP_UTF8);
+}
+
 bool isErrorOutputTerminal()
 {
-    return _isatty(_fileno(stderr)) != 0;
+    const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+    DWORD mode = 0;
+    return GetConsoleMode(console, &mode)
+        && SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
 bool hasDisplay()

@@ -3,7 +3,13 @@
 
 # Warnings and sanitizers that all code of the project is built with.
 function(teko_flags target)
+    if(WIN32)
+        # Windows' headers define min and max, and more than anybody uses, unless they are told not to.
+        target_compile_definitions(${target} PRIVATE NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE)
+    endif()
     if(MSVC)
+        # The portable functions that it warns of are meant.
+        target_compile_definitions(${target} PRIVATE _CRT_SECURE_NO_WARNINGS)
         target_compile_options(${target} PRIVATE /W4 /utf-8 $<$<BOOL:${TEKO_WERROR}>:/WX>)
     else()
         target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/base/log.h"
 #include "localservice/base/secrets.h"
+#include "localservice/platform/arguments.h"
 #include "localservice/platform/termination.h"
 #include "localservice/service.h"
 
@@ -29,7 +30,8 @@ std::unique_ptr<Service> start(Options options)
         } catch (const DatabaseBusy &) {
             if (!options.embedded || number > kMostEmbedded)
                 throw;
-            options.data = folder.string() + "-" + std::to_string(number);
+            options.data = folder;
+            options.data += "-" + std::to_string(number);
         }
     }
 }
@@ -59,7 +61,7 @@ int fail(const std::string &message, int code)
 int main(int argc, char **argv)
 {
     try {
-        const Options options = parseOptions({argv + 1, argv + argc});
+        const Options options = parseOptions(commandLineWords(argc, argv));
         if (options.showHelp)
             std::fputs(helpText().c_str(), stdout);
         else if (options.showVersion)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/options.h"
 
+#include "localservice/base/paths.h"
 #include "localservice/jobs/commandseparator.h"
 #include "localservice/platform/folders.h"
 
@@ -84,7 +85,7 @@ namespace {
              [](Options &o, const std::string &text) {
                  if (text.empty())
                      throw UsageError("--data takes a folder.");
-                 o.data = text;
+                 o.data = pathOf(text);
              }},
             {"--embedded", "",
              "Serve one program: choose a free port, tell it and the\n"

@@ -6,9 +6,9 @@
 
 HostInfo hostInfo()
 {
-    SYSTEM_INFO system;
+    SYSTEM_INFO system = {};
     GetSystemInfo(&system);
-    MEMORYSTATUSEX memory;
+    MEMORYSTATUSEX memory = {};
     memory.dwLength = sizeof memory;
     GlobalMemoryStatusEx(&memory);
     return {system.dwNumberOfProcessors, system.dwProcessorType, memory.ullTotalPhys,

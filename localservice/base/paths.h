@@ -14,4 +14,10 @@ namespace localservice {
     return {text.begin(), text.end()};
 }
 
+/// The path that UTF-8 text names.
+[[nodiscard]] inline std::filesystem::path pathOf(const std::string &text)
+{
+    return std::u8string(text.begin(), text.end());
+}
+
 } // namespace localservice

@@ -12,9 +12,14 @@ namespace {
 
     HANDLE theEnd = nullptr;
 
-    BOOL WINAPI onConsoleEvent(DWORD)
+    // Runs on a thread of its own.
+    BOOL WINAPI onConsoleEvent(DWORD event)
     {
         SetEvent(theEnd);
+        // With any other event the system ends the program as soon as this returns, or a few
+        // seconds later.
+        if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+            WaitForSingleObject(GetCurrentProcess(), INFINITE);
         return TRUE;
     }
 
