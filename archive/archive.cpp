@@ -136,6 +136,7 @@ ArchiveHandler &Archive::handler()
 {
     if (!m_handler) {
         m_handler = std::make_unique<ArchiveHandler>(m_store);
+        m_handler->setHome(windowHandle());
         connect(m_handler.get(), &ArchiveHandler::finishWork, this, &Archive::finishConverting);
     }
     return *m_handler;
