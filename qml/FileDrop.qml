@@ -19,12 +19,13 @@ DropArea {
         }
     }
 
-    function localPath(file: string, osName: string): string {
-        const text = area.decoded(file);
+    function localPath(url: string, osName: string): string {
+        const text = area.decoded(url);
         console.info("Drag file: " + text);
-        // A file on another machine has two slashes, and keeps them.
-        const prefix = osName !== "win" ? "file://" : text.startsWith("file:///") ? "file:///" : "file:";
-        return text.startsWith(prefix) ? text.slice(prefix.length) : text;
+        // The machine itself may be named; another machine has two slashes, and keeps them.
+        const file = text.replace(/^file:\/\/localhost\//i, "file:///");
+        const prefix = osName !== "win" ? "file://" : file.startsWith("file:///") ? "file:///" : "file:";
+        return file.startsWith(prefix) ? file.slice(prefix.length) : file;
     }
 
     onDropped: drop => {

@@ -101,7 +101,7 @@ ViewCase {
         verify(test.window.visible);
     }
     function test_drops_data(): var {
-        return [["linux", "file:///home/a/My%20Song%231.mp3", "/home/a/My Song#1.mp3"], ["linux", "file:///home/a/100%25.wav", "/home/a/100%.wav"], ["linux", "file:///a/b%2520c.wav", "/a/b%20c.wav"], ["mac", "file:///Users/a/%C3%A9.wav", "/Users/a/é.wav"], ["win", "file:///C:/Music/a%20b.wav", "C:/Music/a b.wav"], ["win", "file://nas/music/a.wav", "//nas/music/a.wav"], ["linux", "/plain/path.wav", "/plain/path.wav"], ["linux", "file:///a/%FF.wav", "/a/%FF.wav"]].map(r => ({
+        return [["linux", "file:///home/a/My%20Song%231.mp3", "/home/a/My Song#1.mp3"], ["linux", "file:///home/a/100%25.wav", "/home/a/100%.wav"], ["linux", "file:///a/b%2520c.wav", "/a/b%20c.wav"], ["mac", "file:///Users/a/%C3%A9.wav", "/Users/a/é.wav"], ["win", "file:///C:/Music/a%20b.wav", "C:/Music/a b.wav"], ["win", "file://nas/music/a.wav", "//nas/music/a.wav"], ["win", "file://localhost/C:/a.wav", "C:/a.wav"], ["linux", "file://localhost/home/a%20b.wav", "/home/a b.wav"], ["linux", "/home/file://localhost/a.wav", "/home/file://localhost/a.wav"], ["linux", "/plain/path.wav", "/plain/path.wav"], ["linux", "file:///a/%FF.wav", "/a/%FF.wav"]].map(r => ({
                         "tag": r[0] + " " + r[1],
                         "os": r[0],
                         "url": r[1],
