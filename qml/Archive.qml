@@ -52,7 +52,6 @@ Item {
         anchors.fill: parent
         anchors.margins: 15 * root.scf
         spacing: 12 * root.scf
-        enabled: !root.isProcessing
 
         Item {
             Layout.fillWidth: true

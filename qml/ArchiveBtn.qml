@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
-import QtQuick.Window
 import qml
 
 /// A button of a row in the archive: the small picture named by icon.name before its text.

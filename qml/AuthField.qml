@@ -10,6 +10,7 @@ Item {
     property string label
     property bool secret: false
     property bool readOnly: false
+    property bool isRevealed: false
     property alias text: input.text
 
     readonly property real scf: field.prop.scf
@@ -22,7 +23,7 @@ Item {
 
     implicitWidth: 236 * field.scf
     implicitHeight: 45 * field.scf
-    onVisibleChanged: eye.checked = false
+    onVisibleChanged: field.isRevealed = false
 
     Text {
         id: caption
@@ -60,7 +61,7 @@ Item {
             }
             activeFocusOnTab: true
             readOnly: field.readOnly
-            echoMode: field.secret && !eye.checked ? TextInput.Password : TextInput.Normal
+            echoMode: field.secret && !field.isRevealed ? TextInput.Password : TextInput.Normal
             inputMethodHints: field.secret ? Qt.ImhSensitiveData | Qt.ImhNoPredictiveText : Qt.ImhNone
             // What the service takes of an address and of a password.
             maximumLength: field.secret ? 1024 : 254
@@ -77,8 +78,6 @@ Item {
         }
 
         Btn {
-            id: eye
-
             anchors {
                 right: parent.right
                 rightMargin: 6 * field.scf
@@ -86,10 +85,10 @@ Item {
             }
             prop: field.prop
             visible: field.secret
-            checkable: true
-            iconName: eye.checked ? "password-visible" : "password-hidden"
+            iconName: field.isRevealed ? "password-visible" : "password-hidden"
             iconWidth: 20 * field.scf
-            tooltip: eye.checked ? qsTr("Hide the password") : qsTr("Show the password")
+            tooltip: field.isRevealed ? qsTr("Hide the password") : qsTr("Show the password")
+            onClicked: field.isRevealed = !field.isRevealed
         }
     }
 }

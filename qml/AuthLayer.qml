@@ -33,12 +33,16 @@ Item {
         }
     }
 
-    anchors.fill: parent
-    onVisibleChanged: {
-        if (layer.visible && form.email === "")
+    function appear() {
+        if (form.email === "")
             form.email = layer.userAuth.email;
+        form.takeFocus();
+    }
+
+    Component.onCompleted: layer.appear()
+    onVisibleChanged: {
         if (layer.visible)
-            form.takeFocus();
+            layer.appear();
     }
 
     Background {

@@ -1,12 +1,10 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
-import QtQuick.Window
-import qml
-import QtQuick.Templates as T
 
 /// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus.
-T.AbstractButton {
+/// Not one of Qt's controls, whose module takes longer to load than the rest of the main window.
+Item {
     id: btn
 
     required property Properties prop
@@ -18,16 +16,15 @@ T.AbstractButton {
     /// A second picture over the first one, such as "/icons/audio.svg".
     property string additionalIcon
     property string label
+    readonly property bool hovered: btn.enabled && area.containsMouse
+
+    signal clicked
 
     implicitWidth: btn.iconWidth
     implicitHeight: btn.iconHeight
-    focusPolicy: Qt.NoFocus
-    hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.tooltip !== "" ? btn.tooltip : btn.label !== "" ? btn.label.replace("\n", " ") : btn.iconName
-    T.ToolTip.text: btn.tooltip
-    T.ToolTip.visible: btn.hovered && btn.tooltip !== ""
-    T.ToolTip.delay: 600
+    Accessible.onPressAction: btn.clicked()
 
     states: [
         State {
@@ -36,7 +33,7 @@ T.AbstractButton {
         },
         State {
             name: "pressed"
-            when: btn.down
+            when: area.pressed && area.containsMouse
         },
         State {
             name: "hovered"
@@ -48,39 +45,35 @@ T.AbstractButton {
         anchors.centerIn: parent
         width: btn.iconWidth
         height: btn.iconHeight
-        name: btn.iconName
+        name: btn.prop.isDrawn ? btn.iconName : ""
         state: btn.state
     }
 
-    Image {
-        // In the free corner of the picture "open in".
-        x: parent.width * 0.31
-        y: parent.height * 0.29
-        width: parent.width * 0.26
-        height: width
-        sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
-        sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)
-        source: btn.additionalIcon === "" ? "" : PictureFiles.existing(Qt.resolvedUrl(btn.additionalIcon))
-        visible: btn.additionalIcon !== ""
+    LateView {
+        anchors.fill: parent
+        wanted: btn.additionalIcon !== "" || btn.label !== ""
+        view: "BtnLabel.qml"
+        needs: ({
+                "btn": btn
+            })
     }
 
-    Text {
-        anchors {
-            left: parent.left
-            right: parent.right
-            bottom: parent.bottom
-            margins: 6 * btn.prop.scf
-            bottomMargin: 12 * btn.prop.scf
-        }
-        height: 36 * btn.prop.scf
-        visible: btn.label !== ""
-        text: btn.label
-        textFormat: Text.PlainText
-        font: btn.prop.fonts.font10_13
-        fontSizeMode: Text.Fit
-        minimumPointSize: 4
-        color: btn.enabled ? "white" : "#b3b3b3"
-        horizontalAlignment: Text.AlignHCenter
-        verticalAlignment: Text.AlignVCenter
+    LateView {
+        anchors.fill: parent
+        asynchronous: true
+        wanted: btn.hovered && btn.tooltip !== ""
+        view: "BtnTip.qml"
+        needs: ({
+                "btn": btn
+            })
+    }
+
+    MouseArea {
+        id: area
+
+        anchors.fill: parent
+        hoverEnabled: true
+        Accessible.ignored: true
+        onClicked: btn.clicked()
     }
 }

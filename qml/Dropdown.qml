@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
-import QtQuick.Window
 import QtQuick.Controls.Fusion as Fusion
 import QtQuick.Templates as T
 import "helpers.js" as Helpers

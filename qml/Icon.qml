@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
-import QtQuick.Window
 import qml
 
 /// A picture in its states; a picture that is not in the resources shows nothing.
@@ -12,6 +11,7 @@ Image {
     property string baseUrl
     property bool shadow: false
 
+    readonly property url folder: Qt.resolvedUrl(icon.baseUrl === "" ? "/icons/" : icon.baseUrl)
     readonly property url normalSource: icon.file("-U.svg")
     readonly property url disabledSource: icon.file("-X.svg")
     readonly property url pressedSource: icon.file("-D.svg")
@@ -19,9 +19,7 @@ Image {
     readonly property url basicSource: icon.file(".svg")
 
     function file(ending: string): url {
-        if (icon.name === "")
-            return "";
-        return PictureFiles.existing(Qt.resolvedUrl((icon.baseUrl === "" ? "/icons/" : icon.baseUrl) + icon.name + ending));
+        return icon.name === "" ? "" : PictureFiles.existing(icon.folder + icon.name + ending);
     }
 
     source: icon.normalSource

@@ -9,9 +9,21 @@ Loader {
     required property url view
     /// What the part needs from its start.
     required property var needs
+    /// The part stays when it is no longer wanted.
+    property bool wanted: false
+
+    property bool isReady: false
+    readonly property bool isOverdue: late.isReady && late.wanted
 
     function make() {
         if (late.status === Loader.Null)
             late.setSource(late.view, late.needs);
+    }
+
+    // Not before everything is set that the part needs.
+    Component.onCompleted: late.isReady = true
+    onIsOverdueChanged: {
+        if (late.isOverdue)
+            late.make();
     }
 }

@@ -2,54 +2,56 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// Covers a view and swallows its clicks while the view waits for something.
+/// Covers a view and swallows its clicks and keys while the view waits for something.
 Rectangle {
     id: hover
 
     required property Properties prop
+    /// Had the keyboard before, and gets it back.
+    property Item covered: null
+
+    function takeKeyboard() {
+        hover.covered = hover.Window.activeFocusItem;
+        hover.forceActiveFocus();
+    }
+    function giveKeyboardBack() {
+        // Somebody else may have taken it already.
+        if (hover.activeFocus && hover.covered)
+            hover.covered.forceActiveFocus();
+        hover.focus = false;
+    }
 
     anchors.fill: parent
     color: "#cc000000"
+    Keys.onPressed: event => event.accepted = true
+    Component.onCompleted: {
+        if (hover.visible)
+            hover.takeKeyboard();
+    }
+    onVisibleChanged: {
+        if (hover.visible)
+            hover.takeKeyboard();
+        else
+            hover.giveKeyboardBack();
+    }
     Accessible.role: Accessible.AlertMessage
-    Accessible.name: label.text
+    Accessible.name: qsTr("Loading...")
 
     MouseArea {
         anchors.fill: parent
-        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        acceptedButtons: Qt.AllButtons
         hoverEnabled: true
         Accessible.ignored: true
         onClicked: console.info("Block click")
         onWheel: wheel => wheel.accepted = true
     }
 
-    Column {
+    LateView {
         anchors.centerIn: parent
-        spacing: 12 * hover.prop.scf
-
-        Rectangle {
-            anchors.horizontalCenter: parent.horizontalCenter
-            width: 200 * hover.prop.scf
-            height: 50 * hover.prop.scf
-            radius: 10 * hover.prop.scf
-            color: "#032a53"
-            border.color: "#4c63bc"
-            border.width: hover.prop.lineWidth
-
-            Text {
-                id: label
-
-                anchors.centerIn: parent
-                text: qsTr("Loading...")
-                textFormat: Text.PlainText
-                font: hover.prop.fonts.font16_21
-                color: "white"
-            }
-        }
-
-        ProgressBar {
-            anchors.horizontalCenter: parent.horizontalCenter
-            prop: hover.prop
-            percent: 100
-        }
+        wanted: hover.prop.isDrawn
+        view: "LoadingBox.qml"
+        needs: ({
+                "prop": hover.prop
+            })
     }
 }

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
-import QtQuick.Window
 import qml
 
 /// A bar whose filled part moves even while the percentage stands still.

@@ -1,23 +1,16 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
-import QtQuick.Templates as T
 import backend.BackendLoader 1.0
 import backend.UserAuth 1.0
 import "OS" as OS
 
 /// The home window: a file, the settings, the archive.
-T.ApplicationWindow {
+ApplicationWindow {
     id: root
 
-    property real scf: 1
-
-    width: 470 * root.scf
-    height: 210 * root.scf
-    minimumWidth: 470 * root.scf
-    minimumHeight: 210 * root.scf
-    maximumWidth: 470 * root.scf
-    maximumHeight: 210 * root.scf
+    designedWidth: 470
+    designedHeight: 210
     visible: true
     color: "#00050b"
     title: mainFunctions.setApplicationWindowTitle()
@@ -25,7 +18,6 @@ T.ApplicationWindow {
     Component.onCompleted: {
         backendLoader.onCompleted();
         prop.loggingActive = backendLoader.getLoggingStatus();
-        userAuth.initialCheck();
     }
     Component.onDestruction: backendLoader.clearMemory()
 
@@ -39,6 +31,7 @@ T.ApplicationWindow {
         id: prop
 
         theme: theme
+        isDrawn: !firstFrame.running
     }
 
     Background {
@@ -128,6 +121,23 @@ T.ApplicationWindow {
         onWelcomed: backendLoader.showInitialMessage()
     }
 
+    // What the first frame can do without follows it. Should nobody see the window, it does not wait for long.
+    Timer {
+        id: firstFrame
+
+        interval: 1000
+        running: true
+        onTriggered: userAuth.initialCheck()
+    }
+
+    Connections {
+        target: root
+        enabled: firstFrame.running
+        function onFrameSwapped() {
+            firstFrame.interval = 0;
+        }
+    }
+
     Functions {
         id: mainFunctions
     }
@@ -159,10 +169,17 @@ T.ApplicationWindow {
         }
     }
 
-    AuthLayer {
-        prop: prop
-        userAuth: userAuth
-        visible: !prop.isActiveProduct
+    LateView {
+        id: authLayer
+
+        anchors.fill: parent
+        view: "AuthLayer.qml"
+        needs: ({
+                "prop": prop,
+                "userAuth": userAuth
+            })
+        wanted: !prop.isActiveProduct
+        visible: authLayer.wanted
     }
 
     LoadingHover {

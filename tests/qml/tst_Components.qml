@@ -218,14 +218,19 @@ ViewCase {
             }, 1);
         clicks.target = below;
         clicks.clear();
+        below.forceActiveFocus();
         const hover = test.make("LoadingHover", below.parent, {
                 "prop": test.prop
             });
-        verify(test.shows(hover, "Loading..."));
-        for (const button of [Qt.LeftButton, Qt.RightButton]) {
+        tryVerify(() => test.shows(hover, "Loading..."));
+        for (const button of [Qt.LeftButton, Qt.RightButton])
             mouseClick(hover, 5, 5, button);
-        }
+        keyClick(Qt.Key_Tab);
+        keyClick(Qt.Key_Space);
         compare(clicks.count, 0);
+        hover.visible = false;
+        keyClick(Qt.Key_Space);
+        compare(clicks.count, 1);
     }
     /// The bar moves even when the percentage does not, and rests when nobody can see it.
     function test_progressBar() {

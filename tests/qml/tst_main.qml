@@ -9,7 +9,6 @@ ViewCase {
 
     property var backend
     property var account
-    /// Pop-ups lie beside the window's content.
     property var root
 
     function openMenu() {
@@ -22,7 +21,7 @@ ViewCase {
             });
         test.backend = findChild(test.window, "backend");
         test.account = findChild(test.window, "account");
-        test.root = test.window.contentItem.parent;
+        test.root = test.window.contentItem;
         tryCompare(test.window, "visible", true);
     }
     function init() {
@@ -32,10 +31,18 @@ ViewCase {
     function test_start() {
         compare(test.window.title, "TEKO 1");
         compare(test.backend.calls, ["onCompleted", "getLoggingStatus"]);
+        compare(test.account.checks, 0);
+        tryCompare(test.account, "checks", 1);
+        test.window.color = "red";
+        verify(waitForRendering(test.root));
         compare(test.account.checks, 1);
+        const unseen = test.make("main", null, {
+                "visible": false
+            });
+        tryCompare(findChild(unseen, "account"), "checks", 1);
     }
     function test_account() {
-        verify(test.shows(test.root, "Loading..."));
+        tryVerify(() => test.shows(test.root, "Loading..."));
         test.account.signedOut();
         verify(!test.shows(test.root, "Loading..."));
         verify(!test.find(test.root, "Select File").enabled);
@@ -63,6 +70,7 @@ ViewCase {
     function test_menu(data: var) {
         test.backend.scfChanged(1.5);
         tryCompare(test.window.contentItem, "width", 705);
+        tryCompare(test.account, "checks", 1);
         test.account.signedIn();
         test.backend.calls = [];
         test.openMenu();
