@@ -191,7 +191,7 @@ const ArchiveRecord *Archive::usableRecord(int row) const
 
 QString Archive::saveFolderOrTell()
 {
-    const QString folder = m_store.defaultPathSave();
+    QString folder = m_store.defaultPathSave();
     if (folder.isEmpty())
         refuse(tr("Archive Error"),
                tr("The folder for saved files cannot be used.\nPlease choose another one in the "

@@ -10,9 +10,9 @@
 
 namespace {
 
-constexpr qint64 stepSize = 256 * 1024;
+constexpr qint64 stepSize = 256LL * 1024;
 /// How much may wait between the socket and the file: a bound for memory, at some cost of speed.
-constexpr qint64 mostWaiting = 4 * 1024 * 1024;
+constexpr qint64 mostWaiting = 4LL * 1024 * 1024;
 
 bool isWebUrl(const QUrl &url)
 {
@@ -89,7 +89,7 @@ void FileFetch::finish()
 
 QString FileFetch::arrivalProblem() const
 {
-    if (const QString failure = failureText(*m_reply); !failure.isEmpty())
+    if (QString failure = failureText(*m_reply); !failure.isEmpty())
         return failure;
     const QByteArray encoding = m_reply->rawHeader("Content-Encoding");
     if (!encoding.isEmpty() && encoding.compare("identity", Qt::CaseInsensitive) != 0)

@@ -11,7 +11,7 @@ namespace {
 
 /// One step from the body to the socket. Qt's own manager takes 16 kB steps and waits for another
 /// thread at each, which makes an upload to a near machine ten times slower.
-constexpr qint64 stepSize = 256 * 1024;
+constexpr qint64 stepSize = 256LL * 1024;
 constexpr qint64 mostWaiting = 2 * stepSize;
 constexpr qint64 progressInterval = 100; // ms
 

@@ -7,6 +7,8 @@
 #include <Poco/Net/NetException.h>
 #include <Poco/Net/TCPServerConnectionFactory.h>
 
+#include <utility>
+
 namespace localservice {
 
 namespace {
@@ -25,7 +27,7 @@ namespace {
     public:
         Connection(const StreamSocket &socket, HTTPServerParams::Ptr parameters,
                    Poco::Net::HTTPRequestHandlerFactory::Ptr handlers, Connections &connections)
-            : HTTPServerConnection(socket, parameters, handlers)
+            : HTTPServerConnection(socket, std::move(parameters), std::move(handlers))
             , m_peer(socket.peerAddress().toString())
             , m_connections(connections)
         {
@@ -45,7 +47,7 @@ namespace {
     public:
         ConnectionFactory(HTTPServerParams::Ptr parameters, Backend &backend,
                           Connections &connections)
-            : m_parameters(parameters)
+            : m_parameters(std::move(parameters))
             , m_handlers(new HandlerFactory(backend, connections))
             , m_connections(connections)
         { }

@@ -11,7 +11,7 @@ namespace localservice {
 
 namespace {
 
-    constexpr std::streamsize kBlock = 256 * 1024;
+    constexpr std::streamsize kBlock = std::streamsize{256} * 1024;
     constexpr std::chrono::seconds kGrace{60};
     constexpr double kLeastRate = 4096; // bytes a second
 
@@ -64,7 +64,9 @@ namespace {
             parser.feed({block.data(), got});
             bytes += got;
             const auto took = std::chrono::steady_clock::now() - began;
-            if (took > kGrace && bytes < kLeastRate * std::chrono::duration<double>(took).count())
+            if (took > kGrace
+                && static_cast<double>(bytes)
+                    < kLeastRate * std::chrono::duration<double>(took).count())
                 throw BadRequest("The upload is too slow.");
         }
         if (!parser.isComplete())
