@@ -5,6 +5,7 @@
 # Usage: scripts/check-tidy.sh BUILD [BASE]
 set -euo pipefail
 cd "$(dirname "$0")/.."
+scripts/setup.sh tidy
 build=$1
 base=${2-$(git rev-parse -q --verify HEAD~1 || git hash-object -t tree /dev/null)}
 mapfile -t changed < <(git diff --name-only --diff-filter=d "$base" -- '*.cpp' ':!tests' ':!bench' ':!*_win.cpp')

@@ -1,22 +1,27 @@
 #!/usr/bin/env bash
 # SPDX-FileCopyrightText: The TEKO authors
 # SPDX-License-Identifier: Apache-2.0
-# Installs what is missing of Debian's packages. Usage: scripts/setup.sh [build] [run] [check]
+# Installs what is missing of Debian's packages. Usage: scripts/setup.sh [build] [run] [check] [tidy]
 set -euo pipefail
 
 build=(g++ cmake ninja-build pkg-config ca-certificates git
     qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-svg-dev
     libpoco-dev libsndfile1-dev libkissfft-dev libsodium-dev)
-run=(ffmpeg libqt6svg6 qt6-qpa-plugins libgl1-mesa-dri fonts-liberation fonts-dejavu-core
+run=(ffmpeg libqt6svg6 qt6-qpa-plugins qt6-wayland libgl1-mesa-dri fonts-liberation fonts-dejavu-core
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick
     qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window)
-check=(clang-format-14 clang-tidy-14 qml6-module-qttest xvfb xauth curl python3 iproute2)
+check=(clang-format-14 qml6-module-qttest xvfb xauth curl python3 iproute2)
+tidy=(clang-tidy-14)
 
 wanted=()
 for group in "$@"; do
     declare -n packages=$group
     wanted+=("${packages[@]}")
 done
+if ! command -v apt-get >/dev/null; then
+    echo "This is no Debian system, so nothing is installed. The program needs what Debian calls ${wanted[*]}" >&2
+    exit 0
+fi
 missing=()
 for package in "${wanted[@]}"; do
     dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
