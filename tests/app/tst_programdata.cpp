@@ -4,20 +4,18 @@
 #include "app/base/programdata.h"
 #include "app/mediafilter.h"
 #include "app/webpage.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QThread>
 
 #include <memory>
 #include <set>
+#include <tuple>
 #include <vector>
-
-Q_DECLARE_METATYPE(AppFolderOutcome)
 
 class TestProgramData : public TestCase
 {
@@ -43,51 +41,44 @@ private slots:
             thread->wait();
         QCOMPARE(std::set<ProgramData *>(seen.begin(), seen.end()).size(), size_t(1));
         // There is no application folder yet, as on a very first run.
-        QCOMPARE(seen.front()->settings().fileName(), QStringLiteral("/teko.ini"));
+        QCOMPARE(seen.front()->settings().fileName(), "/teko.ini");
     }
 
+    /// By the getters: what is not stored has a default, which may be a folder that is made.
     void defaultsAndStoredValues()
     {
         const QTemporaryDir home;
-        ProgramData store(home.filePath(QStringLiteral("teko.ini")));
+        ProgramData store(home.filePath("teko.ini"));
         QDir().mkpath(localDataAppFolder());
         QCOMPARE(store.appFolder(), localDataAppFolder());
         QDir().mkpath(documentsAppFolder());
         const QString base = documentsAppFolder();
         QCOMPARE(store.appFolder(), base);
-        const auto values = [&] {
-            return QStringList{store.defaultVideoPlayer(), store.defaultAudioPlayer(),
-                               store.defaultVideoFormat(), store.defaultAudioFormat(),
-                               store.defaultInstrument(),  store.defaultPathSave(),
-                               store.defaultPathOpen(),    store.defaultPathLogs(),
-                               store.defaultPathTemp(),    QString::number(store.guiScale())};
-        };
-        QCOMPARE(
-            values(),
-            QStringList({"Default Video Player", "Default Audio Player", "none", "none", "none",
-                         base + "/Save", base + "/Audio", base + "/Logs", base + "/Temp", "1"}));
-
-        const QStringList keys{"default_video_player", "default_audio_player",
-                               "default_video_format", "default_audio_format",
-                               "default_instrument",   "default_path_save",
-                               "default_path_open",    "default_path_logs",
-                               "default_path_temp",    "settings_gui_scale"};
-        QStringList stored{"v", "a", "MKV", "MP3", "Bass"};
-        for (const char *name : {"s", "o", "l", "t"})
-            stored << home.filePath(QLatin1String(name));
-        stored << "1.25";
-        for (qsizetype i = 0; i < keys.size(); ++i)
-            store.settings().setValue(keys.at(i), stored.at(i));
-        QCOMPARE(values(), stored);
-        QVERIFY(QFileInfo(home.filePath("t")).isDir());
-        QCOMPARE(store.stringValue("default_instrument"), QStringLiteral("Bass"));
-
-        store.settings().setValue("settings_gui_scale", "wide");
+        using Getter = QString (ProgramData::*)() const;
+        for (const auto &[getter, key, byDefault, stored] :
+             QList<std::tuple<Getter, QString, QString, QString>>{
+                 {&ProgramData::defaultVideoPlayer, "video_player", "Default Video Player", "v"},
+                 {&ProgramData::defaultAudioPlayer, "audio_player", "Default Audio Player", "a"},
+                 {&ProgramData::defaultVideoFormat, "video_format", "none", "MKV"},
+                 {&ProgramData::defaultAudioFormat, "audio_format", "none", "MP3"},
+                 {&ProgramData::defaultInstrument, "instrument", "none", "Bass"},
+                 {&ProgramData::defaultPathSave, "path_save", base + "/Save", home.path() + "/s"},
+                 {&ProgramData::defaultPathOpen, "path_open", base + "/Audio", home.path() + "/o"},
+                 {&ProgramData::defaultPathLogs, "path_logs", base + "/Logs", home.path() + "/l"},
+                 {&ProgramData::defaultPathTemp, "path_temp", base + "/Temp",
+                  home.path() + "/t"}}) {
+            QCOMPARE((store.*getter)(), byDefault);
+            store.settings().setValue("default_" + key, stored);
+            QCOMPARE((store.*getter)(), stored);
+            QVERIFY(!key.startsWith("path") || QFileInfo(stored).isDir());
+        }
         store.settings().setValue("default_path_save", home.filePath("missing/one"));
-        QCOMPARE(store.guiScale(), 0.0);
         QCOMPARE(store.defaultPathSave(), QString());
-        store.settings().remove("settings_gui_scale");
         QCOMPARE(store.guiScale(), 1.0);
+        store.settings().setValue("settings_gui_scale", "1.25");
+        QCOMPARE(store.guiScale(), 1.25);
+        store.settings().setValue("settings_gui_scale", "wide");
+        QCOMPARE(store.guiScale(), 0.0);
     }
 
     void userIsReadFromTheServicesMap()
@@ -101,26 +92,17 @@ private slots:
 
     void appFolderChoice_data()
     {
-        QTest::addColumn<bool>("firstBlocked");
-        QTest::addColumn<QString>("second");
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<int>("exitCode");
-        QTest::newRow("first choice") << false << "b"
-                                      << "file/a" << 0;
-        QTest::newRow("second made") << true << "b"
-                                     << "b" << 0;
-        QTest::newRow("second there already") << true << "there"
-                                              << "file/a" << -118;
-        QTest::newRow("neither") << true << "file/b"
-                                 << "" << -104;
+        const Rows<bool, QString, QString, int> add;
+        add("first choice", false, "b", "file/a", 0);
+        add("second made", true, "b", "b", 0);
+        add("second there already", true, "there", "file/a", -118);
+        add("neither", true, "file/b", "", -104);
     }
 
     void appFolderChoice()
     {
-        QFETCH(bool, firstBlocked);
-        QFETCH(QString, second);
-        QFETCH(QString, folder);
-        QFETCH(int, exitCode);
+        const auto [firstBlocked, second, folder, exitCode] =
+            fetchRow<bool, QString, QString, int>();
         const QTemporaryDir home;
         QDir(home.path()).mkdir("there");
         if (firstBlocked)
@@ -128,11 +110,9 @@ private slots:
         const AppFolderOutcome made = makeAppFolder(home.filePath("file/a"), home.filePath(second));
         QCOMPARE(made.exitCode, exitCode);
         QCOMPARE(made.folder, folder.isEmpty() ? folder : home.filePath(folder));
-        if (exitCode == -118) {
+        if (exitCode == -118)
             QCOMPARE(made.error,
-                     QStringLiteral("Couldn't create application documents folder: '%1'")
-                         .arg(made.folder));
-        }
+                     "Couldn't create application documents folder: '" + made.folder + '\'');
         if (exitCode != 0)
             return;
         QCOMPARE(QDir(made.folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
@@ -143,36 +123,22 @@ private slots:
 
     void fileDialogFilter()
     {
-        QCOMPARE(
-            mediaFileFilter(),
-            QStringLiteral(
-                "All Openable Files (*.aac *.aif *.aiff *.m4a *.mp1 *.mp3 *.mp4 *.ogg *.wav *.wma "
-                "*.flac *.avi *.flv *.m4v *.mov *.mp4 *.mpg *.rm *.vob *.webm *.wmv *.mkv);;\n"
-                "Audio Files (*.aac *.aif *.aiff *.m4a *.mp1 *.mp3 *.mp4 *.ogg *.wav *.wma "
-                "*.flac);;\n"
-                "Video Files (*.avi *.flv *.m4v *.mov *.mp4 *.mpg *.rm *.vob *.webm *.wmv *.mkv)"));
-    }
-
-    void webPages_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("page");
-        QTest::newRow("site") << "/helpdesk.html"
-                              << "http://site/helpdesk.html";
-        QTest::newRow("home") << "/"
-                              << "http://site/";
-        QTest::newRow("service") << "/teko-server/x.php"
-                                 << "http://s:1/teko-server/x.php";
-        QTest::newRow("whole") << "https://else/where"
-                               << "https://else/where";
+        const QString audio = "*.aac *.aif *.aiff *.m4a *.mp1 *.mp3 *.mp4 *.ogg *.wav *.wma *.flac";
+        const QString video = "*.avi *.flv *.m4v *.mov *.mp4 *.mpg *.rm *.vob *.webm *.wmv *.mkv";
+        QCOMPARE(mediaFileFilter(),
+                 QString("All Openable Files (%1 %2);;\nAudio Files (%1);;\nVideo Files (%2)")
+                     .arg(audio, video));
     }
 
     void webPages()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, page);
         const ServiceEndpoints ends{QUrl("http://s:1"), QUrl(), QUrl("http://site")};
-        QCOMPARE(webPage(name, ends), QUrl(page));
+        for (const auto &[name, page] : {std::pair("/helpdesk.html", "http://site/helpdesk.html"),
+                                         {"/teko.html", "http://site/teko.html"},
+                                         {"/", "http://site/"},
+                                         {"/teko-server/x.php", "http://s:1/teko-server/x.php"},
+                                         {"https://else/a b", "https://else/a b"}})
+            QCOMPARE(webPage(name, ends), QUrl(page));
     }
 };
 

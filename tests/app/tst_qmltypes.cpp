@@ -2,36 +2,26 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "account/userauth.h"
 #include "app/backendloader.h"
+#include "tests/support/files.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
-#include <QFile>
 #include <QMetaMethod>
 #include <QRegularExpression>
-#include <QTest>
-
-// The views are compiled and checked against descriptions of the backend types, which have to be
-// true.
-class TestQmlTypes : public TestCase
-{
-    Q_OBJECT
-
-private slots:
-    void describesTheType_data();
-    void describesTheType();
-};
 
 namespace {
 
-/// "void name(double,QString)" for each signal, slot and invokable method of the class itself.
+/// "void name(double,QString)" for each signal, slot and invokable method of the class itself, in
+/// their order, which the descriptions keep as well; properties come first.
 QStringList membersOf(const QMetaObject &type)
 {
     QStringList members;
+    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i)
+        members << QString::fromLatin1(type.property(i).typeName()) + ' ' + type.property(i).name();
     for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
         const QMetaMethod method = type.method(i);
         members << QString::fromLatin1(method.typeName()) + ' ' + method.methodSignature();
     }
-    for (int i = type.propertyOffset(); i < type.propertyCount(); ++i)
-        members << QString::fromLatin1(type.property(i).typeName()) + ' ' + type.property(i).name();
     return members;
 }
 
@@ -55,25 +45,30 @@ QStringList membersIn(const QString &text)
 
 } // namespace
 
-void TestQmlTypes::describesTheType_data()
+/// The views are compiled and checked against descriptions of the backend types, which have to be
+/// true.
+class TestQmlTypes : public TestCase
 {
-    QTest::addColumn<const QMetaObject *>("type");
-    QTest::newRow("BackendLoader") << &BackendLoader::staticMetaObject;
-    QTest::newRow("UserAuth") << &UserAuth::staticMetaObject;
-}
+    Q_OBJECT
 
-void TestQmlTypes::describesTheType()
-{
-    QFETCH(const QMetaObject *, type);
-    QFile file(TEKO_QML_TYPES "/backend/" + QString(QTest::currentDataTag()) + "/plugins.qmltypes");
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QStringList described = membersIn(file.readAll());
-    QStringList real = membersOf(*type);
-    described.sort();
-    real.sort();
-    QVERIFY(!real.isEmpty());
-    QCOMPARE(described, real);
-}
+private slots:
+    void describesTheType_data()
+    {
+        const Rows<const QMetaObject *> add;
+        add("BackendLoader", &BackendLoader::staticMetaObject);
+        add("UserAuth", &UserAuth::staticMetaObject);
+    }
+
+    void describesTheType()
+    {
+        const auto [type] = fetchRow<const QMetaObject *>();
+        const QByteArray text = readFile(TEKO_QML_TYPES "/backend/"
+                                         + QString(QTest::currentDataTag()) + "/plugins.qmltypes");
+        const QStringList real = membersOf(*type);
+        QVERIFY(!real.isEmpty());
+        QCOMPARE(membersIn(text), real);
+    }
+};
 
 TEKO_TEST_MAIN(TestQmlTypes)
 #include "tst_qmltypes.moc"

@@ -1,12 +1,10 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "app/startup.h"
+#include "tests/support/files.h"
 #include "tests/support/recordedmessages.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTest>
 
 /// The start-up without the views, which this test leaves out of its resources.
 class TestStartUp : public TestCase
@@ -17,21 +15,15 @@ private slots:
     /// Each start that cannot succeed says why and has its own exit code.
     void failingStarts_data()
     {
-        QTest::addColumn<QString>("blocked");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("no folder")
-            << "Documents .local" << -104 << "Couldn't create application documents folder";
-        QTest::newRow("no main view")
-            << "" << -128
-            << "RootObjects of QQmlApplicationEngine is empty. We cannot load main.qml";
+        const Rows<QString, int, QString> add;
+        add("no folder", "Documents .local", -104, "Couldn't create application documents folder");
+        add("no main view", "", -128,
+            "RootObjects of QQmlApplicationEngine is empty. We cannot load main.qml");
     }
 
     void failingStarts()
     {
-        QFETCH(QString, blocked);
-        QFETCH(int, exitCode);
-        QFETCH(QString, text);
+        const auto [blocked, exitCode, text] = fetchRow<QString, int, QString>();
         const QTemporaryDir home;
         const QByteArray before = qgetenv("HOME");
         qputenv("HOME", QFile::encodeName(home.path()));
@@ -39,8 +31,7 @@ private slots:
         QDir(home.path()).mkpath("Documents/TEKO");
         for (const QString &name : blocked.split(' ', Qt::SkipEmptyParts)) {
             QDir(home.filePath(name)).removeRecursively();
-            QFile file(home.filePath(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
+            writeFile(home.filePath(name));
         }
         RecordedMessages messages;
         if (exitCode == -128) {

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/madesources.h"
+#include "tests/support/rows.h"
 #include "tests/support/scriptedserver.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTest>
 
 #include <csignal>
 
@@ -28,39 +28,30 @@ private slots:
 
     void calls_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QStringList>("results");
-        QTest::addColumn<QString>("message");
-        const auto row = [](const char *name, const QStringList &arguments, int exitCode,
-                            const QStringList &results, const QString &message) {
-            QTest::newRow(name) << arguments << exitCode << results << message;
-        };
+        const Rows<QStringList, int, QStringList, QString> add;
         const QStringList vocals{"--instrument", "vocals"};
-        row("bad files do not stop the good one",
+        add("bad files do not stop the good one",
             QStringList({"gone.mp3", "text.mp3", "text.wav", "empty.flac", ".", "song one.mp3",
                          "--format", "mp3"})
                 + vocals,
             1, {"vocals - song one.mp3", "Mix Without vocals - song one.mp3"},
             "*gone.mp3: There is no such file*text.mp3: An error occurred*text.wav: *"
             "empty.flac: An error occurred*This is not a file*");
-        row("strange name", QStringList({"<b>\n%20 🎸.mp3", "-f", "wma"}) + vocals, 0,
+        add("strange name", QStringList({"<b>\n%20 🎸.mp3", "-f", "wma"}) + vocals, 0,
             {"vocals - <b>\n%20 🎸.wma", "Mix Without vocals - <b>\n%20 🎸.wma"}, "*");
-        row("sound to video", QStringList({"song one.mp3", "-f", "mp4"}) + vocals, 1, {},
+        add("sound to video", QStringList({"song one.mp3", "-f", "mp4"}) + vocals, 1, {},
             "*no picture*");
-        row("no format chosen", QStringList({"song one.mp3"}) + vocals, 1, {}, "*--format*");
-        row("no instrument chosen", {"song one.mp3", "-f", "mp3"}, 1, {}, "*--instrument*");
-        row("no folder", QStringList({"song one.mp3", "-f", "mp3", "-s", "x/y/z"}) + vocals, 1, {},
+        add("no format chosen", QStringList({"song one.mp3"}) + vocals, 1, {}, "*--format*");
+        add("no instrument chosen", {"song one.mp3", "-f", "mp3"}, 1, {}, "*--instrument*");
+        add("no folder", QStringList({"song one.mp3", "-f", "mp3", "-s", "x/y/z"}) + vocals, 1, {},
             "*folder for saved files*");
-        row("wrong call", {"song one.mp3", "-i", "flute"}, 2, {}, "*flute*");
+        add("wrong call", {"song one.mp3", "-i", "flute"}, 2, {}, "*flute*");
     }
 
     void calls()
     {
-        QFETCH(QStringList, arguments);
-        QFETCH(int, exitCode);
-        QFETCH(QStringList, results);
-        QFETCH(QString, message);
+        const auto [arguments, exitCode, results, message] =
+            fetchRow<QStringList, int, QStringList, QString>();
         QProcess batch;
         start(batch, arguments);
         QVERIFY(batch.waitForFinished(100000));
@@ -95,14 +86,14 @@ private slots:
     /// program.
     void interruptWhileWaiting_data()
     {
-        QTest::addColumn<bool>("doesAnswer");
-        QTest::newRow("at last the service answers") << true;
-        QTest::newRow("it never does") << false;
+        const Rows<bool> add;
+        add("at last the service answers", true);
+        add("it never does", false);
     }
 
     void interruptWhileWaiting()
     {
-        QFETCH(bool, doesAnswer);
+        const auto [doesAnswer] = fetchRow<bool>();
         ScriptedServer service;
         service.on("/generate_204", {ScriptedAnswer::text({}, 204).held()});
         // Nobody is signed in there, so the first question is about the file.

@@ -3,12 +3,12 @@
 #include "batch/batchoptions.h"
 #include "batch/batchsettings.h"
 #include "batch/progressreport.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
 #include <QSettings>
 #include <QTemporaryDir>
-#include <QTest>
 
 class TestBatchOptions : public TestCase
 {
@@ -17,35 +17,26 @@ class TestBatchOptions : public TestCase
 private slots:
     void calls_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("action");
-        QTest::addColumn<QString>("outcome");
+        const Rows<QStringList, int, QString> add;
         using Action = BatchOptions::Action;
-        const auto row = [](const char *arguments, Action action, const QString &outcome) {
-            QTest::newRow(arguments)
-                << QString::fromLatin1(arguments).split(' ', Qt::SkipEmptyParts) << int(action)
-                << outcome;
-        };
-        row("/a.mp3", Action::Process, "||| /a.mp3");
-        row("--instrument VOCALS --format mp3 /a b.wav", Action::Process,
+        add("/a.mp3", Action::Process, "||| /a.mp3");
+        add("--instrument VOCALS --format mp3 /a b.wav", Action::Process,
             "vocals|MP3|| /a " + QDir::currentPath() + "/b.wav");
-        row("/a -i bass -f webm -s out", Action::Process,
+        add("/a -i bass -f webm -s out", Action::Process,
             "bass|WEBM|" + QDir::currentPath() + "/out| /a");
-        row("-- -odd.mp3", Action::Process, "||| " + QDir::currentPath() + "/-odd.mp3");
-        row("/a --instrument flute", Action::Refuse, "flute");
-        row("/a -f ogg", Action::Refuse, "ogg");
-        row("/a --fast", Action::Refuse, "fast");
-        row("/a -i", Action::Refuse, "Missing value");
-        row("-i bass", Action::Refuse, "No file");
-        row("/a --fast --help", Action::ShowText, "Exit code");
-        row("-v", Action::ShowText, "teko-batch 1.003");
+        add("-- -odd.mp3", Action::Process, "||| " + QDir::currentPath() + "/-odd.mp3");
+        add("/a --instrument flute", Action::Refuse, "flute");
+        add("/a -f ogg", Action::Refuse, "ogg");
+        add("/a --fast", Action::Refuse, "fast");
+        add("/a -i", Action::Refuse, "Missing value");
+        add("-i bass", Action::Refuse, "No file");
+        add("/a --fast --help", Action::ShowText, "Exit code");
+        add("-v", Action::ShowText, "teko-batch 1.003");
     }
 
     void calls()
     {
-        QFETCH(QStringList, arguments);
-        QFETCH(int, action);
-        QFETCH(QString, outcome);
+        const auto [arguments, action, outcome] = fetchRow<QStringList, int, QString>();
         const BatchOptions options = parseBatchOptions(QStringList("teko-batch") + arguments);
         QCOMPARE(int(options.action), action);
         if (options.action != BatchOptions::Action::Process) {

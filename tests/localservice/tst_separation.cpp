@@ -4,6 +4,7 @@
 #include "localservice/engine/masks.h"
 #include "localservice/engine/separation.h"
 #include "sounds.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QElapsedTimer>
@@ -52,8 +53,7 @@ private:
 
 void SeparationTest::resultsAddUpToTheInput_data()
 {
-    QTest::addColumn<WavShape>("shape");
-    QTest::addColumn<Voice>("voice");
+    const Rows<WavShape, Voice> add;
     const Voice noise = [](qint64, int) {
         return QRandomGenerator::global()->generateDouble() * 2 - 1;
     };
@@ -62,23 +62,22 @@ void SeparationTest::resultsAddUpToTheInput_data()
     };
     const Voice square = [](qint64 frame, int) { return frame / 50 % 2 ? 1.0 : -1.0; };
     const Voice silence = [](qint64, int) { return 0.0; };
-    QTest::newRow("mono noise") << WavShape{1, 44100, 16, 44100} << noise;
-    QTest::newRow("stereo chord") << WavShape{2, 48000, 16, 50001} << chord;
-    QTest::newRow("six channels") << WavShape{6, 44100, 16, 12345} << chord;
-    QTest::newRow("24 bit") << WavShape{2, 44100, 24, 30000} << noise;
-    QTest::newRow("8 kHz") << WavShape{1, 8000, 16, 9999} << chord;
-    QTest::newRow("96 kHz") << WavShape{2, 96000, 24, 30000} << chord;
-    QTest::newRow("odd rate") << WavShape{2, 12347, 16, 7001} << noise;
-    QTest::newRow("full-scale square") << WavShape{2, 44100, 16, 44100} << square;
-    QTest::newRow("silence") << WavShape{2, 44100, 16, 20000} << silence;
-    QTest::newRow("one sample") << WavShape{1, 44100, 16, 1} << square;
-    QTest::newRow("exactly one hop") << WavShape{2, 44100, 16, 1024} << noise;
+    add("mono noise", WavShape{1, 44100, 16, 44100}, noise);
+    add("stereo chord", WavShape{2, 48000, 16, 50001}, chord);
+    add("six channels", WavShape{6, 44100, 16, 12345}, chord);
+    add("24 bit", WavShape{2, 44100, 24, 30000}, noise);
+    add("8 kHz", WavShape{1, 8000, 16, 9999}, chord);
+    add("96 kHz", WavShape{2, 96000, 24, 30000}, chord);
+    add("odd rate", WavShape{2, 12347, 16, 7001}, noise);
+    add("full-scale square", WavShape{2, 44100, 16, 44100}, square);
+    add("silence", WavShape{2, 44100, 16, 20000}, silence);
+    add("one sample", WavShape{1, 44100, 16, 1}, square);
+    add("exactly one hop", WavShape{2, 44100, 16, 1024}, noise);
 }
 
 void SeparationTest::resultsAddUpToTheInput()
 {
-    QFETCH(WavShape, shape);
-    QFETCH(Voice, voice);
+    const auto [shape, voice] = fetchRow<WavShape, Voice>();
     const std::vector<std::int32_t> input = soundOf(shape, voice);
     writeWav(at("in.wav"), shape, input);
     for (const Part part : {Part::Vocals, Part::Drums, Part::Guitar}) {
@@ -111,27 +110,26 @@ void SeparationTest::splitNeverLeavesTheDepth()
 
 void SeparationTest::soundGoesToItsPart_data()
 {
-    QTest::addColumn<Voice>("voice");
-    QTest::addColumn<Part>("part");
-    QTest::newRow("clicks are drums")
-        << Voice([](qint64 frame, int) { return frame % 22050 < 3 ? 0.9 : 0.0; }) << Part::Drums;
-    QTest::newRow("a tone in the middle is the voice")
-        << Voice([](qint64 frame, int) { return sine(700, frame, 44100); }) << Part::Vocals;
-    QTest::newRow("a deep tone is the bass")
-        << Voice([](qint64 frame, int) { return sine(70, frame, 44100); }) << Part::Bass;
-    QTest::newRow("a lasting tone on the left is the guitar")
-        << Voice([](qint64 frame, int side) { return side ? 0.0 : sine(440, frame, 44100); })
-        << Part::Guitar;
-    QTest::newRow("plucked tones on the right are the piano") << Voice([](qint64 frame, int side) {
-        const double age = double(frame % 22050) / 44100;
-        return side ? sine(660, frame, 44100) * std::exp(-6 * age) : 0.0;
-    }) << Part::Piano;
+    const Rows<Voice, Part> add;
+    add("clicks are drums", Voice([](qint64 frame, int) { return frame % 22050 < 3 ? 0.9 : 0.0; }),
+        Part::Drums);
+    add("a tone in the middle is the voice",
+        Voice([](qint64 frame, int) { return sine(700, frame, 44100); }), Part::Vocals);
+    add("a deep tone is the bass", Voice([](qint64 frame, int) { return sine(70, frame, 44100); }),
+        Part::Bass);
+    add("a lasting tone on the left is the guitar",
+        Voice([](qint64 frame, int side) { return side ? 0.0 : sine(440, frame, 44100); }),
+        Part::Guitar);
+    add("plucked tones on the right are the piano", Voice([](qint64 frame, int side) {
+            const double age = double(frame % 22050) / 44100;
+            return side ? sine(660, frame, 44100) * std::exp(-6 * age) : 0.0;
+        }),
+        Part::Piano);
 }
 
 void SeparationTest::soundGoesToItsPart()
 {
-    QFETCH(Voice, voice);
-    QFETCH(Part, part);
+    const auto [voice, part] = fetchRow<Voice, Part>();
     const WavShape shape{2, 44100, 16, 4 * 44100};
     const std::vector<std::int32_t> input = soundOf(shape, voice);
     writeWav(at("in.wav"), shape, input);
@@ -163,8 +161,7 @@ void SeparationTest::masksShareEverythingOut()
 
 void SeparationTest::refusesWhatItCannotRead_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QByteArray>("text");
+    const Rows<QByteArray, QByteArray> add;
     const auto header = [](int format, int bits, quint32 dataBytes) {
         QByteArray wav("RIFF\0\0\0\0WAVEfmt \x10\0\0\0", 20);
         const auto add = [&wav](quint32 value, int bytes) {
@@ -177,19 +174,17 @@ void SeparationTest::refusesWhatItCannotRead_data()
         add(dataBytes, 4);
         return wav;
     };
-    QTest::newRow("text") << QByteArray("no sound at all") << QByteArray("is not a WAV file");
-    QTest::newRow("empty file") << QByteArray() << QByteArray("is not a WAV file");
-    QTest::newRow("no samples") << header(1, 16, 0) << QByteArray("holds no sound");
-    QTest::newRow("cut after the header") << header(1, 16, 1000) << QByteArray("holds no sound");
-    QTest::newRow("8 bit") << header(1, 8, 4) + "abcd" << QByteArray("16 or 24 bit");
-    QTest::newRow("Ogg") << QByteArray("OggS\0\2\0\0\0\0\0\0\0\0", 14)
-                         << QByteArray("is not a WAV file");
+    add("text", QByteArray("no sound at all"), QByteArray("is not a WAV file"));
+    add("empty file", QByteArray(), QByteArray("is not a WAV file"));
+    add("no samples", header(1, 16, 0), QByteArray("holds no sound"));
+    add("cut after the header", header(1, 16, 1000), QByteArray("holds no sound"));
+    add("8 bit", header(1, 8, 4) + "abcd", QByteArray("16 or 24 bit"));
+    add("Ogg", QByteArray("OggS\0\2\0\0\0\0\0\0\0\0", 14), QByteArray("is not a WAV file"));
 }
 
 void SeparationTest::refusesWhatItCannotRead()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(QByteArray, text);
+    const auto [content, text] = fetchRow<QByteArray, QByteArray>();
     std::ofstream(at("in.wav"), std::ios::binary) << content.toStdString();
     try {
         const WavReader reader(at("in.wav"));

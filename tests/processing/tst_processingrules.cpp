@@ -1,19 +1,16 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "account/licencegate.h"
 #include "processing/processingrules.h"
 #include "service/resultnames.h"
-#include "service/resultopener.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
-#include <QTest>
 
 class TestProcessingRules : public TestCase
 {
@@ -22,36 +19,26 @@ class TestProcessingRules : public TestCase
 private slots:
     void resultNames_data()
     {
-        QTest::addColumn<QString>("source");
-        QTest::addColumn<QStringList>("taken");
-        QTest::addColumn<QString>("main");
-        QTest::addColumn<QString>("mix");
-        const auto row = [](const char *name, const QString &source, const QStringList &taken,
-                            const QString &main, const QString &mix) {
-            QTest::newRow(name) << source << taken << main << mix;
-        };
-        row("free", "Song.final", {}, "D/vocals - Song.final.mp3",
+        const Rows<QString, QStringList, QString, QString> add;
+        add("free", "Song.final", {}, "D/vocals - Song.final.mp3",
             "D/Mix Without vocals - Song.final.mp3");
-        row("main taken", "Song", {"D/vocals - Song.mp3"}, "D/vocals - Song (1).mp3",
+        add("main taken", "Song", {"D/vocals - Song.mp3"}, "D/vocals - Song (1).mp3",
             "D/Mix Without vocals - Song (1).mp3");
-        row("mix and first number taken", "Song",
+        add("mix and first number taken", "Song",
             {"D/Mix Without vocals - Song.mp3", "D/Mix Without vocals - Song (1).mp3"},
             "D/vocals - Song (2).mp3", "D/Mix Without vocals - Song (2).mp3");
-        row("only a download target taken", "S", {"D/vocals - S.mp3.wav"}, "D/vocals - S.mp3",
+        add("only a download target taken", "S", {"D/vocals - S.mp3.wav"}, "D/vocals - S.mp3",
             "D/Mix Without vocals - S.mp3");
-        row("placeholders in the name", "%1 %5 %%20 <b>", {"D/vocals - %1 %5 %%20 <b>.mp3"},
+        add("placeholders in the name", "%1 %5 %%20 <b>", {"D/vocals - %1 %5 %%20 <b>.mp3"},
             "D/vocals - %1 %5 %%20 <b> (1).mp3", "D/Mix Without vocals - %1 %5 %%20 <b> (1).mp3");
     }
 
     void resultNames()
     {
-        QFETCH(QString, source);
-        QFETCH(QStringList, taken);
-        QFETCH(QString, main);
-        QFETCH(QString, mix);
+        const auto [source, taken, main, mix] = fetchRow<QString, QStringList, QString, QString>();
         const ResultPaths paths =
             freeResultPaths({"D", "vocals", source, "mp3"},
-                            [&](const QString &path) { return taken.contains(path); });
+                            [&taken = taken](const QString &path) { return taken.contains(path); });
         QCOMPARE(paths.main, main);
         QCOMPARE(paths.mix, mix);
         QCOMPARE(downloadTarget(paths.main), main + ".wav");
@@ -94,41 +81,6 @@ private slots:
         QCOMPARE(offeredFormat("MKV", false), "none");
         QCOMPARE(offeredFormat("WMA", false), "WMA");
         QCOMPARE(offeredFormat("OGG", true), "none");
-    }
-
-    void foldersAreTriedBeforeARun()
-    {
-        const QTemporaryDir good;
-        QCOMPARE(unusableFolder(good.path(), good.path()), QString());
-        for (const QString &bad : {QString(), good.filePath("missing"), QStringLiteral("/proc")}) {
-            QVERIFY(unusableFolder(bad, good.path()).contains("saved files"));
-            QVERIFY(unusableFolder(good.path(), bad).contains("temporary files"));
-        }
-        QCOMPARE(QDir(good.path()).entryList(QDir::Files), QStringList());
-    }
-
-    void licence_data()
-    {
-        QTest::addColumn<int>("id");
-        QTest::addColumn<int>("expired");
-        QTest::addColumn<QString>("mode");
-        QTest::newRow("paid") << 7 << 0 << "full";
-        QTest::newRow("expired") << 7 << 1 << "demo";
-        QTest::newRow("none") << 0 << 0 << "demo";
-    }
-
-    void licence()
-    {
-        QFETCH(int, id);
-        QFETCH(int, expired);
-        UserRecord user;
-        user.subscription.id = id;
-        user.subscription.expired = expired;
-        QTEST(runMode(user), "mode");
-        QVERIFY(isDailyLimitReached(0));
-        QVERIFY(!isDailyLimitReached(1));
-        QVERIFY(!isDailyLimitReached(-1));
-        QCOMPARE(playerKey("Song Trimlet"), QStringLiteral("SongTrimlet"));
     }
 };
 

@@ -3,31 +3,31 @@
 #include "account/userauth.h"
 #include "app/appfolder.h"
 #include "app/base/programdata.h"
+#include "archive/archive.h"
 #include "processing/fileprocessing.h"
 #include "service/serviceconnection.h"
 #include "tests/support/childprocesses.h"
+#include "tests/support/files.h"
 #include "tests/support/madesources.h"
 #include "tests/support/recordedmessages.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
-#include <QDir>
-#include <QFile>
+#include <QApplication>
 #include <QQuickItem>
 #include <QSignalSpy>
-#include <QTest>
 #include <QtEndian>
 
 #include <memory>
 
 namespace {
 
+const QStringList filmStreams{"h264", "video", "aac", "audio"};
+
 /// The samples of a WAV file as 16-bit numbers; empty when it is anything else.
 QList<qint16> samples(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray bytes = file.readAll();
+    const QByteArray bytes = readFile(path);
     const qsizetype data = bytes.indexOf("data");
     QList<qint16> result;
     for (qsizetype at = data + 8; data > 0 && at + 1 < bytes.size(); at += 2)
@@ -35,9 +35,18 @@ QList<qint16> samples(const QString &path)
     return result;
 }
 
+/// Three seconds of these streams.
+void checkResult(const QString &path, const QStringList &streams)
+{
+    const QStringList facts = probed(path);
+    QCOMPARE(facts.mid(0, facts.size() - 1), streams);
+    QVERIFY2(qAbs(facts.constLast().toDouble() - 3) < 0.2, qPrintable(facts.constLast()));
+}
+
 } // namespace
 
-/// One file's whole road with the real ffmpeg and the real local service.
+/// The roads of files and of results kept before a restart of everything, with the real ffmpeg and
+/// the real local service.
 class TestRoad : public TestCase
 {
     Q_OBJECT
@@ -46,34 +55,38 @@ private slots:
     void initTestCase()
     {
         QCOMPARE(makeAppFolder(documentsAppFolder(), localDataAppFolder()).exitCode, 0);
-        m_store = std::make_unique<ProgramData>(m_folder.filePath("teko.ini"));
-        m_store->settings().setValue("default_instrument", "Bass");
-        m_service = std::make_unique<ServiceConnection>(*m_store);
-        UserAuth account(*m_store);
-        QSignalSpy signedIn(&account, &UserAuth::signedIn);
-        account.initialCheck();
-        QTRY_COMPARE(signedIn.size(), 1);
         for (const char *name : {"short.wav", "short.mp3", "short.mp4"})
             QVERIFY(makeSource(m_folder.filePath(QLatin1String(name)), 3));
-        QVERIFY(makeSource(m_folder.filePath("long.mp4"), 40));
+        QVERIFY(makeSource(m_folder.filePath("long.mp4"), 60));
+        startAll();
+        m_window = std::make_unique<FileProcessing>(*m_store);
+        for (const auto &[source, format] :
+             {std::pair("long.mp4", "MP3"), {"short.mp4", "MP4"}, {"short.wav", "MP3"}})
+            process(source, format);
+        m_window->removeUploadedFile();
+        m_window.reset();
+        m_service.reset();
+        m_store.reset();
+        QTRY_COMPARE(childProcesses("teko-service"), QStringList());
+        startAll();
     }
 
     void init()
     {
         TestCase::init();
-        for (const QString &folder : {m_store->defaultPathSave(), m_store->defaultPathTemp()}) {
-            for (const QString &name : QDir(folder).entryList(QDir::Files))
-                QFile::remove(folder + '/' + name);
-        }
+        for (const QString &name : saved())
+            QVERIFY(QFile::remove(m_store->defaultPathSave() + '/' + name));
         m_window = std::make_unique<FileProcessing>(*m_store);
+        m_archive = std::make_unique<Archive>(*m_store);
     }
 
     void cleanup()
     {
         m_window->removeUploadedFile();
         m_window.reset();
+        m_archive.reset();
         QCOMPARE(childProcesses("ffmpeg"), QStringList());
-        QCOMPARE(names(m_store->defaultPathTemp()), QStringList());
+        QCOMPARE(filesIn(m_store->defaultPathTemp()), QStringList());
     }
 
     void cleanupTestCase()
@@ -82,36 +95,91 @@ private slots:
         QTRY_COMPARE(childProcesses("teko-service"), QStringList());
     }
 
-    void fileToResults_data()
+    void keptResults_data()
     {
-        QTest::addColumn<QString>("source");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<QStringList>("streams");
-        QTest::newRow("WAV") << "short.wav"
-                             << "WAV" << QStringList{"pcm_s16le", "audio"};
-        QTest::newRow("MP3") << "short.mp3"
-                             << "FLAC" << QStringList{"flac", "audio"};
-        QTest::newRow("MP4") << "short.mp4"
-                             << "MKV" << QStringList{"h264", "video", "aac", "audio"};
-        QTest::newRow("MP4 to sound") << "short.mp4"
-                                      << "MP3" << QStringList{"mp3", "audio"};
+        const Rows<int, QString, QStringList, QStringList> add;
+        add("as stored", song, "mp3", {"bass - short.mp3"}, {"mp3", "audio"});
+        add("in another format", song, "flac", {"bass - short.flac", "bass - short.mp3"},
+            {"flac", "audio"});
+        add("film as stored", film, "mp4", {"bass - short.mp4"}, filmStreams);
+        add("film in another format", film, "mkv", {"bass - short.mkv", "bass - short.mp4"},
+            filmStreams);
+        add("sound of a film that is gone", film, "mp3", {"bass - short.mp3"}, {"mp3", "audio"});
     }
 
+    void keptResults()
+    {
+        const auto [row, format, files, streams] =
+            fetchRow<int, QString, QStringList, QStringList>();
+        const bool isGone = QByteArray(QTest::currentDataTag()).endsWith("gone");
+        const QString source = m_folder.filePath("short.mp4");
+        QVERIFY(!isGone || QFile::rename(source, source + ".away"));
+        RecordedMessages messages;
+        openArchive();
+        QSignalSpy buttons(m_archive.get(), &Archive::changeButtons);
+        m_archive->operateFile(row, false, format);
+        QTRY_COMPARE_WITH_TIMEOUT(buttons.size(), 1, 60000);
+        QCOMPARE(buttons.constFirst(), QVariantList({row, "play", "download"}));
+        QCOMPARE(saved(), files);
+        checkResult(m_store->defaultPathSave() + '/' + files.constFirst(), streams);
+        QCOMPARE(messages.texts(), QStringList());
+        QVERIFY(!isGone || QFile::rename(source + ".away", source));
+    }
+
+    void cancellingAKeptResult_data()
+    {
+        addNames({"downloading", "converting the download", "converting the stored"});
+    }
+
+    /// Cancels at a stage, finds nothing half made, and gets the result at the next try.
+    void cancellingAKeptResult()
+    {
+        QFETCH(QString, name);
+        RecordedMessages messages;
+        openArchive();
+        QSignalSpy buttons(m_archive.get(), &Archive::changeButtons);
+        const bool isStoredMade = name.endsWith("stored");
+        m_archive->operateFile(longest, false, "mkv");
+        QWidget *handler = QApplication::activeModalWidget();
+        QObject *view = qobject_cast<QQuickWidget *>(handler)->rootObject();
+        // The download has been converted: what lies beside the stored file is the next output.
+        const auto isConvertingStored = [this] {
+            return saved().contains("bass - long.mp3") && !saved().contains("bass - long.mp3.wav")
+                && !childProcesses("ffmpeg").isEmpty();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(view->property("mode") == name.section(' ', 0, 0)
+                                     && (!isStoredMade || isConvertingStored()),
+                                 60000);
+        QMetaObject::invokeMethod(view, "cancelProcess");
+        QVERIFY(!handler->isVisible());
+        QCOMPARE(childProcesses("ffmpeg"), QStringList());
+        QCOMPARE(saved(), isStoredMade ? QStringList("bass - long.mp3") : QStringList());
+
+        m_archive->operateFile(longest, false, "mp3");
+        if (!isStoredMade)
+            QTRY_COMPARE_WITH_TIMEOUT(buttons.size(), 1, 60000);
+        QCOMPARE(saved(), QStringList("bass - long.mp3"));
+        QCOMPARE(messages.texts(), QStringList());
+    }
+
+    void fileToResults_data()
+    {
+        const Rows<QString, QString, QStringList> add;
+        add("WAV", "short.wav", "WAV", {"pcm_s16le", "audio"});
+        add("MP3", "short.mp3", "FLAC", {"flac", "audio"});
+        add("MP4", "short.mp4", "MKV", filmStreams);
+        add("MP4 to sound", "short.mp4", "MP3", {"mp3", "audio"});
+    }
+
+    /// A run, another instrument for the same file, another file.
     void fileToResults()
     {
-        QFETCH(QString, source);
-        QFETCH(QString, format);
-        QFETCH(QStringList, streams);
+        const auto [source, format, streams] = fetchRow<QString, QString, QStringList>();
         RecordedMessages messages;
-        openFile(source, format);
-        m_window->startProcess();
-        QTRY_COMPARE_WITH_TIMEOUT(layer(), QStringLiteral("success"), 60000);
+        process(source, format);
         const ResultPaths first = m_window->results();
-        for (const QString &result : {first.main, first.mix}) {
-            const QStringList facts = probed(result);
-            QCOMPARE(facts.mid(0, facts.size() - 1), streams);
-            QVERIFY2(qAbs(facts.constLast().toDouble() - 3) < 0.2, qPrintable(facts.constLast()));
-        }
+        checkResult(first.main, streams);
+        checkResult(first.mix, streams);
         if (format == "WAV") {
             const auto mix = samples(first.mix);
             auto sum = samples(first.main);
@@ -124,32 +192,27 @@ private slots:
         m_window->proceedAnotherInstrument();
         m_window->rootObject()->setProperty("selectedInstrument", "vocals");
         m_window->startProcess();
-        QTRY_COMPARE_WITH_TIMEOUT(layer(), QStringLiteral("success"), 60000);
+        QTRY_COMPARE_WITH_TIMEOUT(layer(), "success", 60000);
         QVERIFY(first.main != m_window->results().main);
-        QCOMPARE(names(m_store->defaultPathSave()).size(), 4);
-        QCOMPARE(names(m_store->defaultPathTemp()).size(), 1);
+        QCOMPARE(saved().size(), 4);
+        QCOMPARE(filesIn(m_store->defaultPathTemp()).size(), 1);
 
         m_window->proceedAnotherFile();
-        openFile("short.wav", "MP3");
-        QCOMPARE(names(m_store->defaultPathTemp()), QStringList());
-        m_window->startProcess();
-        QTRY_COMPARE_WITH_TIMEOUT(layer(), QStringLiteral("success"), 60000);
+        process("short.wav", "MP3");
+        QCOMPARE(filesIn(m_store->defaultPathTemp()).size(), 1);
         QCOMPARE(messages.texts(), QStringList());
     }
 
     void cancelling_data()
     {
-        QTest::addColumn<QString>("stage");
-        for (const char *stage :
-             {"converting", "uploading", "processing", "downloading", "instrument", "mix"})
-            QTest::newRow(stage) << stage;
+        addNames({"converting", "uploading", "processing", "downloading", "instrument", "mix"});
     }
 
     /// Cancels at a stage, finds nothing left behind, and gets the results by pressing "PROCESS"
     /// again.
     void cancelling()
     {
-        QFETCH(QString, stage);
+        QFETCH(QString, name);
         RecordedMessages messages;
         openFile("long.mp4", "MP4");
         // These stages may be over before anybody looks for them: they are cancelled as they begin.
@@ -158,7 +221,7 @@ private slots:
         connect(
             m_window.get(), &FileProcessing::changeLayerWithDelay, this,
             [&] {
-                if (announced.isEmpty() || announced.takeFirst() != stage)
+                if (announced.isEmpty() || announced.takeFirst() != name)
                     return;
                 m_window->cancelProcess();
                 isCancelled = true;
@@ -166,39 +229,70 @@ private slots:
             Qt::QueuedConnection);
         m_window->startProcess();
         const auto isReached = [&] {
-            if (stage == "mix")
+            if (name == "mix")
                 return value("convertingText").contains("mix");
-            return isCancelled || layer() == stage;
+            return isCancelled || layer() == name;
         };
         QTRY_VERIFY_WITH_TIMEOUT(isReached(), 60000);
         if (!isCancelled)
             m_window->cancelProcess();
-        QCOMPARE(layer(), QStringLiteral("select_instrument"));
+        QCOMPARE(layer(), "select_instrument");
         QCOMPARE(childProcesses("ffmpeg"), QStringList());
-        for (const QString &name : names(m_store->defaultPathSave()))
-            QVERIFY2(stage == "mix" && !name.endsWith(".wav") && !name.startsWith("Mix"),
-                     qPrintable(name));
+        for (const QString &left : saved())
+            QVERIFY2(name == "mix" && !left.endsWith(".wav") && !left.startsWith("Mix"),
+                     qPrintable(left));
 
         const auto isOver = [&] { return layer() == "success" || layer() == "select_instrument"; };
         // Pressed in the same instant, "PROCESS" may meet a service that is still receiving the
         // upload, or overtake the request that cancels.
-        const bool mayBeRefused = stage == "uploading" || stage == "processing";
+        const bool mayBeRefused = name == "uploading" || name == "processing";
         for (int attempt = 0; attempt < 3 && layer() != "success"; ++attempt) {
             m_window->startProcess();
             QTRY_VERIFY_WITH_TIMEOUT(isOver(), 60000);
         }
-        QCOMPARE(layer(), QStringLiteral("success"));
+        QCOMPARE(layer(), "success");
         QVERIFY(QFile::exists(m_window->results().mix));
         QVERIFY2(messages.texts().size() <= (mayBeRefused ? 1 : 0),
                  qPrintable(messages.texts().join('\n')));
     }
 
 private:
+    /// Rows of the archive: the newest comes first.
+    enum { song, film, longest };
+
+    /// The store and the service, and the newcomer who is signed in there.
+    void startAll()
+    {
+        m_store = std::make_unique<ProgramData>(m_folder.filePath("teko.ini"));
+        m_store->settings().setValue("default_instrument", "Bass");
+        m_service = std::make_unique<ServiceConnection>(*m_store);
+        UserAuth account(*m_store);
+        QSignalSpy signedIn(&account, &UserAuth::signedIn);
+        account.initialCheck();
+        QTRY_COMPARE(signedIn.size(), 1);
+    }
+
     void openFile(const QString &name, const QString &format)
     {
         m_store->settings().setValue("default_audio_format", format);
         m_store->settings().setValue("default_video_format", format);
         m_window->openWindow(m_folder.filePath(name));
+        QCOMPARE(filesIn(m_store->defaultPathTemp()), QStringList());
+    }
+
+    void process(const QString &name, const QString &format)
+    {
+        openFile(name, format);
+        m_window->startProcess();
+        QTRY_COMPARE_WITH_TIMEOUT(layer(), "success", 90000);
+    }
+
+    /// These tests come first, so that it holds nothing but the results of the first runs.
+    void openArchive()
+    {
+        QSignalSpy files(m_archive.get(), &Archive::updateFiles);
+        m_archive->openWindow();
+        QCOMPARE(files.constFirst().constFirst().toList().size(), 3);
     }
 
     QString value(const char *name) const
@@ -206,16 +300,13 @@ private:
         return m_window->rootObject()->property(name).toString();
     }
     QString layer() const { return value("currentLayer"); }
+    QStringList saved() const { return filesIn(m_store->defaultPathSave()); }
 
-    static QStringList names(const QString &folder)
-    {
-        return QDir(folder).entryList(QDir::Files | QDir::Hidden);
-    }
-
-    QTemporaryDir m_folder;
+    const QTemporaryDir m_folder;
     std::unique_ptr<ProgramData> m_store;
     std::unique_ptr<ServiceConnection> m_service;
     std::unique_ptr<FileProcessing> m_window;
+    std::unique_ptr<Archive> m_archive;
 };
 
 TEKO_TEST_MAIN(TestRoad)

@@ -3,6 +3,7 @@
 #include "service/convertingfile.h"
 #include "service/ffmpegrun.h"
 #include "service/mediaformats.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
@@ -12,7 +13,6 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <array>
 
@@ -86,16 +86,16 @@ private slots:
 
     void uploads_data()
     {
-        QTest::addColumn<QString>("source");
+        const Rows<QString> add;
         for (const char *name :
              {"song.wav", "song.mp3", "song.m4a", "song.flac", "song.ogg", "song.wma", "clip.mp4",
               "clip.avi", "clip.mov", "clip.webm", "clip.wmv", "clip.mkv", "clip.mpg", "clip.flv"})
-            QTest::newRow(name) << name;
+            add(name, name);
     }
 
     void uploads()
     {
-        QFETCH(QString, source);
+        const auto [source] = fetchRow<QString>();
         convert(&ConvertingFile::prepareToUpload, path(source), path("upload.wav"), {});
         const Media media = probe(path("upload.wav"));
         QCOMPARE(media.codecs, QString("pcm_s16le"));
@@ -105,9 +105,7 @@ private slots:
 
     void results_data()
     {
-        QTest::addColumn<QString>("source");
-        QTest::addColumn<QString>("suffix");
-        QTest::addColumn<QString>("codecs");
+        const Rows<QString, QString, QString> add;
         const QVector<std::array<const char *, 3>> rows{
             {"clip.avi", "mp4", "mpeg4 aac"},      {"clip.avi", "mkv", "h264 aac"},
             {"clip.avi", "mov", "h264 aac"},       {"clip.avi", "wmv", "wmv2 wmav2"},
@@ -129,9 +127,7 @@ private slots:
 
     void results()
     {
-        QFETCH(QString, source);
-        QFETCH(QString, suffix);
-        QFETCH(QString, codecs);
+        const auto [source, suffix, codecs] = fetchRow<QString, QString, QString>();
         const QString folder = path(QString::fromUtf8("r %1 \"ü\" ") + QTest::currentDataTag());
         QVERIFY(QDir().mkpath(folder));
         const QString input = folder + "/r.wav." + suffix + ".wav";
@@ -147,9 +143,7 @@ private slots:
 
     void archived_data()
     {
-        QTest::addColumn<QString>("input");
-        QTest::addColumn<QString>("suffix");
-        QTest::addColumn<QString>("codecs");
+        const Rows<QString, QString, QString> add;
         const QStringList codecs{
             "h264 aac", "h264 aac",  "h264 aac", "wmv2 wmav2", "mpeg2video mp2", "vp8 vorbis",
             "mp3",      "pcm_s16le", "aac",      "pcm_s16be",  "flac",           "wmav2"};
@@ -172,12 +166,20 @@ private slots:
         QVERIFY(!QFile::exists(output + ".mp4"));
         check(output, codecs);
     }
+    {
+        const auto [input, suffix, codecs] = fetchRow<QString, QString, QString>();
+        const QString output = path(QString(QTest::currentDataTag()) + "." + suffix);
+        convert(&ConvertingFile::convertFile, path(input), output, path("clip.mp4"));
+        QVERIFY(QFile::exists(path(input)));
+        QVERIFY(!QFile::exists(output + ".mp4"));
+        check(output, codecs);
+    }
 
     void badSources_data()
     {
-        QTest::addColumn<QString>("name");
+        const Rows<QString> add;
         for (const char *name : {"mute.mp4", "empty.mp3", "text.mp3", "missing.mp3"})
-            QTest::newRow(name) << name;
+            add(name, name);
         for (const auto &[name, content] :
              {std::pair("empty.mp3", ""), {"text.mp3", "not a song\n"}}) {
             QFile file(path(name));
@@ -189,6 +191,12 @@ private slots:
     void badSources()
     {
         QFETCH(QString, name);
+        const QString output = path(name + ".wav");
+        convert(&ConvertingFile::prepareToUpload, path(name), output, {});
+        QVERIFY(!QFile::exists(output));
+    }
+    {
+        const auto [name] = fetchRow<QString>();
         const QString output = path(name + ".wav");
         convert(&ConvertingFile::prepareToUpload, path(name), output, {});
         QVERIFY(!QFile::exists(output));

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "service/ffmpegarguments.h"
 #include "service/mediaformats.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
-
-#include <QTest>
 
 namespace {
 
@@ -62,20 +61,17 @@ private slots:
 
     void upload_data()
     {
-        QTest::addColumn<QString>("suffixes");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("Windows Media") << "wma wmv"
-                                       << "-i IN -y OUT";
-        QTest::newRow("video") << "avi flv m4v mov mp4 mpg rm vob webm mkv"
-                               << "-i IN -vn -acodec pcm_s16le -ac 2 -y OUT";
-        QTest::newRow("audio and unknown") << "aac aif aiff m4a mp1 mp3 ogg wav flac opus"
-                                           << "-i IN -vn -c:a pcm_s16le -y OUT";
+        const Rows<QString, QString> add;
+        add("Windows Media", "wma wmv", "-i IN -y OUT");
+        add("video", "avi flv m4v mov mp4 mpg rm vob webm mkv",
+            "-i IN -vn -acodec pcm_s16le -ac 2 -y OUT");
+        add("audio and unknown", "aac aif aiff m4a mp1 mp3 ogg wav flac opus",
+            "-i IN -vn -c:a pcm_s16le -y OUT");
     }
 
     void upload()
     {
-        QFETCH(QString, suffixes);
-        QFETCH(QString, expected);
+        const auto [suffixes, expected] = fetchRow<QString, QString>();
         for (const QString &suffix : suffixes.split(' ')) {
             for (const QString &spelling : spellings(suffix)) {
                 const ConversionFiles files{"/a b/song.mp4." + spelling, "/tmp/x.wav", {}};
@@ -86,34 +82,26 @@ private slots:
 
     void results_data()
     {
-        QTest::addColumn<QString>("fromOther"); // new result, original of another suffix
-        QTest::addColumn<QString>("fromSame"); // new result, original of the output's suffix
-        QTest::addColumn<QString>("fromSound"); // stored result without a picture
-        QTest::addColumn<QString>("fromVideo"); // stored result with a picture
+        const Rows<QString, QString, QString, QString> add;
         const auto video = [](const char *suffix, const QString &codecs) {
             const QString two = "REMUX TEMP | -y -i TEMP " + codecs + " OUT";
-            QTest::newRow(suffix) << two << "REMUX OUT" << two << "-y -i IN " + codecs + " OUT";
+            add(suffix, two, "REMUX OUT", two, "-y -i IN " + codecs + " OUT");
         };
         video("mov", "H264");
         video("mkv", "H264");
         video("mpg", "-c:v mpeg2video -qscale:v 2 -c:a mp2");
         video("webm", "-c:v libvpx -crf 30 -b:v 1M -c:a libvorbis");
         video("wmv", "-c:v wmv2 -c:a wmav2");
-        QTest::newRow("mp4") << "REMUX OUT"
-                             << "REMUX OUT"
-                             << "REMUX OUT"
-                             << "-y -i IN H264 OUT";
+        add("mp4", "REMUX OUT", "REMUX OUT", "REMUX OUT", "-y -i IN H264 OUT");
         const QString audio = "-i IN -b:a 320k -vn OUT";
         for (const char *suffix : {"mp3", "wav", "m4a", "aiff", "flac", "wma"})
-            QTest::newRow(suffix) << audio << audio << audio << audio;
+            add(suffix, audio, audio, audio, audio);
     }
 
     void results()
     {
-        QFETCH(QString, fromOther);
-        QFETCH(QString, fromSame);
-        QFETCH(QString, fromSound);
-        QFETCH(QString, fromVideo);
+        const auto [fromOther, fromSame, fromSound, fromVideo] =
+            fetchRow<QString, QString, QString, QString>();
         const QString suffix = QTest::currentDataTag();
         for (const QString &source : (videoSources + ' ' + audioSources).split(' ')) {
             for (const QString &spelling : spellings(suffix)) {

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "service/serviceaddress.h"
 
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
-#include <QTest>
 
 class TestServiceAddress final : public TestCase
 {
@@ -15,10 +15,7 @@ class TestServiceAddress final : public TestCase
 private slots:
     void resolves_data()
     {
-        QTest::addColumn<QStringList>("environment"); // service, connectivity, website
-        QTest::addColumn<QStringList>("settings");
-        QTest::addColumn<QString>("compiledIn");
-        QTest::addColumn<QStringList>("endpoints");
+        const Rows<QStringList, QStringList, QString, QStringList> add;
 
         const QStringList none{"", "", ""};
         const QStringList embedded{"http://127.0.0.1:5", "http://127.0.0.1:5/generate_204",
@@ -26,33 +23,28 @@ private slots:
         const auto ofBase = [](const QString &base) {
             return QStringList{base, base + "/generate_204", base};
         };
-        QTest::newRow("nothing") << none << none << "" << embedded;
-        QTest::newRow("blank") << QStringList{" ", "", ""} << none << " " << embedded;
-        QTest::newRow("compiled in") << none << none << "https://c" << ofBase("https://c");
-        QTest::newRow("settings before compiled in")
-            << none << QStringList{"https://s", "", ""} << "https://c" << ofBase("https://s");
-        QTest::newRow("environment before all")
-            << QStringList{"http://e:1", "", ""} << QStringList{"https://s", "", ""} << "https://c"
-            << ofBase("http://e:1");
-        QTest::newRow("no scheme, slashes, query")
-            << QStringList{" localhost:80/a b/?x#y", "", ""} << none << "" << none;
-        QTest::newRow("no scheme") << QStringList{"localhost:80/a//", "", ""} << none << ""
-                                   << ofBase("http://localhost:80/a");
-        QTest::newRow("query and fragment")
-            << QStringList{"https://e/?q#f", "", ""} << none << "" << ofBase("https://e");
-        QTest::newRow("no web address")
-            << QStringList{"file:///etc", "", ""} << none << "https://c" << none;
-        QTest::newRow("each on its own")
-            << QStringList{"", "https://n/ok?x=1", ""}
-            << QStringList{"", "https://no", "https://w/"} << "https://c"
-            << QStringList{"https://c", "https://n/ok?x=1", "https://w"};
+        add("nothing", none, none, "", embedded);
+        add("blank", QStringList{" ", "", ""}, none, " ", embedded);
+        add("compiled in", none, none, "https://c", ofBase("https://c"));
+        add("settings before compiled in", none, QStringList{"https://s", "", ""}, "https://c",
+            ofBase("https://s"));
+        add("environment before all", QStringList{"http://e:1", "", ""},
+            QStringList{"https://s", "", ""}, "https://c", ofBase("http://e:1"));
+        add("no scheme, slashes, query", QStringList{" localhost:80/a b/?x#y", "", ""}, none, "",
+            none);
+        add("no scheme", QStringList{"localhost:80/a//", "", ""}, none, "",
+            ofBase("http://localhost:80/a"));
+        add("query and fragment", QStringList{"https://e/?q#f", "", ""}, none, "",
+            ofBase("https://e"));
+        add("no web address", QStringList{"file:///etc", "", ""}, none, "https://c", none);
+        add("each on its own", QStringList{"", "https://n/ok?x=1", ""},
+            QStringList{"", "https://no", "https://w/"}, "https://c",
+            QStringList{"https://c", "https://n/ok?x=1", "https://w"});
     }
     void resolves()
     {
-        QFETCH(QStringList, environment);
-        QFETCH(QStringList, settings);
-        QFETCH(QString, compiledIn);
-        QFETCH(QStringList, endpoints);
+        const auto [environment, settings, compiledIn, endpoints] =
+            fetchRow<QStringList, QStringList, QString, QStringList>();
 
         QProcessEnvironment variables;
         variables.insert("TEKO_SERVICE_URL", environment[0]);

@@ -1,32 +1,20 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "app/base/programdata.h"
+#include "processing/processingrules.h"
+#include "service/resultopener.h"
 #include "settings/settings.h"
-#include "settings/siblingprograms.h"
+#include "tests/support/files.h"
+#include "tests/support/openedurls.h"
 #include "tests/support/recordedmessages.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
-#include <QDir>
-#include <QFile>
 #include <QQuickItem>
 #include <QSignalSpy>
-#include <QTest>
 
+#include <functional>
 #include <memory>
-
-namespace {
-
-const QStringList keys{"default_path_open",    "default_path_save",  "default_video_format",
-                       "default_audio_format", "default_instrument", "default_video_player",
-                       "default_audio_player", "settings_gui_scale"};
-
-void makeFile(const QString &path)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QVERIFY(QFile(path).open(QIODevice::WriteOnly));
-}
-
-} // namespace
 
 /// The settings window with its real view, a settings file of the test's own and scripted dialogs.
 class TestSettings : public TestCase
@@ -54,30 +42,24 @@ private slots:
 
     void opening_data()
     {
-        QTest::addColumn<QVariant>("scale");
-        QTest::addColumn<double>("shown");
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("nothing stored") << QVariant() << 1.0 << QSize(540, 670);
-        QTest::newRow("small") << QVariant(0.6) << 0.6 << QSize(324, 402);
-        QTest::newRow("truncated") << QVariant(1.33) << 1.33 << QSize(718, 891);
-        QTest::newRow("large") << QVariant(1.5) << 1.5 << QSize(810, 1005);
-        QTest::newRow("edited by hand") << QVariant("abc") << 1.0 << QSize(540, 670);
-        QTest::newRow("unusable") << QVariant(50) << 1.5 << QSize(810, 1005);
+        const Rows<QVariant, double, QSize> add;
+        add("nothing stored", QVariant(), 1.0, QSize(540, 670));
+        add("truncated", QVariant(1.33), 1.33, QSize(718, 891));
+        add("unusable", QVariant(50), 1.5, QSize(810, 1005));
     }
 
     void opening()
     {
-        QFETCH(QVariant, scale);
-        QFETCH(double, shown);
-        QFETCH(QSize, size);
+        const auto [scale, shown, size] = fetchRow<QVariant, double, QSize>();
         if (scale.isValid())
             m_store->settings().setValue("settings_gui_scale", scale);
         QStringList events;
-        connect(m_window.get(), &Settings::setProgramSettings, this, [&](const QVariant &data) {
-            QCOMPARE(data.toMap().size(), 7);
-            QCOMPARE(m_window->rootObject()->property("scf").toDouble(), shown);
-            events << (m_window->isVisible() ? "set late" : "set");
-        });
+        connect(m_window.get(), &Settings::setProgramSettings, this,
+                [&, &shown = shown](const QVariant &data) {
+                    QCOMPARE(data.toMap().size(), 7);
+                    QCOMPARE(m_window->rootObject()->property("scf").toDouble(), shown);
+                    events << (m_window->isVisible() ? "set late" : "set");
+                });
         connect(m_window.get(), &Settings::loaded, this,
                 [&] { events << (m_window->isVisible() ? "loaded" : "loaded early"); });
         m_window->openWindow();
@@ -89,41 +71,33 @@ private slots:
         QVERIFY(!(m_window->windowFlags() & Qt::WindowMaximizeButtonHint));
         QTRY_COMPARE(m_window->rootObject()->height(), double(size.height()));
         QTRY_COMPARE(button("CANCEL")->size().toSize(), (QSizeF(100, 36) * shown).toSize());
+        m_window->saveScf(1.25);
+        QCOMPARE(m_store->guiScale(), 1.25);
+        QCOMPARE(m_window->minimumSize(), QSize(675, 837));
+        QCOMPARE(m_window->maximumSize(), QSize(675, 837));
+        QCOMPARE(m_window->rootObject()->property("scf").toDouble(), 1.25);
     }
 
     /// "OK" in the view, after the window was opened over that value and, perhaps, another program
     /// has changed it before or meanwhile.
     void okStores_data()
     {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("others");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<bool>("isBefore");
-        const auto row = [](const char *name, const char *key, const char *stored,
-                            const char *others, const char *expected, bool isBefore = false) {
-            QTest::newRow(name) << key << stored << others << expected << isBefore;
-        };
-        row("not set", "default_instrument", "none", "", "none");
-        row("a choice", "default_video_format", "WEBM", "", "WEBM");
-        row("an unknown format", "default_audio_format", "OGG", "", "OGG");
-        row("an unknown player", "default_video_player", "Winamp", "", "Winamp");
-        row("a folder that is gone", "default_path_save", "/nowhere/music", "", "/nowhere/music");
-        row("a folder as typed", "default_path_open", "my  songs/", "", "my  songs/");
-        row("another program's choice", "default_instrument", "Bass", "Piano", "Piano");
-        row("another program's folder", "default_path_save", "/nowhere/a", "/nowhere/b",
-            "/nowhere/b");
-        row("another program's earlier choice", "default_instrument", "Bass", "Piano", "Piano",
-            true);
+        const Rows<QString, QString, QString, QString, bool> add;
+        add("not set", "default_instrument", "none", "", "none", false);
+        add("a choice", "default_video_format", "WEBM", "", "WEBM", false);
+        add("an unknown format", "default_audio_format", "OGG", "", "OGG", false);
+        add("an unknown player", "default_video_player", "Winamp", "", "Winamp", false);
+        add("a folder that is gone", "default_path_save", "/nowhere/a", "", "/nowhere/a", false);
+        add("a folder as typed", "default_path_open", "my  songs/", "", "my  songs/", false);
+        add("another program's choice", "default_instrument", "Bass", "Piano", "Piano", false);
+        add("another program's folder", "default_path_save", "/no/a", "/no/b", "/no/b", false);
+        add("another's earlier choice", "default_instrument", "Bass", "Piano", "Piano", true);
     }
 
     void okStores()
     {
-        QFETCH(QString, key);
-        QFETCH(QString, stored);
-        QFETCH(QString, others);
-        QFETCH(QString, expected);
-        QFETCH(bool, isBefore);
+        const auto [key, stored, others, expected, isBefore] =
+            fetchRow<QString, QString, QString, QString, bool>();
         m_store->settings().setValue(key, stored);
         QVERIFY(m_store->saveSettings());
         QSignalSpy back(m_window.get(), &Settings::showParent);
@@ -145,8 +119,11 @@ private slots:
 
     void defaultsComeBack()
     {
-        for (const QString &key : keys)
-            m_store->settings().setValue(key, key == "settings_gui_scale" ? "1.2" : "x");
+        for (const char *key :
+             {"default_path_open", "default_path_save", "default_video_format",
+              "default_audio_format", "default_instrument", "default_video_player",
+              "default_audio_player", "settings_gui_scale"})
+            m_store->settings().setValue(key, "1.2");
         m_store->settings().setValue("SongTrimlet", "kept");
         m_window->openWindow();
         QSignalSpy shown(m_window.get(), &Settings::setProgramSettings);
@@ -159,16 +136,6 @@ private slots:
         QVERIFY(m_window->isVisible());
     }
 
-    void theScaleCountsAtOnce()
-    {
-        m_window->openWindow();
-        m_window->saveScf(1.25);
-        QCOMPARE(m_store->guiScale(), 1.25);
-        QCOMPARE(m_window->minimumSize(), QSize(675, 837));
-        QCOMPARE(m_window->maximumSize(), QSize(675, 837));
-        QCOMPARE(m_window->rootObject()->property("scf").toDouble(), 1.25);
-    }
-
     /// Whatever cannot be saved is told, and nothing that the user typed is lost.
     void unsavedIsTold()
     {
@@ -176,19 +143,54 @@ private slots:
         useFile(m_folder->filePath("blocked.ini"));
         RecordedMessages messages;
         m_window->openWindow();
-        const QString text = "Option Settings: The settings could not be saved to the file:\n\n"
-            + QDir::toNativeSeparators(m_folder->filePath("blocked.ini"));
-        m_window->save(QVariantMap{{"default_instrument", "Bass"}});
-        QCOMPARE(messages.take(), QStringList(text));
-        QVERIFY(m_window->isVisible());
-        m_window->saveScf(1.1);
-        QCOMPARE(messages.take(), QStringList(text));
-        makeFile("player.exe");
-        m_answer = "player.exe";
-        m_window->checkPathIsExisted("Song Trimlet", "audio");
-        QCOMPARE(messages.take(), QStringList(text));
-        m_window->defaultSettings();
-        QCOMPARE(messages.take(), QStringList(text));
+        m_answer = writeFile("player.exe");
+        const QList<std::function<void()>> actions{
+            [this] {
+                m_window->save(QVariantMap{{"default_instrument", "Bass"}});
+            },
+            [this] { m_window->saveScf(1.1); },
+            [this] { m_window->checkPathIsExisted("Song Trimlet", "audio"); },
+            [this] { m_window->defaultSettings(); }};
+        for (const auto &act : actions) {
+            act();
+            QCOMPARE(messages.take(),
+                     QStringList("Option Settings: The settings could not be saved to the file:\n\n"
+                                 + QDir::toNativeSeparators(m_folder->filePath("blocked.ini"))));
+            QVERIFY(m_window->isVisible());
+        }
+    }
+
+    void typedFolders_data()
+    {
+        const Rows<QString, bool> add;
+        add("with spaces", "HERE/my own songs", true);
+        add("trailing separator", "HERE/ends/", true);
+        add("relative", "my songs", true);
+        add("parent missing", "HERE/no/folder", false);
+        add("missing drive", "/Z:/music", false);
+        add("a file", QCoreApplication::applicationFilePath(), false);
+        add("cannot be written to", "/proc", false);
+        add("emptied", "", false);
+    }
+
+    /// Stored as typed; a folder that cannot be used is told before any work begins.
+    void typedFolders()
+    {
+        const auto [pattern, isUsable] = fetchRow<QString, bool>();
+        const QString typed = QString(pattern).replace("HERE", m_folder->path());
+        m_window->openWindow();
+        m_window->save(QVariantMap{{"default_path_save", typed}});
+        QCOMPARE(m_store->stringValue("default_path_save"), typed);
+        const QString problem = unusableFolder(m_store->defaultPathSave(), m_folder->path());
+        QCOMPARE(problem.isEmpty(), isUsable);
+        QVERIFY(isUsable || problem.contains("settings"));
+    }
+
+    void resultsInARelativeFolderAreOpenedByTheirWholePath()
+    {
+        OpenedUrls opened;
+        openInPlayer(*m_store, "Default Audio Player", "my songs/a.wav");
+        QCOMPARE(opened.take(), QStringList(QDir::current().filePath("my songs/a.wav")));
     }
 
     void folderDialog()
@@ -203,60 +205,39 @@ private slots:
         QVERIFY(m_store->settings().allKeys().isEmpty());
     }
 
-    void candidates()
-    {
-        const QStringList paths = siblingCandidates("Song Trimlet 6");
-        QStringList expected;
-        for (const char *root : {"C:/Program Files/", "C:/Program Files (x86)/"}) {
-            for (const char *rest :
-                 {"SongTrimlet6/SongTrimlet6.exe", "SongTrimlet6/Song Trimlet 6.exe",
-                  "Song Trimlet 6/SongTrimlet6.exe", "Song Trimlet 6/Song Trimlet 6.exe"})
-                expected << QLatin1String(root) + QLatin1String(rest);
-        }
-        QCOMPARE(paths, expected);
-    }
-
     void players_data()
     {
-        QTest::addColumn<QString>("player");
-        QTest::addColumn<QString>("before"); // stored; it exists if it is installed
-        QTest::addColumn<QStringList>("installed");
-        QTest::addColumn<QString>("answer");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<bool>("isAsked");
+        const Rows<QString, QString, QStringList, QString, QString, bool> add;
         const QString six = "C:/Program Files/Song Trimlet 6/SongTrimlet6.exe";
         const QString five = "C:/Program Files (x86)/Song Trimlet 5/SongTrimlet5.exe";
-        const QString two = "C:/Program Files (x86)/Karaoke Trimlet 2/Karaoke Trimlet 2.exe";
-        const auto row = [](const char *name, const char *player, const QString &before,
-                            const QStringList &installed, const QString &answer,
-                            const QString &expected, bool isAsked) {
-            QTest::newRow(name) << player << before << installed << answer << expected << isAsked;
-        };
-        row("system's video player", "Default Video Player", "", {}, "", "", false);
-        row("system's audio player", "Default Audio Player", "", {}, "", "", false);
-        row("newest", "Song Trimlet", "", {five, six}, "", six, false);
-        row("older", "Song Trimlet", "", {five}, "", five, false);
-        row("last place", "Karaoke Trimlet", "", {two}, "", two, false);
-        row("stored", "Song Trimlet", "mine.exe", {"mine.exe", six}, "", "mine.exe", false);
-        row("stored one deleted", "Song Trimlet", "mine.exe", {six}, "", six, false);
-        row("told", "Video Trimlet", "", {"v.exe"}, "v.exe", "v.exe", true);
-        row("told wrongly", "Video Trimlet", "", {}, "v.exe", "", true);
-        row("given up", "Video Trimlet", "old.exe", {}, "", "old.exe", true);
+        const QString two = "C:/Program Files (x86)/Video Trimlet 2/Video Trimlet 2.exe";
+        const QString joined = "C:/Program Files (x86)/SongTrimlet5/SongTrimlet5.exe";
+        const QString half = "C:/Program Files/SongTrimlet6/Song Trimlet 6.exe";
+        add("system's video player", "Default Video Player", "", {}, "", "", false);
+        add("system's audio player", "Default Audio Player", "", {}, "", "", false);
+        add("newest", "Song Trimlet", "", {five, joined, six}, "", six, false);
+        add("older", "Song Trimlet", "", {five}, "", five, false);
+        add("without blanks", "Song Trimlet", "", {joined}, "", joined, false);
+        add("folder without blanks", "Song Trimlet", "", {half}, "", half, false);
+        add("last place", "Video Trimlet", "", {two}, "", two, false);
+        add("stored", "Song Trimlet", "mine.exe", {"mine.exe", six}, "", "mine.exe", false);
+        add("stored one deleted", "Song Trimlet", "mine.exe", {six}, "", six, false);
+        add("told", "Video Trimlet", "", {"v.exe"}, "v.exe", "v.exe", true);
+        add("told wrongly", "Video Trimlet", "", {}, "v.exe", "", true);
+        add("given up", "Video Trimlet", "old.exe", {}, "", "old.exe", true);
     }
 
     void players()
     {
-        QFETCH(QString, player);
-        QFETCH(QString, before);
-        QFETCH(QStringList, installed);
-        QFETCH(QString, answer);
-        QFETCH(QString, expected);
-        QFETCH(bool, isAsked);
+        const auto [player, before, installed, answer, expected, isAsked] =
+            fetchRow<QString, QString, QStringList, QString, QString, bool>();
         const QString key = QString(player).remove(' ');
         if (!before.isEmpty())
             m_store->settings().setValue(key, before);
-        for (const QString &path : installed)
-            makeFile(path);
+        for (const QString &path : installed) {
+            QDir().mkpath(QFileInfo(path).path());
+            writeFile(path);
+        }
         m_answer = answer;
         QSignalSpy resets(m_window.get(), &Settings::resetOpening);
         m_window->checkPathIsExisted(player, "video");
