@@ -17,8 +17,8 @@ class TestBatchOptions : public TestCase
 private slots:
     void calls_data()
     {
-        const Rows<QStringList, int, QString> add;
         using Action = BatchOptions::Action;
+        const Rows<Action, QString> add;
         add("/a.mp3", Action::Process, "||| /a.mp3");
         add("--instrument VOCALS --format mp3 /a b.wav", Action::Process,
             "vocals|MP3|| /a " + QDir::currentPath() + "/b.wav");
@@ -36,9 +36,10 @@ private slots:
 
     void calls()
     {
-        const auto [arguments, action, outcome] = fetchRow<QStringList, int, QString>();
-        const BatchOptions options = parseBatchOptions(QStringList("teko-batch") + arguments);
-        QCOMPARE(int(options.action), action);
+        const auto [action, outcome] = fetchRow<BatchOptions::Action, QString>();
+        const QString call = QString("teko-batch ") + QTest::currentDataTag();
+        const BatchOptions options = parseBatchOptions(call.split(' '));
+        QCOMPARE(options.action, action);
         if (options.action != BatchOptions::Action::Process) {
             QVERIFY2(options.text.contains(outcome), qPrintable(options.text));
             return;

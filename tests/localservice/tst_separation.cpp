@@ -18,25 +18,184 @@
 using namespace localservice;
 
 using Voice = std::function<double(qint64, int)>;
-Q_DECLARE_METATYPE(Voice)
-Q_DECLARE_METATYPE(localservice::Part)
-Q_DECLARE_METATYPE(localservice::WavShape)
 
 class SeparationTest final : public TestCase
 {
     Q_OBJECT
 
 private slots:
-    void resultsAddUpToTheInput_data();
-    void resultsAddUpToTheInput();
-    void splitNeverLeavesTheDepth();
-    void soundGoesToItsPart_data();
-    void soundGoesToItsPart();
-    void masksShareEverythingOut();
-    void refusesWhatItCannotRead_data();
-    void refusesWhatItCannotRead();
-    void coversOnlyTheBeginningWhenAsked();
-    void stopsAtOnceWhenCancelled();
+    void resultsAddUpToTheInput_data()
+    {
+        const Rows<WavShape, Voice> add;
+        const Voice noise = [](qint64, int) {
+            return QRandomGenerator::global()->generateDouble() * 2 - 1;
+        };
+        const Voice chord = [](qint64 frame, int channel) {
+            return sine(220, frame, 44100) * (channel % 2 + 1) / 2 + sine(3000, frame, 44100) / 2;
+        };
+        const Voice square = [](qint64 frame, int) { return frame / 50 % 2 ? 1.0 : -1.0; };
+        add("mono noise", {1, 44100, 16, 44100}, noise);
+        add("stereo chord", {2, 48000, 16, 50001}, chord);
+        add("six channels", {6, 44100, 16, 12345}, chord);
+        add("24 bit", {2, 44100, 24, 30000}, noise);
+        add("8 kHz", {1, 8000, 16, 9999}, chord);
+        add("96 kHz", {2, 96000, 24, 30000}, chord);
+        add("odd rate", {2, 12347, 16, 7001}, noise);
+        add("full-scale square", {2, 44100, 16, 44100}, square);
+        add("silence", {2, 44100, 16, 20000}, [](qint64, int) { return 0.0; });
+        add("one sample", {1, 44100, 16, 1}, square);
+        add("exactly one hop", {2, 44100, 16, 1024}, noise);
+    }
+
+    void resultsAddUpToTheInput()
+    {
+        const auto [shape, voice] = fetchRow<WavShape, Voice>();
+        const std::vector<std::int32_t> input = soundOf(shape, voice);
+        writeWav(at("in.wav"), shape, input);
+        for (const Part part : {Part::Vocals, Part::Drums, Part::Guitar}) {
+            JobControl control;
+            QVERIFY(separate(task(part), control));
+            QCOMPARE(WavReader(at("main.wav")).shape(), shape);
+            const std::vector<std::int32_t> main = readWav(at("main.wav"));
+            std::vector<std::int32_t> sum = readWav(at("mix.wav"));
+            std::transform(sum.begin(), sum.end(), main.begin(), sum.begin(), std::plus<>());
+            QCOMPARE(sum, input);
+            // An instrument that takes nothing or everything would add up as well.
+            if (energyOf(input) == 0)
+                QCOMPARE(energyOf(main), 0.0);
+        }
+    }
+
+    void splitNeverLeavesTheDepth()
+    {
+        const std::vector<std::int32_t> input = {32767, -32768, 32767, -32768, 0, 0, 100};
+        const std::vector<float> part = {-1, 1, 1, -1, -2, 2, 0.5F};
+        std::vector<std::int32_t> main(input.size());
+        std::vector<std::int32_t> mix(input.size());
+        splitSamples(input, part, 16, main, mix);
+        QCOMPARE(main, (std::vector<std::int32_t>{0, 0, 32767, -32768, -32767, 32767, 16384}));
+        for (std::size_t i = 0; i < input.size(); ++i) {
+            QCOMPARE(main[i] + mix[i], input[i]);
+            QVERIFY(mix[i] >= -32768 && mix[i] <= 32767);
+        }
+    }
+
+    void soundGoesToItsPart_data()
+    {
+        const Rows<Part, Voice> add;
+        add("clicks are drums", Part::Drums,
+            [](qint64 frame, int) { return frame % 22050 < 3 ? 0.9 : 0.0; });
+        add("a tone in the middle is the voice", Part::Vocals,
+            [](qint64 frame, int) { return sine(700, frame, 44100); });
+        add("a deep tone is the bass", Part::Bass,
+            [](qint64 frame, int) { return sine(70, frame, 44100); });
+        add("a lasting tone on the left is the guitar", Part::Guitar,
+            [](qint64 frame, int side) { return side ? 0.0 : sine(440, frame, 44100); });
+        add("plucked tones on the right are the piano", Part::Piano, [](qint64 frame, int side) {
+            const double age = double(frame % 22050) / 44100;
+            return side ? sine(660, frame, 44100) * std::exp(-6 * age) : 0.0;
+        });
+    }
+
+    void soundGoesToItsPart()
+    {
+        const auto [part, voice] = fetchRow<Part, Voice>();
+        const WavShape shape{2, 44100, 16, 4 * 44100};
+        const std::vector<std::int32_t> input = soundOf(shape, voice);
+        writeWav(at("in.wav"), shape, input);
+        JobControl control;
+        QVERIFY(separate(task(part), control));
+        QCOMPARE(control.share.load(), 1.0);
+        const double share = energyOf(readWav(at("mix.wav"))) / energyOf(input);
+        QVERIFY2(share < 0.1, qPrintable(QStringLiteral("left in the mix: %1").arg(share)));
+    }
+
+    void masksShareEverythingOut()
+    {
+        const std::array<float, 4> values = {0, 1e-20F, 0.3F, 1e4F};
+        for (const float hertz : {0.0F, 60.0F, 440.0F, 20000.0F}) {
+            for (const float lasting : values) {
+                for (const float striking : values) {
+                    for (const float pan : {-1.0F, 0.0F, 0.5F}) {
+                        const Masks masks = shareOut({lasting, striking, {pan, 1 - std::abs(pan)}},
+                                                     Bands(hertz), {-0.9F, {}});
+                        for (const float mask : masks)
+                            QVERIFY(mask >= 0 && mask <= 1);
+                        const float sum = std::accumulate(masks.begin(), masks.end(), 0.0F);
+                        QVERIFY2(std::abs(sum - 1) < 1e-5F, qPrintable(QString::number(sum)));
+                    }
+                }
+            }
+        }
+    }
+
+    void refusesWhatItCannotRead_data()
+    {
+        const auto header = [](int format, int bits, quint32 dataBytes) {
+            QByteArray wav("RIFF\0\0\0\0WAVEfmt \x10\0\0\0", 20);
+            const auto put = [&wav](quint32 value, int bytes) {
+                for (int i = 0; i < bytes; ++i)
+                    wav += char(value >> (8 * i));
+            };
+            put(quint32(format), 2), put(1, 2), put(44100, 4), put(quint32(44100 * bits / 8), 4);
+            put(quint32(bits / 8), 2), put(quint32(bits), 2);
+            wav += "data";
+            put(dataBytes, 4);
+            return wav;
+        };
+        const Rows<QByteArray, QByteArray> add;
+        add("text", "no sound at all", "is not a WAV file");
+        add("empty file", "", "is not a WAV file");
+        add("no samples", header(1, 16, 0), "holds no sound");
+        add("cut after the header", header(1, 16, 1000), "holds no sound");
+        add("8 bit", header(1, 8, 4) + "abcd", "16 or 24 bit");
+        add("Ogg", QByteArray("OggS\0\2\0\0\0\0\0\0\0\0", 14), "is not a WAV file");
+    }
+
+    void refusesWhatItCannotRead()
+    {
+        const auto [content, text] = fetchRow<QByteArray, QByteArray>();
+        std::ofstream(at("in.wav"), std::ios::binary) << content.toStdString();
+        try {
+            const WavReader reader(at("in.wav"));
+            QFAIL("was accepted");
+        } catch (const Refusal &refusal) {
+            QVERIFY2(QByteArray(refusal.what()).contains(text), refusal.what());
+        }
+    }
+
+    void coversOnlyTheBeginningWhenAsked()
+    {
+        const WavShape shape{1, 8000, 16, 8000};
+        const std::vector<std::int32_t> input =
+            soundOf(shape, [](qint64 frame, int) { return sine(500, frame, 8000); });
+        writeWav(at("in.wav"), shape, input);
+        SeparationTask half = task(Part::Vocals);
+        half.secondsAtMost = 0.5;
+        JobControl control;
+        QVERIFY(separate(half, control));
+        QCOMPARE(readWav(at("main.wav")).size(), std::size_t(4000));
+        QCOMPARE(readWav(at("main.wav"))[3999] + readWav(at("mix.wav"))[3999], input[3999]);
+    }
+
+    void stopsAtOnceWhenCancelled()
+    {
+        const WavShape shape{2, 44100, 16, 120 * 44100};
+        writeWav(at("in.wav"), shape,
+                 std::vector<std::int32_t>(std::size_t(shape.frames) * 2, 1000));
+        JobControl control;
+        bool finished = true;
+        std::thread worker([&] { finished = separate(task(Part::Bass), control); });
+        const bool isUnderWay =
+            QTest::qWaitFor([&] { return control.share > 0.15; }, 20000) && control.share < 1;
+        QElapsedTimer timer;
+        timer.start();
+        control.cancelled = true;
+        worker.join();
+        QVERIFY(isUnderWay);
+        QVERIFY(!finished);
+        QVERIFY2(timer.elapsed() < 300, qPrintable(QString::number(timer.elapsed())));
+    }
 
 private:
     [[nodiscard]] std::filesystem::path at(const char *name) const
@@ -50,181 +209,6 @@ private:
 
     QTemporaryDir m_folder;
 };
-
-void SeparationTest::resultsAddUpToTheInput_data()
-{
-    const Rows<WavShape, Voice> add;
-    const Voice noise = [](qint64, int) {
-        return QRandomGenerator::global()->generateDouble() * 2 - 1;
-    };
-    const Voice chord = [](qint64 frame, int channel) {
-        return sine(220, frame, 44100) * (channel % 2 + 1) / 2 + sine(3000, frame, 44100) / 2;
-    };
-    const Voice square = [](qint64 frame, int) { return frame / 50 % 2 ? 1.0 : -1.0; };
-    const Voice silence = [](qint64, int) { return 0.0; };
-    add("mono noise", WavShape{1, 44100, 16, 44100}, noise);
-    add("stereo chord", WavShape{2, 48000, 16, 50001}, chord);
-    add("six channels", WavShape{6, 44100, 16, 12345}, chord);
-    add("24 bit", WavShape{2, 44100, 24, 30000}, noise);
-    add("8 kHz", WavShape{1, 8000, 16, 9999}, chord);
-    add("96 kHz", WavShape{2, 96000, 24, 30000}, chord);
-    add("odd rate", WavShape{2, 12347, 16, 7001}, noise);
-    add("full-scale square", WavShape{2, 44100, 16, 44100}, square);
-    add("silence", WavShape{2, 44100, 16, 20000}, silence);
-    add("one sample", WavShape{1, 44100, 16, 1}, square);
-    add("exactly one hop", WavShape{2, 44100, 16, 1024}, noise);
-}
-
-void SeparationTest::resultsAddUpToTheInput()
-{
-    const auto [shape, voice] = fetchRow<WavShape, Voice>();
-    const std::vector<std::int32_t> input = soundOf(shape, voice);
-    writeWav(at("in.wav"), shape, input);
-    for (const Part part : {Part::Vocals, Part::Drums, Part::Guitar}) {
-        JobControl control;
-        QVERIFY(separate(task(part), control));
-        QCOMPARE(WavReader(at("main.wav")).shape(), shape);
-        const std::vector<std::int32_t> main = readWav(at("main.wav"));
-        std::vector<std::int32_t> sum = readWav(at("mix.wav"));
-        std::transform(sum.begin(), sum.end(), main.begin(), sum.begin(), std::plus<>());
-        QCOMPARE(sum, input);
-        // An instrument that takes nothing or everything would add up as well.
-        if (energyOf(input) == 0)
-            QCOMPARE(energyOf(main), 0.0);
-    }
-}
-
-void SeparationTest::splitNeverLeavesTheDepth()
-{
-    const std::vector<std::int32_t> input = {32767, -32768, 32767, -32768, 0, 0, 100};
-    const std::vector<float> part = {-1, 1, 1, -1, -2, 2, 0.5F};
-    std::vector<std::int32_t> main(input.size());
-    std::vector<std::int32_t> mix(input.size());
-    splitSamples(input, part, 16, main, mix);
-    QCOMPARE(main, (std::vector<std::int32_t>{0, 0, 32767, -32768, -32767, 32767, 16384}));
-    for (std::size_t i = 0; i < input.size(); ++i) {
-        QCOMPARE(main[i] + mix[i], input[i]);
-        QVERIFY(mix[i] >= -32768 && mix[i] <= 32767);
-    }
-}
-
-void SeparationTest::soundGoesToItsPart_data()
-{
-    const Rows<Voice, Part> add;
-    add("clicks are drums", Voice([](qint64 frame, int) { return frame % 22050 < 3 ? 0.9 : 0.0; }),
-        Part::Drums);
-    add("a tone in the middle is the voice",
-        Voice([](qint64 frame, int) { return sine(700, frame, 44100); }), Part::Vocals);
-    add("a deep tone is the bass", Voice([](qint64 frame, int) { return sine(70, frame, 44100); }),
-        Part::Bass);
-    add("a lasting tone on the left is the guitar",
-        Voice([](qint64 frame, int side) { return side ? 0.0 : sine(440, frame, 44100); }),
-        Part::Guitar);
-    add("plucked tones on the right are the piano", Voice([](qint64 frame, int side) {
-            const double age = double(frame % 22050) / 44100;
-            return side ? sine(660, frame, 44100) * std::exp(-6 * age) : 0.0;
-        }),
-        Part::Piano);
-}
-
-void SeparationTest::soundGoesToItsPart()
-{
-    const auto [voice, part] = fetchRow<Voice, Part>();
-    const WavShape shape{2, 44100, 16, 4 * 44100};
-    const std::vector<std::int32_t> input = soundOf(shape, voice);
-    writeWav(at("in.wav"), shape, input);
-    JobControl control;
-    QVERIFY(separate(task(part), control));
-    QCOMPARE(control.share.load(), 1.0);
-    const double share = energyOf(readWav(at("mix.wav"))) / energyOf(input);
-    QVERIFY2(share < 0.1, qPrintable(QStringLiteral("left in the mix: %1").arg(share)));
-}
-
-void SeparationTest::masksShareEverythingOut()
-{
-    const std::array<float, 4> values = {0, 1e-20F, 0.3F, 1e4F};
-    for (const float hertz : {0.0F, 60.0F, 440.0F, 20000.0F}) {
-        for (const float lasting : values) {
-            for (const float striking : values) {
-                for (const float pan : {-1.0F, 0.0F, 0.5F}) {
-                    const Masks masks = shareOut({lasting, striking, {pan, 1 - std::abs(pan)}},
-                                                 Bands(hertz), {-0.9F, {}});
-                    for (const float mask : masks)
-                        QVERIFY(mask >= 0 && mask <= 1);
-                    const float sum = std::accumulate(masks.begin(), masks.end(), 0.0F);
-                    QVERIFY2(std::abs(sum - 1) < 1e-5F, qPrintable(QString::number(sum)));
-                }
-            }
-        }
-    }
-}
-
-void SeparationTest::refusesWhatItCannotRead_data()
-{
-    const Rows<QByteArray, QByteArray> add;
-    const auto header = [](int format, int bits, quint32 dataBytes) {
-        QByteArray wav("RIFF\0\0\0\0WAVEfmt \x10\0\0\0", 20);
-        const auto add = [&wav](quint32 value, int bytes) {
-            for (int i = 0; i < bytes; ++i)
-                wav += char(value >> (8 * i));
-        };
-        add(quint32(format), 2), add(1, 2), add(44100, 4), add(quint32(44100 * bits / 8), 4);
-        add(quint32(bits / 8), 2), add(quint32(bits), 2);
-        wav += "data";
-        add(dataBytes, 4);
-        return wav;
-    };
-    add("text", QByteArray("no sound at all"), QByteArray("is not a WAV file"));
-    add("empty file", QByteArray(), QByteArray("is not a WAV file"));
-    add("no samples", header(1, 16, 0), QByteArray("holds no sound"));
-    add("cut after the header", header(1, 16, 1000), QByteArray("holds no sound"));
-    add("8 bit", header(1, 8, 4) + "abcd", QByteArray("16 or 24 bit"));
-    add("Ogg", QByteArray("OggS\0\2\0\0\0\0\0\0\0\0", 14), QByteArray("is not a WAV file"));
-}
-
-void SeparationTest::refusesWhatItCannotRead()
-{
-    const auto [content, text] = fetchRow<QByteArray, QByteArray>();
-    std::ofstream(at("in.wav"), std::ios::binary) << content.toStdString();
-    try {
-        const WavReader reader(at("in.wav"));
-        QFAIL("was accepted");
-    } catch (const Refusal &refusal) {
-        QVERIFY2(QByteArray(refusal.what()).contains(text), refusal.what());
-    }
-}
-
-void SeparationTest::coversOnlyTheBeginningWhenAsked()
-{
-    const WavShape shape{1, 8000, 16, 8000};
-    const std::vector<std::int32_t> input =
-        soundOf(shape, [](qint64 frame, int) { return sine(500, frame, 8000); });
-    writeWav(at("in.wav"), shape, input);
-    SeparationTask half = task(Part::Vocals);
-    half.secondsAtMost = 0.5;
-    JobControl control;
-    QVERIFY(separate(half, control));
-    QCOMPARE(readWav(at("main.wav")).size(), std::size_t(4000));
-    QCOMPARE(readWav(at("main.wav"))[3999] + readWav(at("mix.wav"))[3999], input[3999]);
-}
-
-void SeparationTest::stopsAtOnceWhenCancelled()
-{
-    const WavShape shape{2, 44100, 16, 120 * 44100};
-    writeWav(at("in.wav"), shape, std::vector<std::int32_t>(std::size_t(shape.frames) * 2, 1000));
-    JobControl control;
-    bool finished = true;
-    std::thread worker([&] { finished = separate(task(Part::Bass), control); });
-    const bool isUnderWay =
-        QTest::qWaitFor([&] { return control.share > 0.15; }, 20000) && control.share < 1;
-    QElapsedTimer timer;
-    timer.start();
-    control.cancelled = true;
-    worker.join();
-    QVERIFY(isUnderWay);
-    QVERIFY(!finished);
-    QVERIFY2(timer.elapsed() < 300, qPrintable(QString::number(timer.elapsed())));
-}
 
 TEKO_TEST_MAIN(SeparationTest)
 #include "tst_separation.moc"

@@ -3,18 +3,15 @@
 #include "service/convertingfile.h"
 #include "service/ffmpegrun.h"
 #include "service/mediaformats.h"
+#include "tests/support/files.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
-#include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
-
-#include <array>
 
 namespace {
 
@@ -86,19 +83,17 @@ private slots:
 
     void uploads_data()
     {
-        const Rows<QString> add;
-        for (const char *name :
-             {"song.wav", "song.mp3", "song.m4a", "song.flac", "song.ogg", "song.wma", "clip.mp4",
-              "clip.avi", "clip.mov", "clip.webm", "clip.wmv", "clip.mkv", "clip.mpg", "clip.flv"})
-            add(name, name);
+        addNames({"song.wav", "song.mp3", "song.m4a", "song.flac", "song.ogg", "song.wma",
+                  "clip.mp4", "clip.avi", "clip.mov", "clip.webm", "clip.wmv", "clip.mkv",
+                  "clip.mpg", "clip.flv"});
     }
 
     void uploads()
     {
-        const auto [source] = fetchRow<QString>();
-        convert(&ConvertingFile::prepareToUpload, path(source), path("upload.wav"), {});
+        QFETCH(QString, name);
+        convert(&ConvertingFile::prepareToUpload, path(name), path("upload.wav"), {});
         const Media media = probe(path("upload.wav"));
-        QCOMPARE(media.codecs, QString("pcm_s16le"));
+        QCOMPARE(media.codecs, "pcm_s16le");
         QCOMPARE(media.channels, 2);
         QVERIFY2(isThreeSeconds(media.sound), qPrintable(QString::number(media.sound)));
     }
@@ -106,38 +101,43 @@ private slots:
     void results_data()
     {
         const Rows<QString, QString, QString> add;
-        const QVector<std::array<const char *, 3>> rows{
-            {"clip.avi", "mp4", "mpeg4 aac"},      {"clip.avi", "mkv", "h264 aac"},
-            {"clip.avi", "mov", "h264 aac"},       {"clip.avi", "wmv", "wmv2 wmav2"},
-            {"clip.avi", "mpg", "mpeg2video mp2"}, {"clip.avi", "webm", "vp8 vorbis"},
-            {"clip.mp4", "mp4", "h264 aac"},       {"clip.mkv", "mkv", "h264 aac"},
+        const auto row = [&add](const QString &source, const QString &suffix,
+                                const QString &codecs) {
+            add(source + " to " + suffix, source, suffix, codecs);
         };
-        for (const auto &[source, suffix, codecs] : rows)
-            QTest::addRow("%s to %s", source, suffix) << source << suffix << codecs;
-        const QVector<std::array<const char *, 2>> audio{{"mp3", "mp3"},   {"wav", "pcm_s16le"},
-                                                         {"m4a", "aac"},   {"aiff", "pcm_s16be"},
-                                                         {"flac", "flac"}, {"wma", "wmav2"}};
-        for (const auto &[suffix, codec] : audio) {
+        row("clip.avi", "mp4", "mpeg4 aac");
+        row("clip.avi", "mkv", "h264 aac");
+        row("clip.avi", "mov", "h264 aac");
+        row("clip.avi", "wmv", "wmv2 wmav2");
+        row("clip.avi", "mpg", "mpeg2video mp2");
+        row("clip.avi", "webm", "vp8 vorbis");
+        row("clip.mp4", "mp4", "h264 aac");
+        row("clip.mkv", "mkv", "h264 aac");
+        for (const auto &[suffix, codec] : {std::pair("mp3", "mp3"),
+                                            {"wav", "pcm_s16le"},
+                                            {"m4a", "aac"},
+                                            {"aiff", "pcm_s16be"},
+                                            {"flac", "flac"},
+                                            {"wma", "wmav2"}}) {
             for (const char *source : {"song.mp3", "clip.mp4"})
-                QTest::addRow("%s to %s", source, suffix) << source << suffix << codec;
+                row(source, suffix, codec);
         }
+        // No picture, no film.
         for (const QString &suffix : videoOutputSuffixes())
-            QTest::addRow("no picture to %s", qPrintable(suffix)) << "song.mp3" << suffix << "";
+            row("song.mp3", suffix, "");
     }
 
     void results()
     {
         const auto [source, suffix, codecs] = fetchRow<QString, QString, QString>();
-        const QString folder = path(QString::fromUtf8("r %1 \"ü\" ") + QTest::currentDataTag());
+        const QString folder = path("-i %1 <b>\n🎵 \"ü\" " + QString(QTest::currentDataTag()));
         QVERIFY(QDir().mkpath(folder));
         const QString input = folder + "/r.wav." + suffix + ".wav";
         QVERIFY(QFile::copy(path("result.wav"), input));
         const QString output = folder + "/-r." + suffix;
         convert(&ConvertingFile::prepareFinal, input, output, path(source));
-        const bool made = !codecs.isEmpty();
-        QCOMPARE(QDir(folder).entryList(QDir::Files),
-                 made ? QStringList("-r." + suffix) : QStringList());
-        if (made)
+        QCOMPARE(filesIn(folder), codecs.isEmpty() ? QStringList() : QStringList("-r." + suffix));
+        if (!codecs.isEmpty())
             check(output, codecs);
     }
 
@@ -149,23 +149,12 @@ private slots:
             "mp3",      "pcm_s16le", "aac",      "pcm_s16be",  "flac",           "wmav2"};
         const QStringList formats = videoFormats() + audioFormats();
         for (int i = 0; i < formats.size(); ++i) {
-            for (const char *input : {"song.flac", "clip.mkv"})
-                QTest::addRow("%s to %s", input, qPrintable(formats[i]))
-                    << input << formats[i].toLower() << codecs[i];
+            for (const QString input : {"song.flac", "clip.mkv"})
+                add(input + " to " + formats[i], input, formats[i].toLower(), codecs[i]);
         }
     }
 
     void archived()
-    {
-        QFETCH(QString, input);
-        QFETCH(QString, suffix);
-        QFETCH(QString, codecs);
-        const QString output = path(QString(QTest::currentDataTag()) + "." + suffix);
-        convert(&ConvertingFile::convertFile, path(input), output, path("clip.mp4"));
-        QVERIFY(QFile::exists(path(input)));
-        QVERIFY(!QFile::exists(output + ".mp4"));
-        check(output, codecs);
-    }
     {
         const auto [input, suffix, codecs] = fetchRow<QString, QString, QString>();
         const QString output = path(QString(QTest::currentDataTag()) + "." + suffix);
@@ -175,31 +164,14 @@ private slots:
         check(output, codecs);
     }
 
-    void badSources_data()
-    {
-        const Rows<QString> add;
-        for (const char *name : {"mute.mp4", "empty.mp3", "text.mp3", "missing.mp3"})
-            add(name, name);
-        for (const auto &[name, content] :
-             {std::pair("empty.mp3", ""), {"text.mp3", "not a song\n"}}) {
-            QFile file(path(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(content);
-        }
-    }
-
     void badSources()
     {
-        QFETCH(QString, name);
-        const QString output = path(name + ".wav");
-        convert(&ConvertingFile::prepareToUpload, path(name), output, {});
-        QVERIFY(!QFile::exists(output));
-    }
-    {
-        const auto [name] = fetchRow<QString>();
-        const QString output = path(name + ".wav");
-        convert(&ConvertingFile::prepareToUpload, path(name), output, {});
-        QVERIFY(!QFile::exists(output));
+        writeFile(path("empty.mp3"));
+        writeFile(path("text.mp3"), "not a song\n");
+        for (const char *name : {"mute.mp4", "empty.mp3", "text.mp3", "missing.mp3"}) {
+            convert(&ConvertingFile::prepareToUpload, path(name), path("bad.wav"), {});
+            QVERIFY2(!QFile::exists(path("bad.wav")), name);
+        }
     }
 
     void anExistingResultIsNotOverwritten()

@@ -31,8 +31,10 @@ QString shown(const QStringList &arguments, const ConversionFiles &files, const 
 QString shown(const ConversionPlan &plan, const ConversionFiles &files)
 {
     const QString last = shown(plan.finalPass, files, plan.temporary);
+    if (plan.temporary != (plan.firstPass.isEmpty() ? "" : files.output + ".mp4"))
+        return "a strange temporary: " + plan.temporary;
     if (plan.firstPass.isEmpty())
-        return plan.temporary.isEmpty() ? last : "a temporary without a first pass";
+        return last;
     return shown(plan.firstPass, files, plan.temporary) + " | " + last;
 }
 
@@ -49,16 +51,6 @@ class TestFfmpegArguments : public TestCase
     Q_OBJECT
 
 private slots:
-    void listsAreWhole()
-    {
-        QCOMPARE(videoSourceSuffixes().join(' '), videoSources);
-        QCOMPARE(audioSourceSuffixes().join(' '), audioSources);
-        QCOMPARE(videoOutputSuffixes().join(' '), QString("mov mp4 mpg webm wmv mkv"));
-        QCOMPARE(videoFormats().join(' '), QString("MP4 MKV MOV WMV MPG WEBM"));
-        QCOMPARE(audioFormats().join(' '), QString("MP3 WAV M4A AIFF FLAC WMA"));
-        QCOMPARE(instruments().join(' '), QString("guitar vocals piano bass drums"));
-    }
-
     void upload_data()
     {
         const Rows<QString, QString> add;
@@ -83,7 +75,7 @@ private slots:
     void results_data()
     {
         const Rows<QString, QString, QString, QString> add;
-        const auto video = [](const char *suffix, const QString &codecs) {
+        const auto video = [&add](const char *suffix, const QString &codecs) {
             const QString two = "REMUX TEMP | -y -i TEMP " + codecs + " OUT";
             add(suffix, two, "REMUX OUT", two, "-y -i IN " + codecs + " OUT");
         };
@@ -118,20 +110,6 @@ private slots:
                 QCOMPARE(shown(archivedPlan(files), files), isVideo ? fromVideo : fromSound);
             }
         }
-    }
-
-    void temporaryIsTheOutputPlusMp4()
-    {
-        const ConversionFiles files{"/o/r.wav", "/o/clip.webm", "/s/clip.avi"};
-        QCOMPARE(resultPlan(files).temporary, QString("/o/clip.webm.mp4"));
-        QCOMPARE(archivedPlan(files).temporary, QString("/o/clip.webm.mp4"));
-    }
-
-    void pathsStayWhole()
-    {
-        const QString odd = QString::fromUtf8("/o/-i \"a\" %1 <b>\n\U0001F3B5 'ü.mp3");
-        QVERIFY(uploadArguments(odd, "/x.wav").contains(odd));
-        QVERIFY(resultPlan({"/o/r.wav", odd, {}}).finalPass.endsWith(odd));
     }
 };
 

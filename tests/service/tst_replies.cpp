@@ -10,16 +10,18 @@ class TestReplies final : public TestCase
     Q_OBJECT
 
 private slots:
+
     void uploadPercents_data()
     {
         const Rows<qint64, qint64, double> add;
-        add("rounds down", qint64(1), qint64(3), 33.3);
-        add("never early", qint64(99'999) << qint64(100'000), 99.9);
-        add("whole", qint64(5), qint64(5), 100.0);
-        add("beyond 32 bits", qint64(3'000'000'000) << qint64(6'000'000'000), 50.0);
-        add("no total", qint64(0), qint64(0), -1.0);
-        add("unknown total", qint64(1), qint64(-1), -1.0);
+        add("rounds down", 1, 3, 33.3);
+        add("never early", 99'999, 100'000, 99.9);
+        add("whole", 5, 5, 100.0);
+        add("beyond 32 bits", 3'000'000'000, 6'000'000'000, 50.0);
+        add("no total", 0, 0, -1.0);
+        add("unknown total", 1, -1, -1.0);
     }
+
     void uploadPercents()
     {
         const auto [sent, total, percent] = fetchRow<qint64, qint64, double>();
@@ -29,14 +31,15 @@ private slots:
     void downloadPercents_data()
     {
         const Rows<qint64, qint64, qint64, double> add;
-        add("truncates", qint64(999), qint64(1000), qint64(-1), 99.0);
-        add("total before expected", qint64(1), qint64(2), qint64(100), 50.0);
-        add("expected only", qint64(25), qint64(-1), qint64(100), 25.0);
-        add("all of it", qint64(5), qint64(5), qint64(-1), 99.8);
-        add("more than expected", qint64(7), qint64(0), qint64(5), 99.8);
-        add("nothing known", qint64(7), qint64(0), qint64(-1), 95.0);
-        add("nothing expected", qint64(0), qint64(0), qint64(0), 95.0);
+        add("truncates", 999, 1000, -1, 99.0);
+        add("total before expected", 1, 2, 100, 50.0);
+        add("expected only", 25, -1, 100, 25.0);
+        add("all of it", 5, 5, -1, 99.8);
+        add("more than expected", 7, 0, 5, 99.8);
+        add("nothing known", 7, 0, -1, 95.0);
+        add("nothing expected", 0, 0, 0, 95.0);
     }
+
     void downloadPercents()
     {
         const auto [received, total, expected, percent] =
@@ -54,6 +57,7 @@ private slots:
         add("three", "a|b|", "none");
         add("empty", "", "none");
     }
+
     void readsResultUrls()
     {
         const auto [body, parts] = fetchRow<QString, QString>();
@@ -68,9 +72,10 @@ private slots:
         add("sentence", "<b>No</b>\nsuch job\n", "");
         add("many lines", QString("x\n").repeated(100), QString("x\n").repeated(24) + "x");
         add("one long line", QString(9000, 'x'), QString(1500, 'x'));
-        add("not half a character",
-            QString(1499, 'x') + QString::fromUtf8("\U0001F3B5").repeated(9), QString(1499, 'x'));
+        add("not half a character", QString(1499, 'x') + QString("\U0001F3B5").repeated(9),
+            QString(1499, 'x'));
     }
+
     void shortensTexts()
     {
         const auto [text, kept] = fetchRow<QString, QString>();

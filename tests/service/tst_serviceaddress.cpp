@@ -16,7 +16,6 @@ private slots:
     void resolves_data()
     {
         const Rows<QStringList, QStringList, QString, QStringList> add;
-
         const QStringList none{"", "", ""};
         const QStringList embedded{"http://127.0.0.1:5", "http://127.0.0.1:5/generate_204",
                                    "http://127.0.0.1:5"};
@@ -24,28 +23,23 @@ private slots:
             return QStringList{base, base + "/generate_204", base};
         };
         add("nothing", none, none, "", embedded);
-        add("blank", QStringList{" ", "", ""}, none, " ", embedded);
+        add("blank", {" ", "", ""}, none, " ", embedded);
         add("compiled in", none, none, "https://c", ofBase("https://c"));
-        add("settings before compiled in", none, QStringList{"https://s", "", ""}, "https://c",
+        add("settings before compiled in", none, {"https://s", "", ""}, "https://c",
             ofBase("https://s"));
-        add("environment before all", QStringList{"http://e:1", "", ""},
-            QStringList{"https://s", "", ""}, "https://c", ofBase("http://e:1"));
-        add("no scheme, slashes, query", QStringList{" localhost:80/a b/?x#y", "", ""}, none, "",
-            none);
-        add("no scheme", QStringList{"localhost:80/a//", "", ""}, none, "",
-            ofBase("http://localhost:80/a"));
-        add("query and fragment", QStringList{"https://e/?q#f", "", ""}, none, "",
-            ofBase("https://e"));
-        add("no web address", QStringList{"file:///etc", "", ""}, none, "https://c", none);
-        add("each on its own", QStringList{"", "https://n/ok?x=1", ""},
-            QStringList{"", "https://no", "https://w/"}, "https://c",
-            QStringList{"https://c", "https://n/ok?x=1", "https://w"});
+        add("environment before all", {"http://e:1", "", ""}, {"https://s", "", ""}, "https://c",
+            ofBase("http://e:1"));
+        add("no scheme, slashes, query", {" localhost:80/a b/?x#y", "", ""}, none, "", none);
+        add("no scheme", {"localhost:80/a//", "", ""}, none, "", ofBase("http://localhost:80/a"));
+        add("query and fragment", {"https://e/?q#f", "", ""}, none, "", ofBase("https://e"));
+        add("no web address", {"file:///etc", "", ""}, none, "https://c", none);
+        add("each on its own", {"", "https://n/ok?x=1", ""}, {"", "https://no", "https://w/"},
+            "https://c", {"https://c", "https://n/ok?x=1", "https://w"});
     }
     void resolves()
     {
         const auto [environment, settings, compiledIn, endpoints] =
             fetchRow<QStringList, QStringList, QString, QStringList>();
-
         QProcessEnvironment variables;
         variables.insert("TEKO_SERVICE_URL", environment[0]);
         variables.insert("TEKO_CONNECTIVITY_URL", environment[1]);
@@ -55,7 +49,6 @@ private slots:
         store.settings().setValue("service_url", settings[0]);
         store.settings().setValue("connectivity_url", settings[1]);
         store.settings().setValue("website_url", settings[2]);
-
         const auto first = ConfiguredAddresses::from(variables);
         const auto second = ConfiguredAddresses::from(store);
         const ServiceEndpoints resolved =
@@ -65,10 +58,6 @@ private slots:
                  endpoints);
         QCOMPARE(wantsEmbeddedService(first, second, compiledIn),
                  endpoints[0].contains("127.0.0.1"));
-    }
-
-    void nothingWithoutEmbeddedService()
-    {
         QCOMPARE(resolveEndpoints({}, {}, {}, {}), ServiceEndpoints());
     }
 };
