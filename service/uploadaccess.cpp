@@ -4,6 +4,8 @@
 
 #include "service/uploadreply.h"
 
+#include <QNetworkProxy>
+
 namespace {
 
 bool isUpload(const QNetworkRequest &request)
@@ -13,12 +15,20 @@ bool isUpload(const QNetworkRequest &request)
         && request.rawHeader("Content-Type").startsWith("multipart/");
 }
 
+/// Proxies are left to Qt's manager, which speaks the way each kind wants: one for plain HTTP
+/// allows no tunnels as a rule.
+bool isDirect(const QUrl &url)
+{
+    const auto proxies = QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url));
+    return proxies.isEmpty() || proxies.constFirst().type() == QNetworkProxy::NoProxy;
+}
+
 } // namespace
 
 QNetworkReply *UploadAccess::createRequest(Operation operation, const QNetworkRequest &request,
                                            QIODevice *body)
 {
-    if (operation == PostOperation && body && isUpload(request))
+    if (operation == PostOperation && body && isUpload(request) && isDirect(request.url()))
         return new UploadReply(request, *body, this);
     return QNetworkAccessManager::createRequest(operation, request, body);
 }

@@ -4,7 +4,8 @@
 
 #include <QNetworkAccessManager>
 
-/// A network access manager whose multipart forms travel as an UploadReply.
+/// A network access manager whose multipart forms travel as an UploadReply, where no proxy stands
+/// between.
 class UploadAccess final : public QNetworkAccessManager
 {
     Q_OBJECT

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "service/uploadreply.h"
 
+#include <QNetworkProxy>
 #include <QSslConfiguration>
 #include <QSslSocket>
 
@@ -88,6 +89,7 @@ void UploadReply::start()
     connect(m_socket, &QTcpSocket::readyRead, this, &UploadReply::readAnswer);
     connect(m_socket, &QTcpSocket::errorOccurred, this, &UploadReply::endConnection);
     m_socket->setReadBufferSize(readBufferSize());
+    m_socket->setProxy(QNetworkProxy::NoProxy);
     if (!secure) {
         connect(m_socket, &QTcpSocket::connected, this, &UploadReply::sendHead);
         m_socket->connectToHost(target.host(), quint16(target.port(80)));
@@ -200,7 +202,6 @@ void UploadReply::fail(NetworkError error, const QString &text)
     if (isFinished())
         return;
     setError(error, text);
-    emit errorOccurred(error);
     finish();
 }
 
@@ -211,6 +212,14 @@ void UploadReply::finish()
         m_socket->disconnect(this);
         m_socket->abort();
     }
+    // Queued: who is told may delete this object, and with it the socket whose signal led here.
+    QMetaObject::invokeMethod(this, &UploadReply::tellEnd, Qt::QueuedConnection);
+}
+
+void UploadReply::tellEnd()
+{
+    if (error() != NoError)
+        emit errorOccurred(error());
     emit readChannelFinished();
     emit finished();
 }

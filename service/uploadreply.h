@@ -12,8 +12,9 @@ class QTcpSocket;
 
 /// A POST over HTTP/1.1 on a connection of its own, which reads its body from a device while it
 /// sends and is sent once, whatever happens. An answer that is whole before the body's end counts:
-/// the rest of the body is not sent. Redirects are not followed, there is no time limit, and
-/// cookies are those of the request's headers. An HTTP status is not turned into an error().
+/// the rest of the body is not sent. Redirects are not followed, proxies are not asked, there is no
+/// time limit, and cookies are those of the request's headers. An HTTP status is not turned into an
+/// error(). The end is told from the event loop, also after abort().
 class UploadReply final : public QNetworkReply
 {
     Q_OBJECT
@@ -46,6 +47,7 @@ private:
     void endConnection(QAbstractSocket::SocketError reason);
     void fail(NetworkError error, const QString &text);
     void finish();
+    void tellEnd();
 
     QIODevice &m_body;
     const qint64 m_size; ///< of the body

@@ -8,6 +8,7 @@
 #include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
 
+#include <QNetworkProxy>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -78,6 +79,7 @@ private slots:
 
     void cleanup()
     {
+        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
         m_client.reset();
         m_store.reset();
         m_server.reset();
@@ -128,14 +130,17 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("nameOnWire");
+        QTest::addColumn<QByteArray>("proxied"); // what a proxy is asked for, if there is one
 
-        QTest::newRow("plain") << "a b.wav"
-                               << "a b.wav";
-        QTest::newRow("not Latin, with marks") << "näh %1 %20 🎵.wav"
-                                               << "näh %1 %20 🎵.wav";
+        const auto row = [](const char *name, const QString &file, const QString &onWire,
+                            const QByteArray &proxied = {}) {
+            QTest::newRow(name) << file << onWire << proxied;
+        };
+        row("plain", "a b.wav", "a b.wav");
+        row("through a proxy", "a b.wav", "a b.wav", "http://service.example");
+        row("not Latin, with marks", "näh %1 %20 🎵.wav", "näh %1 %20 🎵.wav");
 #ifndef Q_OS_WIN
-        QTest::newRow("hostile") << "x\"; name=\"y\r\nSet: 1.wav"
-                                 << "x%22; name=%22y%0D%0ASet: 1.wav";
+        row("hostile", "x\"; name=\"y\r\nSet: 1.wav", "x%22; name=%22y%0D%0ASet: 1.wav");
 #endif
     }
 
@@ -143,8 +148,17 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QString, nameOnWire);
+        QFETCH(QByteArray, proxied);
         const QByteArray sound = QByteArray("RIFF\0\r\n--", 9).repeated(20000);
-        m_server->on(proceed, {Answer::text("12")});
+        m_server->on(proxied + proceed, {Answer::text("12")});
+        if (!proxied.isEmpty()) {
+            const QUrl url = m_server->url();
+            QNetworkProxy::setApplicationProxy(
+                {QNetworkProxy::HttpProxy, url.host(), quint16(url.port())});
+            m_store->setEndpointSource([proxied] {
+                return ServiceEndpoints{QUrl(proxied), {}, {}};
+            });
+        }
 
         upload(makeFile(name, sound));
         QTRY_COMPARE(m_events.last(), "id 12");
@@ -498,6 +512,22 @@ private slots:
                 [this] { m_client.reset(); });
         QCOMPARE(m_client->processedFilesRemains("h"), -1);
         QVERIFY(!m_client);
+    }
+
+    void diesWhenTold_data()
+    {
+        QTest::addColumn<ScriptedAnswer>("answer");
+        QTest::newRow("refused") << Answer::text("no");
+        QTest::newRow("broken") << Answer::cut();
+    }
+
+    void diesWhenTold()
+    {
+        QFETCH(ScriptedAnswer, answer);
+        m_server->on(proceed, {answer});
+        connect(m_client.get(), &TekoServer::showError, this, [this] { m_client.reset(); });
+        upload(makeFile("song.wav", "x"));
+        QTRY_VERIFY(!m_client);
     }
 
     void checksConnectivity_data()
