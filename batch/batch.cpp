@@ -4,6 +4,7 @@
 
 #include "account/userauth.h"
 #include "app/appfolder.h"
+#include "app/base/messagewatcher.h"
 #include "app/base/programdata.h"
 #include "app/startup.h"
 #include "batch/batchoptions.h"
@@ -35,9 +36,14 @@ constexpr int cannotStart = 1;
 constexpr int usageError = 2;
 
 /// Waits until it is known who is signed in. Somebody who is not learns it from the service, which
-/// refuses his files.
+/// refuses his files. What is told meanwhile goes to standard error: a service that cannot start.
 void findUser(ProgramData &store)
 {
+    const MessageWatcher messages;
+    QObject::connect(&messages, &MessageWatcher::shown, &messages,
+                     [](const QString &, const QString &text) {
+                         QTextStream(stderr) << text.simplified() << Qt::endl;
+                     });
     UserAuth account(store);
     QEventLoop loop;
     QObject::connect(&account, &UserAuth::signedIn, &loop, &QEventLoop::quit);

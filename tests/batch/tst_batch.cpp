@@ -69,16 +69,33 @@ private slots:
                  QStringList());
     }
 
+    void serviceThatIsAway_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("far away") << "http://127.0.0.1:9"
+                                  << "song one.mp3: An active internet connection is required*";
+        QTest::newRow("cannot start") << ""
+                                      << "*service cannot be started*song one.mp3: An active*";
+    }
+
     void serviceThatIsAway()
     {
+        QFETCH(QString, address);
+        QFETCH(QString, message);
+        // There is no service beside this copy of the program.
+        const QString copy = m_folder.filePath(m_program.fileName());
+        QVERIFY(QFile::exists(copy) || QFile::copy(m_program.filePath(), copy));
         QProcess batch;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("TEKO_SERVICE_URL", "http://127.0.0.1:9");
+        environment.insert("TEKO_SERVICE_URL", address);
         batch.setProcessEnvironment(environment);
-        start(batch, {"song one.mp3", "-i", "bass", "-f", "mp3"});
+        batch.setWorkingDirectory(m_folder.path());
+        batch.start(copy, {"song one.mp3", "-i", "bass", "-f", "mp3"});
         QVERIFY(batch.waitForFinished());
         QCOMPARE(batch.exitCode(), 1);
-        QVERIFY(batch.readAllStandardError().contains("An active internet connection is required"));
+        const QString notes = QString::fromUtf8(batch.readAllStandardError());
+        QVERIFY2(isLike(notes, message), qPrintable(notes));
     }
 
 #ifdef Q_OS_UNIX
@@ -141,7 +158,7 @@ private:
     void start(QProcess &batch, const QStringList &arguments)
     {
         batch.setWorkingDirectory(m_folder.path());
-        batch.start(QCoreApplication::applicationDirPath() + "/teko-batch", arguments);
+        batch.start(m_program.filePath(), arguments);
     }
 
     void write(const QString &name, const QByteArray &content)
@@ -156,6 +173,7 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
+    const QFileInfo m_program{QCoreApplication::applicationDirPath() + "/teko-batch"};
     QTemporaryDir m_folder;
 };
 
