@@ -71,9 +71,22 @@ void FileFetch::readAvailable()
         if (got <= 0)
             return;
         m_received += got;
-        if (m_file.write(m_buffer.constData(), got) != got)
+        if (!store(got))
             failDownload(m_file.errorString());
     }
+}
+
+bool FileFetch::store(qint64 size)
+{
+    // A disk that is about to be full takes a part without an error. Only the next write says why.
+    qint64 stored = 0;
+    while (stored < size) {
+        const qint64 taken = m_file.write(m_buffer.constData() + stored, size - stored);
+        if (taken <= 0)
+            return false;
+        stored += taken;
+    }
+    return true;
 }
 
 void FileFetch::finish()

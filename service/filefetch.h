@@ -34,6 +34,7 @@ signals:
 private:
     void reportProgress(qint64 received, qint64 total);
     void readAvailable();
+    [[nodiscard]] bool store(qint64 size);
     void finish();
     [[nodiscard]] QString arrivalProblem() const;
     [[nodiscard]] bool isWhole() const;

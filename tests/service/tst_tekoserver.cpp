@@ -451,18 +451,21 @@ private slots:
     void reportsFullDisk_data()
     {
         QTest::addColumn<int>("size");
-        // The first fails at a write, the second only when the last buffered bytes are flushed.
-        QTest::newRow("far too much") << 3'000'000;
-        QTest::newRow("a little too much") << 3'000;
+        QTest::addColumn<int>("room");
+        // The last one fails only when its buffered bytes are flushed.
+        QTest::newRow("far too much") << 3'000'000 << 2'048;
+        QTest::newRow("a part fits") << 3'000'000 << 400'000;
+        QTest::newRow("a little too much") << 3'000 << 2'048;
     }
 
     void reportsFullDisk()
     {
         QFETCH(int, size);
+        QFETCH(int, room);
         const SmallDisk disk(path("disk"));
         if (!disk.isMounted())
             QSKIP("Mounting a small disk takes the rights of an administrator.");
-        makeFile("disk/filler", QByteArray(1'046'528, 'x')); // leaves less than the smaller result
+        makeFile("disk/filler", QByteArray(1'048'576 - room, 'x'));
         m_server->on(download, {Answer::text(m_server->url("/1").toEncoded() + "|x")});
         m_server->on("/1", {Answer::text(QByteArray(size, 'x'))});
         m_client->download(5, path("disk/1.wav"), false);
