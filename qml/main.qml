@@ -145,7 +145,8 @@ ApplicationWindow {
     FileDrop {
         anchors.fill: parent
         prop: prop
-        enabled: prop.isActiveProduct
+        // A cover does not keep drops away, and before the account is known there may be no service yet.
+        enabled: prop.isActiveProduct && !initialLoader.visible
         onFileDropped: path => backendLoader.loadFile(path)
     }
 

@@ -42,12 +42,16 @@ ViewCase {
         tryCompare(findChild(unseen, "account"), "checks", 1);
     }
     function test_account() {
+        const drop = Array.from(test.root.children).find(item => item.fileDropped);
         tryVerify(() => test.shows(test.root, "Loading..."));
+        verify(!drop.enabled);
         test.account.signedOut();
         verify(!test.shows(test.root, "Loading..."));
         verify(!test.find(test.root, "Select File").enabled);
+        verify(!drop.enabled);
         test.account.signedIn();
         verify(test.find(test.root, "Select File").enabled);
+        verify(drop.enabled);
     }
     function test_buttons_data(): var {
         return [["My Account", "openMyAccountWindow"], ["Select File", "selectFile"], ["Settings", "openSettingsWindow"], ["Archive", "openArchive"]].map(r => ({
