@@ -31,3 +31,14 @@ function rows(states) {
     }
     return all;
 }
+
+/** A table for a data-driven test: add() takes a tag and a value for each column. */
+function table(...columns) {
+    const rows = [];
+    const add = (tag, ...values) => {
+        const row = {"tag": String(tag)};
+        columns.forEach((column, i) => row[column] = values[i]);
+        rows.push(row);
+    };
+    return {"rows": rows, "add": add};
+}

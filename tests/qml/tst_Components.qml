@@ -25,29 +25,32 @@ ViewCase {
         return test.make(name, parent, Object.assign(common, properties));
     }
     function test_sizes_data(): var {
-        return [["GroupBox", {
-                    "label": "Title",
-                    "width": 200
-                }, 200, 70], ["SectionLabel", {
-                    "text": "TITLE"
-                }, 352, 47], ["FileNameField", {
-                    "fileName": States.longName,
-                    "width": 300
-                }, 300, 32], ["SelectedItemsLabel", {
-                    "currentLayer": "uploading",
-                    "selectedInstrument": "bass",
-                    "selectedOutputFormat": "MP3"
-                }, 340, 60], ["ProgressBar", {}, 340, 30], ["Dropdown", {
-                    "model": ["A"]
-                }, 120, 24], ["MenuItemCustom", {
-                    "text": "Entry",
-                    "width": 220
-                }, 220, 22]].map(r => ({
-                        "tag": r[0],
-                        "properties": r[1],
-                        "width": r[2],
-                        "height": r[3]
-                    }));
+        const table = States.table("width", "height", "properties");
+        table.add("GroupBox", 200, 70, {
+                "label": "Title",
+                "width": 200
+            });
+        table.add("SectionLabel", 352, 47, {
+                "text": "TITLE"
+            });
+        table.add("FileNameField", 300, 32, {
+                "fileName": States.longName,
+                "width": 300
+            });
+        table.add("SelectedItemsLabel", 340, 60, {
+                "currentLayer": "uploading",
+                "selectedInstrument": "bass",
+                "selectedOutputFormat": "MP3"
+            });
+        table.add("ProgressBar", 340, 30, {});
+        table.add("Dropdown", 120, 24, {
+                "model": ["A"]
+            });
+        table.add("MenuItemCustom", 220, 22, {
+                "text": "Entry",
+                "width": 220
+            });
+        return table.rows;
     }
     function test_sizes(data: var) {
         for (const scale of States.scales) {
@@ -68,34 +71,20 @@ ViewCase {
             }
         }
     }
-    function test_icon_data(): var {
-        return [["", "home-U.svg"], ["none", ""], ["disabled", "home-X.svg"], ["hovered", "home-F.svg"], ["pressed", "home-D.svg"]].map(r => ({
-                        "tag": r[0],
-                        "file": r[1]
-                    }));
-    }
-    function test_icon(data: var) {
+    function test_icon() {
         const icon = test.make("Icon", test.showIn(50, 50), {
                 "width": 30,
-                "height": 30,
-                "state": data.tag,
-                "name": "missing"
+                "height": 30
             });
-        compare(String(icon.source), "");
-        icon.name = "home";
-        compare(String(icon.source), data.file === "" ? "" : "qrc:/icons/" + data.file);
-        icon.baseUrl = "qrc:/elsewhere/";
-        compare(String(icon.source), "");
-    }
-    function test_basicIcon() {
-        const icon = test.make("Icon", test.showIn(50, 50), {
-                "width": 30,
-                "height": 30,
-                "state": "none",
-                "name": "play"
-            });
-        compare(String(icon.source), "qrc:/icons/play.svg");
-        compare(icon.status, Image.Ready);
+        for (const [state, name, file] of [["", "home", "home-U.svg"], ["none", "home", ""], ["disabled", "home", "home-X.svg"], ["hovered", "home", "home-F.svg"], ["pressed", "home", "home-D.svg"], ["none", "play", "play.svg"], ["", "missing", ""]]) {
+            icon.baseUrl = "qrc:/icons/";
+            icon.state = state;
+            icon.name = name;
+            compare(String(icon.source), file === "" ? "" : "qrc:/icons/" + file);
+            compare(icon.status, file === "" ? Image.Null : Image.Ready);
+            icon.baseUrl = "qrc:/elsewhere/";
+            compare(String(icon.source), "");
+        }
     }
     function test_btn() {
         const btn = test.build("Btn", {
@@ -120,27 +109,12 @@ ViewCase {
         compare(btn.activeFocus, false);
     }
     function test_textBtn_data(): var {
-        return [{
-                "tag": "normal",
-                "from": "#1C2E9B",
-                "to": "#021244",
-                "border": "#0212AE"
-            }, {
-                "tag": "hovered",
-                "from": "#0071BC",
-                "to": "#021244",
-                "border": "#0212AE"
-            }, {
-                "tag": "pressed",
-                "from": "#021244",
-                "to": "#1C2E9B",
-                "border": "#0212AE"
-            }, {
-                "tag": "disabled",
-                "from": "#B3B3B3",
-                "to": "#4D4D4D",
-                "border": "#999999"
-            }];
+        const table = States.table("from", "to", "border", "clicks");
+        table.add("normal", "#1C2E9B", "#021244", "#0212AE", 2);
+        table.add("hovered", "#0071BC", "#021244", "#0212AE", 2);
+        table.add("pressed", "#021244", "#1C2E9B", "#0212AE", 3);
+        table.add("disabled", "#B3B3B3", "#4D4D4D", "#999999", 0);
+        return table.rows;
     }
     function test_textBtn(data: var) {
         const btn = test.build("TextBtn", {
@@ -166,12 +140,7 @@ ViewCase {
         btn.forceActiveFocus(Qt.TabFocusReason);
         keyClick(Qt.Key_Return);
         keyClick(Qt.Key_Space);
-        compare(clicks.count, {
-                "normal": 2,
-                "hovered": 2,
-                "pressed": 3,
-                "disabled": 0
-            }[data.tag]);
+        compare(clicks.count, data.clicks);
     }
     function test_textField() {
         const field = test.build("TextField", {

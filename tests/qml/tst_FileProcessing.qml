@@ -10,22 +10,7 @@ ViewCase {
     property var view
 
     function show(set: var, scale: real) {
-        const parent = test.showIn(470 * scale, 350 * scale);
-        test.view = test.make("FileProcessing", parent, Object.assign({
-                    "width": parent.width,
-                    "height": parent.height,
-                    "scf": scale
-                }, States.chosen));
-        for (const [key, value] of Object.entries(set))
-            test.view[key] = value;
-        test.view.loaded();
-        tryVerify(() => test.view.gradiendVar > 0);
-    }
-    function spyOn(signal: string): var {
-        return createTemporaryObject(spies, test, {
-                "target": test.view,
-                "signalName": signal
-            });
+        test.view = test.showView("FileProcessing", [470, 350], scale, Object.assign({}, States.chosen, set));
     }
     function test_states_data(): var {
         return States.rows(States.processing);
@@ -37,51 +22,16 @@ ViewCase {
         test.checkNames(test.window.contentItem);
         test.checkFit(test.window.contentItem);
     }
-    function test_defaults() {
-        test.view = test.make("FileProcessing", test);
-        const expected = {
-            "scf": 1,
-            "uploadingPercent": 0,
-            "downloading1Percent": 0,
-            "downloading2Percent": 0,
-            "remainingProcessingTime": 0,
-            "fileName": "Some file name",
-            "currentLayer": "select_instrument",
-            "selectedInstrument": "none",
-            "selectedOutputFormat": "none",
-            "convertingText": "Converting to selected format",
-            "playerForVideo": "Default Video Player",
-            "playerForAudio": "Default Audio Player",
-            "isVideo": true,
-            "isDemo": true,
-            "gradiendVar": 0
-        };
-        for (const [key, value] of Object.entries(expected))
-            compare(test.view[key], value, key);
-    }
     function test_layers_data(): var {
-        return [{
-                "tag": "select_instrument",
-                "texts": ["Select the instrument you’d like to have removed", "PROCESS", "File Name: Evening Song.mp4"]
-            }, {
-                "tag": "instrument_list",
-                "texts": []
-            }, {
-                "tag": "uploading",
-                "texts": ["Uploading file: 99.9%", "CANCEL", "Selected Instrument: Vocals\nOutput Format: MP4"]
-            }, {
-                "tag": "processing",
-                "texts": ["Processing file: 0.0%\nApproximate Time Remaining: 1:35", "CANCEL"]
-            }, {
-                "tag": "downloading",
-                "texts": ["✔ Downloaded Vocals - file.wav", "Downloading Mix Without Vocals - file.wav: 7.0%", "CANCEL"]
-            }, {
-                "tag": "converting",
-                "texts": ["Converting to selected format", "CANCEL"]
-            }, {
-                "tag": "success",
-                "texts": ["Process is Successful!", "Open Vocals In\nDefault Video Player", "Open Mix In\nDefault Video Player", "Open Containing\nFolder", "As a Demo users, TEKO has processed<br>only the first <b><u>30 seconds</u></b>."]
-            }];
+        const table = States.table("texts");
+        table.add("select_instrument", ["Select the instrument you’d like to have removed", "PROCESS", "File Name: Evening Song.mp4"]);
+        table.add("instrument_list", []);
+        table.add("uploading", ["Uploading file: 99.9%", "CANCEL", "Selected Instrument: Vocals\nOutput Format: MP4"]);
+        table.add("processing", ["Processing file: 0.0%\nApproximate Time Remaining: 1:35", "CANCEL"]);
+        table.add("downloading", ["✔ Downloaded Vocals - file.wav", "Downloading Mix Without Vocals - file.wav: 7.0%", "CANCEL"]);
+        table.add("converting", ["Converting to selected format", "CANCEL"]);
+        table.add("success", ["Process is Successful!", "Open Vocals In\nDefault Video Player", "Open Mix In\nDefault Video Player", "Open Containing\nFolder", "As a Demo users, TEKO has processed<br>only the first <b><u>30 seconds</u></b>."]);
+        return table.rows;
     }
     function test_layers(data: var) {
         test.show({
@@ -106,30 +56,34 @@ ViewCase {
             }[data.tag] ?? 0);
     }
     function test_signals_data(): var {
-        return [["select_instrument", "Home", "close"], ["select_instrument", "Select Another File", "openAnotherFile"], ["select_instrument", "PROCESS", "startProcess"], ["uploading", "CANCEL", "cancelProcess"], ["processing", "CANCEL", "cancelProcess"], ["downloading", "CANCEL", "cancelProcess"], ["converting", "CANCEL", "cancelProcess"], ["success", "Home", "close"], ["success", "Open Vocals In Default Video Player", "openFinalFiles", "main"], ["success", "Open Mix In Default Video Player", "openFinalFiles", "mix"], ["success", "Open Containing Folder", "openFinalFiles", "folder"], ["success", "Isolate Another Instrument", "proceedAnotherInstrument"], ["success", "Process Another File", "proceedAnotherFile"]].map(r => ({
-                        "tag": r[0] + " " + r[1],
-                        "layer": r[0],
-                        "button": r[1],
-                        "signal": r[2],
-                        "argument": r[3]
-                    }));
+        const table = States.table("layer", "button", "said");
+        table.add("home", "select_instrument", "Home", ["close"]);
+        table.add("another source", "select_instrument", "Select Another File", ["openAnotherFile"]);
+        table.add("start", "select_instrument", "PROCESS", ["startProcess"]);
+        for (const layer of ["uploading", "processing", "downloading", "converting"])
+            table.add(layer, layer, "CANCEL", ["cancelProcess"]);
+        table.add("home at the end", "success", "Home", ["close"]);
+        table.add("instrument", "success", "Open Vocals In Default Video Player", ["openFinalFiles", "main"]);
+        table.add("mix", "success", "Open Mix In Default Video Player", ["openFinalFiles", "mix"]);
+        table.add("folder", "success", "Open Containing Folder", ["openFinalFiles", "folder"]);
+        table.add("another instrument", "success", "Isolate Another Instrument", ["proceedAnotherInstrument"]);
+        table.add("another file", "success", "Process Another File", ["proceedAnotherFile"]);
+        return table.rows;
     }
     function test_signals(data: var) {
         test.show({
                 "currentLayer": data.layer
             }, 1);
-        const spy = test.spyOn(data.signal);
+        test.heed(test.view, [data.said[0]]);
         test.click(test.view, data.button);
-        compare(spy.count, 1);
-        compare(spy.signalArguments[0][0], data.argument);
+        compare(test.said, [data.said]);
     }
     function test_relays() {
         test.show({}, 1);
-        const remains = test.spyOn("checkRemains");
-        const another = test.spyOn("openAnotherFile");
+        test.heed(test.view, ["checkRemains", "openAnotherFile"]);
         test.view.loaded();
         test.view.forceProcessAnotherFile();
-        compare([remains.count, another.count], [1, 1]);
+        compare(test.said, [["checkRemains"], ["openAnotherFile"]]);
     }
     function test_choices() {
         test.show({
@@ -149,25 +103,11 @@ ViewCase {
     }
     function test_formats_data(): var {
         const audio = ["MP3", "WAV", "M4A", "AIFF", "FLAC", "WMA"];
-        return [{
-                "tag": "video",
-                "isVideo": true,
-                "selected": "MKV",
-                "rows": ["MP4", "MKV", "MOV", "WMV", "MPG", "WEBM"].concat(audio),
-                "index": 1
-            }, {
-                "tag": "audio",
-                "isVideo": false,
-                "selected": "WMA",
-                "rows": audio,
-                "index": 5
-            }, {
-                "tag": "not in the list",
-                "isVideo": false,
-                "selected": "MKV",
-                "rows": audio,
-                "index": -1
-            }];
+        const table = States.table("isVideo", "selected", "rows", "index");
+        table.add("video", true, "MKV", ["MP4", "MKV", "MOV", "WMV", "MPG", "WEBM"].concat(audio), 1);
+        table.add("audio", false, "WMA", audio, 5);
+        table.add("not in the list", false, "MKV", audio, -1);
+        return table.rows;
     }
     function test_formats(data: var) {
         test.show({
@@ -193,30 +133,23 @@ ViewCase {
     }
     function test_layerWithDelay() {
         test.show({}, 1);
-        const changes = test.spyOn("currentLayerChanged");
+        test.heed(test.view, ["currentLayerChanged"]);
         const start = Date.now();
         test.view.changeLayerWithDelay("converting");
         test.view.changeLayerWithDelay("success");
         tryCompare(test.view, "currentLayer", "success");
-        compare(changes.count, 1);
+        compare(test.said.length, 1);
         verify(Date.now() - start >= 790);
     }
     function test_keyboard() {
         test.show({
                 "currentLayer": "success"
             }, 1);
-        const spy = test.spyOn("proceedAnotherFile");
+        test.heed(test.view, ["proceedAnotherFile"]);
         keyClick(Qt.Key_Tab);
         keyClick(Qt.Key_Tab);
         keyClick(Qt.Key_Return);
-        compare(spy.count, 1);
+        compare(test.said.length, 1);
     }
-    Component {
-        id: spies
-
-        SignalSpy {
-        }
-    }
-
     name: "FileProcessing"
 }

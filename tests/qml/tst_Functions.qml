@@ -1,91 +1,37 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import "states.js" as States
 
 ViewCase {
     id: test
 
-    function test_title_data(): var {
-        return [{
-                "tag": "plain",
-                "version": undefined,
-                "mode": undefined,
-                "title": "TEKO 1"
-            }, {
-                "tag": "version",
-                "version": "1.003",
-                "mode": undefined,
-                "title": "TEKO 1.003"
-            }, {
-                "tag": "development",
-                "version": "1.003",
-                "mode": "local",
-                "title": "TEKO 1.003: | local"
-            }];
+    function test_titles() {
+        for (const [version, mode, title] of [[undefined, undefined, "TEKO 1"], ["1.003", undefined, "TEKO 1.003"], ["1.003", "local", "TEKO 1.003: | local"]]) {
+            rootContext.set("APP_VER", version);
+            rootContext.set("DEV_MODE", mode);
+            compare(test.make("Functions", test).setApplicationWindowTitle(), title);
+        }
     }
-    function test_title(data: var) {
-        rootContext.set("APP_VER", data.version);
-        rootContext.set("DEV_MODE", data.mode);
-        compare(test.make("Functions", test).setApplicationWindowTitle(), data.title);
+    function test_times() {
+        const functions = test.make("Functions", test);
+        for (const [seconds, text] of [[-1, "0:00"], [0, "0:00"], [1, "0:01"], [59, "0:59"], [60, "1:00"], [605, "10:05"], [3599, "59:59"], [3600, "0:00"], [3725, "2:05"]])
+            compare(functions.formatTime(seconds), text);
     }
-    function test_times_data(): var {
-        return [[-1, "0:00"], [0, "0:00"], [1, "0:01"], [59, "0:59"], [60, "1:00"], [605, "10:05"], [3599, "59:59"], [3600, "0:00"], [3725, "2:05"]].map(r => ({
-                        "tag": r[0],
-                        "seconds": r[0],
-                        "text": r[1]
-                    }));
-    }
-    function test_times(data: var) {
-        compare(test.make("Functions", test).formatTime(data.seconds), data.text);
-    }
-    function test_capitals_data(): var {
-        return [["", ""], ["v", "V"], ["vocals", "Vocals"], ["BASS", "Bass"], ["éa Ü", "Éa ü"]].map(r => ({
-                        "tag": r[0],
-                        "text": r[0],
-                        "result": r[1]
-                    }));
-    }
-    function test_capitals(data: var) {
-        compare(test.make("Functions", test).capitalizeFirstLetter(data.text), data.result);
+    function test_capitals() {
+        const functions = test.make("Functions", test);
+        for (const [text, result] of [["", ""], ["v", "V"], ["vocals", "Vocals"], ["BASS", "Bass"], ["éa Ü", "Éa ü"]])
+            compare(functions.capitalizeFirstLetter(text), result);
     }
     function test_colors_data(): var {
-        return [{
-                "tag": "top",
-                "y": 0,
-                "offset": 0,
-                "height": 200,
-                "color": "#80ff0000"
-            }, {
-                "tag": "middle",
-                "y": 100,
-                "offset": 0,
-                "height": 200,
-                "color": Qt.rgba(0.5, 0, 0.5, (1 + 128 / 255) / 2)
-            }, {
-                "tag": "offset",
-                "y": 40,
-                "offset": 160,
-                "height": 200,
-                "color": "#ff0000ff"
-            }, {
-                "tag": "above",
-                "y": -30,
-                "offset": 0,
-                "height": 200,
-                "color": "#80ff0000"
-            }, {
-                "tag": "below",
-                "y": 190,
-                "offset": 40,
-                "height": 200,
-                "color": "#ff0000ff"
-            }, {
-                "tag": "flat",
-                "y": 10,
-                "offset": 0,
-                "height": 0,
-                "color": "#ffffff"
-            }];
+        const table = States.table("y", "offset", "height", "color");
+        table.add("top", 0, 0, 200, "#80ff0000");
+        table.add("middle", 100, 0, 200, Qt.rgba(0.5, 0, 0.5, (1 + 128 / 255) / 2));
+        table.add("offset", 40, 160, 200, "#ff0000ff");
+        table.add("above", -30, 0, 200, "#80ff0000");
+        table.add("below", 190, 40, 200, "#ff0000ff");
+        table.add("flat", 10, 0, 0, "#ffffff");
+        return table.rows;
     }
     function test_colors(data: var) {
         const parent = test.showIn(100, 200);

@@ -2,105 +2,80 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 import QtTest
-import "accountviews.js" as Views
+import "states.js" as States
 
-/// The account window's view.
-TestCase {
+/// The account window's test.view.
+ViewCase {
     id: test
 
-    property var view: null
-    property var calls: []
+    property var view
 
-    name: "MyAccount"
-    when: windowShown
-    visible: true
-    width: 705
-    height: 600
-
-    function init() {
-        failOnWarning(/.*/);
-        const component = Qt.createComponent("qrc:/qml/MyAccount.qml");
-        view = createTemporaryObject(component, test, {
-                "width": 470,
-                "height": 400,
+    function show(scale: real) {
+        test.view = test.showView("MyAccount", [470, 400], scale, {
                 "userName": "Ann",
-                "userEmail": "a@b",
-                "focus": true
+                "userEmail": "a@b"
             });
-        verify(view, component.errorString());
-        calls = [];
-        view.save.connect((name, email, password) => calls.push("save|" + [name, email, password].join("|")));
-        view.cancel.connect(() => calls.push("cancel"));
-        view.unlockFullAccess.connect(() => calls.push("unlock"));
-        view.forceActiveFocus();
+        test.heed(test.view, ["save", "cancel", "unlockFullAccess"]);
+        test.view.forceActiveFocus();
     }
-    function button(text: string): Item {
-        return Views.find(view, item => item.text === text && item.clicked !== undefined && item.visible);
-    }
-
     function test_editing() {
-        mouseClick(button("Edit"));
-        verify(view.isEditing);
+        test.show(1);
+        test.click(test.view, "Edit");
+        verify(test.view.isEditing);
         keyClick(Qt.Key_End);
         keyClick("a");
         // News from the service in the midst of it.
-        view.userName = "Anna Maria";
+        test.view.userName = "Anna Maria";
         keyClick(Qt.Key_Tab);
         keyClick(Qt.Key_Tab);
         keyClick("p");
-        view.isBusy = true;
+        test.view.isBusy = true;
         keyClick(Qt.Key_Return);
-        compare(calls, []);
-        view.isBusy = false;
+        compare(test.said, []);
+        test.view.isBusy = false;
         keyClick(Qt.Key_Return);
-        compare(calls, ["save|Anna|a@b|p"]);
-        view.errorText = "No.";
-        mouseClick(button("Save"));
-        compare(calls.length, 2);
+        compare(test.said, [["save", "Anna", "a@b", "p"]]);
+        test.view.errorText = "No.";
+        test.click(test.view, "Save");
+        compare(test.said.length, 2);
         keyClick(Qt.Key_Escape);
         verify(!view.isEditing);
-        compare(view.errorText, "");
+        compare(test.view.errorText, "");
         keyClick(Qt.Key_Escape);
-        compare(calls.slice(2), ["cancel"]);
-        mouseClick(button("Edit"));
+        compare(test.said.slice(2), [["cancel"]]);
+        test.click(test.view, "Edit");
         keyClick(Qt.Key_Return);
-        compare(calls.slice(3), ["save|Anna Maria|a@b|"]);
+        compare(test.said.slice(3), [["save", "Anna Maria", "a@b", ""]]);
     }
 
-    function test_offers_data() {
-        return [{
-                "tag": "none",
-                "action": "Unlock Full Access"
-            }, {
-                "tag": "expired",
-                "action": "Renew Subscription"
-            }];
-    }
-    function test_offers(data) {
-        view.licence = data.tag;
-        mouseClick(button(data.action));
-        compare(calls, ["unlock"]);
-        view.licence = "active";
-        compare(button(data.action), null);
+    function test_offers() {
+        test.show(1);
+        for (const [licence, offer] of [["none", "Unlock Full Access"], ["expired", "Renew Subscription"]]) {
+            test.view.licence = licence;
+            test.click(test.view, offer);
+            compare(test.said.pop(), ["unlockFullAccess"]);
+            test.view.licence = "active";
+            compare(test.find(test.view, offer), undefined);
+        }
     }
 
     function test_fits_data() {
-        return Views.scales(["active", "none", "expired"]);
+        return States.rows(["active", "none", "expired"]);
     }
     function test_fits(data) {
-        view.scf = data.scale;
-        view.width = 470 * data.scale;
-        view.height = 400 * data.scale;
-        view.licence = data.state;
+        test.show(data.scale);
+        test.view.licence = data.state;
         for (const name of ["userName", "userEmail", "planType", "planVersion", "planPeriod", "planAdded", "errorText"])
-            view[name] = "<img src='x'>" + "W".repeat(80);
-        for (const left of [0, 1000000]) {
-            view.filesLeft = left;
-            waitForRendering(view);
-            compare(Views.misfits(view), []);
+            test.view[name] = "<img src='x'>" + "W".repeat(80);
+        for (const [left, isEditing] of [[0, false], [1000000, false], [0, true]]) {
+            test.view.filesLeft = left;
+            test.view.isEditing = isEditing;
+            waitForRendering(test.view);
+            test.checkFit(test.view);
+            test.checkNames(test.view);
         }
-        view.isEditing = true;
-        waitForRendering(view);
-        compare(Views.misfits(view), []);
     }
+
+    mayShorten: /W/
+    name: "MyAccount"
 }

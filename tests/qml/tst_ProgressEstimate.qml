@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 import QtTest
+import "states.js" as States
 
 ViewCase {
     id: test
@@ -19,122 +20,37 @@ ViewCase {
     function answer(seconds: int) {
         test.estimate.takeAnswer(seconds);
     }
-    /// Runs steps such as ["answer", 50] or ["second"].
-    function run(steps: var) {
-        for (const [what, value] of steps) {
-            if (what === "answer")
-                test.answer(value);
-            else if (what === "second")
-                test.estimate.tickSecond();
-            else if (what === "fraction")
-                test.estimate.tickFraction();
-            else if (what === "poll")
-                test.estimate.tickPolling();
-            else if (what === "reset")
-                test.estimate.resetData();
+    /// Runs steps such as "answer 50, second".
+    function run(steps: string) {
+        for (const step of steps.split(", ")) {
+            const words = step.split(" ");
+            if (words[0] === "answer")
+                test.answer(parseInt(words[1]));
+            else if (words[0] === "active")
+                test.estimate.active = words[1] === "true";
             else
-                test.estimate.active = value;
+                test.estimate[words[0]]();
         }
     }
     function test_states_data(): var {
-        const second = ["second"], fraction = ["fraction"];
-        return [{
-                "tag": "nothing yet",
-                "steps": [],
-                "seconds": -1,
-                "total": -1,
-                "percent": 0
-            }, {
-                "tag": "first answer",
-                "steps": [["answer", 50]],
-                "seconds": 50,
-                "total": 50,
-                "percent": 0
-            }, {
-                "tag": "a second",
-                "steps": [["answer", 50], second],
-                "seconds": 49,
-                "total": 50,
-                "percent": 2
-            }, {
-                "tag": "a third of the next",
-                "steps": [["answer", 50], second, fraction],
-                "seconds": 49,
-                "total": 50,
-                "percent": 2 + 2 / 3
-            }, {
-                "tag": "two thirds",
-                "steps": [["answer", 50], second, fraction, fraction],
-                "seconds": 49,
-                "total": 50,
-                "percent": 2 + 4 / 3
-            }, {
-                "tag": "thirds start again",
-                "steps": [["answer", 50], second, fraction, second],
-                "seconds": 48,
-                "total": 50,
-                "percent": 4
-            }, {
-                "tag": "steps are rounded",
-                "steps": [["answer", 3], second, fraction],
-                "seconds": 2,
-                "total": 3,
-                "percent": 100 / 3 + 33.33 / 3
-            }, {
-                "tag": "later answer keeps the total",
-                "steps": [["answer", 50], second, ["answer", 10]],
-                "seconds": 10,
-                "total": 50,
-                "percent": 80
-            }, {
-                "tag": "larger answer",
-                "steps": [["answer", 50], second, ["answer", 60]],
-                "seconds": 60,
-                "total": 50,
-                "percent": 0
-            }, {
-                "tag": "the last second waits",
-                "steps": [["answer", 2], second, second, second],
-                "seconds": 1,
-                "total": 2,
-                "percent": 50
-            }, {
-                "tag": "late first answer",
-                "steps": [second, ["answer", 40]],
-                "seconds": 40,
-                "total": 40,
-                "percent": 0
-            }, {
-                "tag": "ready",
-                "steps": [["answer", 2], second, fraction, fraction, ["answer", 0]],
-                "seconds": 0,
-                "total": 2,
-                "percent": 100
-            }, {
-                "tag": "no thirds at the end",
-                "steps": [["answer", 5], ["answer", 0], fraction],
-                "seconds": 0,
-                "total": 5,
-                "percent": 100
-            }, {
-                "tag": "unknown",
-                "steps": [["answer", 9], ["answer", -1]],
-                "seconds": -1,
-                "total": 9,
-                "percent": 100
-            }, {
-                "tag": "unwatched",
-                "steps": [["active", false], ["answer", 9]],
-                "seconds": -1,
-                "total": -1,
-                "percent": 0
-            }, {
-                "tag": "reset",
-                "steps": [["answer", 9], second, fraction, ["reset"]],
-                "seconds": -1,
-                "total": -1,
-                "percent": 0
-            }];
+        const table = States.table("steps", "seconds", "total", "percent");
+        table.add("nothing yet", "active true", -1, -1, 0);
+        table.add("first answer", "answer 50", 50, 50, 0);
+        table.add("a second", "answer 50, tickSecond", 49, 50, 2);
+        table.add("a third of the next", "answer 50, tickSecond, tickFraction", 49, 50, 2 + 2 / 3);
+        table.add("two thirds", "answer 50, tickSecond, tickFraction, tickFraction", 49, 50, 2 + 4 / 3);
+        table.add("thirds start again", "answer 50, tickSecond, tickFraction, tickSecond", 48, 50, 4);
+        table.add("steps are rounded", "answer 3, tickSecond, tickFraction", 2, 3, 100 / 3 + 33.33 / 3);
+        table.add("later answer keeps the total", "answer 50, tickSecond, answer 10", 10, 50, 80);
+        table.add("larger answer", "answer 50, tickSecond, answer 60", 60, 50, 0);
+        table.add("the last second waits", "answer 2, tickSecond, tickSecond, tickSecond", 1, 2, 50);
+        table.add("late first answer", "tickSecond, answer 40", 40, 40, 0);
+        table.add("ready", "answer 2, tickSecond, tickFraction, tickFraction, answer 0", 0, 2, 100);
+        table.add("no thirds at the end", "answer 5, answer 0, tickFraction", 0, 5, 100);
+        table.add("unknown", "answer 9, answer -1", -1, 9, 100);
+        table.add("unwatched", "active false, answer 9", -1, -1, 0);
+        table.add("reset", "answer 9, tickSecond, tickFraction, resetData", -1, -1, 0);
+        return table.rows;
     }
     function test_states(data: var) {
         test.run(data.steps);
@@ -142,32 +58,22 @@ ViewCase {
         compare(test.estimate.totalSeconds, data.total);
         fuzzyCompare(test.estimate.percent, data.percent, 0.001);
     }
-    function test_polling_data(): var {
-        return [[1, 2000], [20, 2000], [21, 5000], [40, 5000], [41, 20000], [100, 20000], [101, 60000], [4000, 60000]].map(r => ({
-                        "tag": r[0],
-                        "remaining": r[0],
-                        "interval": r[1]
-                    }));
-    }
-    function test_polling(data: var) {
-        test.answer(data.remaining);
-        compare(test.estimate.pollingInterval, data.interval);
-        verify(test.estimate.polling);
-        test.run([["poll"]]);
-        compare(polls.count, 1);
-        test.run([["active", false], ["poll"]]);
-        compare(polls.count, 1);
-        verify(!test.estimate.polling);
+    function test_polling() {
+        for (const [remaining, interval] of [[1, 2000], [20, 2000], [21, 5000], [40, 5000], [41, 20000], [100, 20000], [101, 60000], [4000, 60000]]) {
+            polls.clear();
+            test.run("active true, answer " + remaining);
+            compare(test.estimate.pollingInterval, interval);
+            verify(test.estimate.polling);
+            test.run("tickPolling, active false, tickPolling");
+            compare(polls.count, 1);
+            verify(!test.estimate.polling);
+        }
     }
     function test_countdownStopsAtOne() {
-        test.answer(2);
-        verify(test.estimate.counting);
-        test.run([["second"]]);
-        verify(!test.estimate.counting);
-        test.answer(7);
-        verify(test.estimate.counting);
-        test.run([["active", false]]);
-        verify(!test.estimate.counting);
+        for (const [step, counts] of [["answer 2", true], ["tickSecond", false], ["answer 7", true], ["active false", false]]) {
+            test.run(step);
+            compare(test.estimate.counting, counts);
+        }
     }
     /// A service that does not answer is not asked again, one that repeats itself is.
     function test_oneAnswerOnePoll() {

@@ -3,13 +3,12 @@
 import QtQuick
 import QtQuick.Templates as T
 import QtTest
+import "states.js" as States
 
-TestCase {
+ViewCase {
     id: test
 
     property Item view: null
-    /// What the view has said, as arrays of the signal's name and its arguments.
-    property var said: []
     readonly property var stored: ({
             "default_path_save": "/music/saved",
             "default_path_open": "",
@@ -20,44 +19,20 @@ TestCase {
             "default_audio_player": "Default Audio Player"
         })
 
-    name: "Settings"
-    when: windowShown
-    width: 810
-    height: 1005
-    visible: true
-
     function init() {
-        failOnWarning(/.*/);
-        const component = Qt.createComponent("qrc:/qml/Settings.qml");
-        test.view = createTemporaryObject(component, test);
-        verify(test.view, component.errorString());
-        test.scaleTo(1);
-        test.said = [];
-        for (const name of ["saveScf", "cancel", "defaultSettings", "chooseNewPath", "checkPathIsExisted", "save"])
-            test.view[name].connect(function () {
-                    test.said.push([name].concat(Array.from(arguments)));
-                });
+        test.forbidWarnings();
+        test.show(1);
+    }
+    function show(scale: real) {
+        test.view = test.showView("Settings", [540, 670], scale, {});
+        test.heed(test.view, ["saveScf", "cancel", "defaultSettings", "chooseNewPath", "checkPathIsExisted", "save"]);
         test.view.setProgramSettings(test.stored);
     }
-
-    function items(item) {
-        return [].concat(item, ...Array.from(item.children).map(test.items));
+    function control(name: string): var {
+        return test.find(test.view, name);
     }
-
-    /// The last control of that name, in reading order.
-    function control(name) {
-        return test.items(test.view).filter(item => item.visible && item.Accessible.name === name).pop();
-    }
-
-    function boxes() {
+    function boxes(): var {
         return test.items(test.view).filter(item => item instanceof T.ComboBox);
-    }
-
-    function scaleTo(scf) {
-        test.view.width = 540 * scf;
-        test.view.height = 670 * scf;
-        test.view.scf = scf;
-        waitForRendering(test.view);
     }
 
     function test_choices() {
@@ -105,12 +80,11 @@ TestCase {
     }
 
     function test_players_data() {
-        return [["video", "Opening Video File In:"], ["audio", "Opening Audio File In:"]].map(pair => ({
-                        "tag": pair[0],
-                        "label": pair[1]
-                    }));
+        const table = States.table("label");
+        table.add("video", "Opening Video File In:");
+        table.add("audio", "Opening Audio File In:");
+        return table.rows;
     }
-
     function test_players(data) {
         const box = test.control(data.label);
         mouseClick(box);
@@ -143,16 +117,14 @@ TestCase {
     }
 
     function test_nothingIsClipped() {
-        for (const scf of [0.6, 0.75, 1, 1.23, 1.5]) {
-            test.scaleTo(scf);
+        for (const scale of [0.6, 0.75, 1, 1.23, 1.5]) {
+            test.show(scale);
             for (const [name, width] of [["OK", 100], ["CANCEL", 100], ["Restore Default Settings", 190], ["Apply the size", 100], ["Gui Resizing", 70], ["Opening Video File In:", 200], ["Instrument to Remove:", 150]])
-                fuzzyCompare(test.control(name).width, width * scf, 1, name);
-            for (const item of test.items(test.view).filter(item => item.visible && item.text !== undefined)) {
-                const area = item.mapToItem(test.view, 0, 0, item.width, item.height);
-                verify(area.left >= 0 && area.top >= 0 && area.right <= test.view.width && area.bottom <= test.view.height, "outside: " + item.text);
-                verify(!(item instanceof Text) || (!item.truncated && item.paintedWidth <= item.width + 0.5 && item.paintedHeight <= item.height + 0.5), "clipped: " + item.text);
-                verify(!(item instanceof T.Control) || item.Accessible.name !== "", "nameless: " + item);
-            }
+                fuzzyCompare(test.control(name).width, width * scale, 1, name);
+            test.checkFit(test.view);
+            test.checkNames(test.view);
         }
     }
+
+    name: "Settings"
 }
