@@ -2,37 +2,31 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 import QtTest
-import "accountviews.js" as Views
+import "states.js" as States
 
 /// The account overlay in the main window, by keyboard and mouse.
-TestCase {
+ViewCase {
     id: test
 
     property var root: null
     property var overlay: null
     property var auth: null
 
-    name: "AuthLayer"
-    when: windowShown
-    visible: true
-
     function init() {
-        failOnWarning(/^(?!This plugin does not support propagateSizeHints)/);
-        const component = Qt.createComponent("qrc:/qml/main.qml");
-        root = createTemporaryObject(component, null);
-        verify(root, component.errorString());
-        auth = part("account");
+        test.forbidWarnings();
+        root = test.make("main", null);
+        auth = findChild(root, "account");
         root.requestActivate();
         tryVerify(() => root.active);
     }
-    function part(name: string): var {
-        return Array.from(root.data).find(object => object.objectName === name);
+    /// The first visible item with a property.
+    function having(item: var, name: string): var {
+        return test.items(item).find(part => part[name] !== undefined);
     }
     function signOut(email: string) {
         auth.email = email;
         auth.signedOut();
-        overlay = Views.find(root.contentItem, item => item.userAuth !== undefined);
-        tryVerify(() => overlay.visible);
+        tryVerify(() => overlay = test.having(root.contentItem, "userAuth"));
     }
     function type(text: string) {
         for (const letter of text)
@@ -40,29 +34,22 @@ TestCase {
     }
 
     function test_showsOnlyWhoMustSignIn() {
-        compare(Views.find(root.contentItem, item => item.userAuth !== undefined), null);
+        compare(test.having(root.contentItem, "userAuth"), undefined);
         signOut("");
-        const button = Views.find(root.contentItem, item => item.iconName === "Settings");
+        const button = test.find(root.contentItem, "Settings");
         verify(!button.enabled);
         auth.signedIn();
         verify(!overlay.visible && button.enabled);
     }
 
     function test_forms_data() {
-        const rows = [];
-        const row = (tag, mode, email, keys, call) => rows.push({
-                    "tag": tag,
-                    "mode": mode,
-                    "email": email,
-                    "keys": keys,
-                    "call": call
-                });
-        row("sign in", "signIn", "", ["a@b", "pass"], "signIn|a@b|pass");
-        row("somebody was here", "signIn", "a@b", ["pass"], "signIn|a@b|pass");
-        row("register", "register", "", ["Ann", "a@b", "pass"], "registerAccount|Ann|a@b|pass");
-        row("ask for a code", "recover", "", ["a@b"], "startRecovery|a@b");
-        row("use the code", "newPassword", "a@b", ["c0de", "pass"], "recover|a@b|c0de|pass");
-        return rows;
+        const table = States.table("mode", "email", "keys", "call");
+        table.add("sign in", "signIn", "", ["a@b", "pass"], "signIn|a@b|pass");
+        table.add("somebody was here", "signIn", "a@b", ["pass"], "signIn|a@b|pass");
+        table.add("register", "register", "", ["Ann", "a@b", "pass"], "registerAccount|Ann|a@b|pass");
+        table.add("ask for a code", "recover", "", ["a@b"], "startRecovery|a@b");
+        table.add("use the code", "newPassword", "a@b", ["c0de", "pass"], "recover|a@b|c0de|pass");
+        return table.rows;
     }
     function test_forms(data) {
         signOut(data.email);
@@ -85,25 +72,20 @@ TestCase {
         compare(auth.calls, [data.call, data.call]);
         auth.signedIn();
         auth.signedOut();
-        compare(Views.find(overlay, item => item.password !== undefined).password, "");
+        compare(test.having(overlay, "password").password, "");
     }
 
     function test_modesAndLinks() {
         signOut("a@b");
         auth.hasLocalAccount = true;
         auth.errorText = "No.";
-        const click = text => {
-            const link = Views.find(overlay, item => item.text === text && item.clicked !== undefined && item.visible);
-            verify(link, text);
-            mouseClick(link);
-        };
-        click("Use this computer's account");
+        test.click(overlay, "Use this computer's account");
         compare(auth.calls, ["signInLocally"]);
-        click("Create an account");
+        test.click(overlay, "Create an account");
         compare(auth.errorText, "");
         compare(overlay.mode, "register");
-        click("Back to sign in");
-        click("Forgot the password?");
+        test.click(overlay, "Back to sign in");
+        test.click(overlay, "Forgot the password?");
         compare(overlay.mode, "recover");
         auth.recoveryStarted();
         compare(overlay.mode, "newPassword");
@@ -113,9 +95,9 @@ TestCase {
 
     function test_passwordCanBeSeen() {
         signOut("a@b");
-        const secret = Views.find(overlay, item => item.secret === true);
-        const input = Views.find(secret, item => item.echoMode !== undefined);
-        const eye = Views.find(secret, item => item.iconName !== undefined);
+        const secret = test.items(overlay).find(item => item.secret === true);
+        const input = test.having(secret, "echoMode");
+        const eye = test.having(secret, "iconName");
         compare(input.echoMode, TextInput.Password);
         mouseClick(eye);
         compare(input.echoMode, TextInput.Normal);
@@ -126,7 +108,7 @@ TestCase {
     }
 
     function test_backendFollows() {
-        const backend = part("backend");
+        const backend = findChild(root, "backend");
         backend.callSubscriptionCreating();
         auth.welcomed();
         backend.showMainWindow();
@@ -135,7 +117,7 @@ TestCase {
     }
 
     function test_fits_data() {
-        return Views.scales(["signIn", "register", "recover", "newPassword"]);
+        return States.rows(["signIn", "register", "recover", "newPassword"]);
     }
     function test_fits(data) {
         root.scf = data.scale;
@@ -145,6 +127,10 @@ TestCase {
         overlay.changeMode(data.state);
         auth.errorText = "word ".repeat(100);
         waitForRendering(root.contentItem);
-        compare(Views.misfits(overlay), []);
+        test.checkFit(overlay);
+        test.checkNames(overlay);
     }
+
+    mayShorten: /word/
+    name: "AuthLayer"
 }
