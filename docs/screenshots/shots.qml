@@ -94,22 +94,11 @@ ViewCase {
         mouseMove(item, item.width / 2, item.height - 2);
         grabImage(item).save(name + "-" + scale.toFixed(1) + ".png");
     }
-    function show(name: string, size: var, scale: real, properties: var): var {
-        const parent = shots.showIn(size[0] * scale, size[1] * scale);
-        const view = shots.make(name, parent, Object.assign({
-                    "width": parent.width,
-                    "height": parent.height,
-                    "scf": scale
-                }, properties));
-        view.loaded();
-        tryVerify(() => view.gradiendVar > 0);
-        return view;
-    }
     function test_processing_data(): var {
         return States.rows(States.processing);
     }
     function test_processing(data: var) {
-        const view = shots.show("FileProcessing", [470, 350], data.scale, States.chosen);
+        const view = shots.showView("FileProcessing", [470, 350], data.scale, States.chosen);
         for (const [key, value] of Object.entries(data.state.set))
             view[key] = value;
         if (data.state.click !== undefined)
@@ -120,7 +109,7 @@ ViewCase {
         return States.rows(shots.windows);
     }
     function test_windows(data: var) {
-        const view = shots.show(data.state.view, data.state.size, data.scale, data.state.set ?? {});
+        const view = shots.showView(data.state.view, data.state.size, data.scale, data.state.set ?? {});
         if (data.state.after !== undefined)
             data.state.after(view);
         shots.take(view, data.state.name, data.scale);
