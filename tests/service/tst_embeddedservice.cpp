@@ -4,6 +4,7 @@
 #include "service/embeddedservice.h"
 #include "service/serviceconnection.h"
 #include "tests/support/recordedmessages.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
@@ -11,7 +12,6 @@
 #include <QFile>
 #include <QSignalSpy>
 #include <QStandardPaths>
-#include <QTest>
 
 #include <memory>
 
@@ -22,40 +22,30 @@ class TestEmbeddedService final : public TestCase
 private slots:
     void parsesAnnouncements_data()
     {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QString>("url"); // empty: refused
-        QTest::newRow("whole") << QByteArray(
-            "{'url':'http://127.0.0.1:5/','email':'me','hash':'h'}")
-                               << "http://127.0.0.1:5";
-        QTest::newRow("IPv6") << QByteArray("{'url':'http://[::1]:5','email':'me','hash':'h'}")
-                              << "http://[::1]:5";
-        QTest::newRow("elsewhere")
-            << QByteArray("{'url':'http://10.0.0.1:5','email':'me','hash':'h'}") << "";
-        QTest::newRow("no url") << QByteArray("{'email':'me','hash':'h'}") << "";
-        QTest::newRow("cut") << QByteArray("{'url':'http://127.0.0.1:5") << "";
-        QTest::newRow("empty") << QByteArray() << "";
+        const Rows<QByteArray, QString> add;
+        add("whole", "{'url':'http://127.0.0.1:5/','email':'me','hash':'h'}", "http://127.0.0.1:5");
+        add("IPv6", "{'url':'http://[::1]:5','email':'me','hash':'h'}", "http://[::1]:5");
+        add("elsewhere", "{'url':'http://10.0.0.1:5','email':'me','hash':'h'}", "");
+        add("no url", "{'email':'me','hash':'h'}", "");
+        add("cut", "{'url':'http://127.0.0.1:5", "");
+        add("empty", "", "");
     }
+
     void parsesAnnouncements()
     {
-        QFETCH(QByteArray, line);
-        QFETCH(QString, url);
-        line.replace('\'', '"');
-        const auto announcement = parseAnnouncement(line);
+        const auto [line, url] = fetchRow<QByteArray, QString>();
+        const auto announcement = parseAnnouncement(QByteArray(line).replace('\'', '"'));
         QCOMPARE(announcement.has_value(), !url.isEmpty());
         if (announcement)
             QCOMPARE(*announcement, (ServiceAnnouncement{QUrl(url), "me", "h"}));
     }
 
-    void announcesAndEnds_data()
-    {
-        QTest::addColumn<QString>("manner");
-        QTest::newRow("normal") << "normal";
-        QTest::newRow("goes on talking") << "floods";
-    }
+    void announcesAndEnds_data() { addNames({"normal", "floods"}); }
+
     void announcesAndEnds()
     {
-        QFETCH(QString, manner);
-        make(manner);
+        QFETCH(QString, name);
+        make(name);
         QSignalSpy ready(m_service.get(), &EmbeddedService::ready);
         m_service->start();
         QVERIFY(!m_service->announcement());
@@ -72,21 +62,16 @@ private slots:
 
     void reportsFailureOnce_data()
     {
-        QTest::addColumn<QString>("manner");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("no program") << "missing"
-                                    << "The local processing service cannot be started:\n\n";
-        QTest::newRow("dies") << "dies"
-                              << "The local processing service has ended unexpectedly.";
-        QTest::newRow("dies later") << "crashes"
-                                    << "The local processing service has ended unexpectedly.";
-        QTest::newRow("no announcement") << "babbles"
-                                         << "The local processing service gave no address.";
+        const Rows<QString, QString> add;
+        add("no program", "missing", "The local processing service cannot be started:\n\n");
+        add("dies", "dies", "The local processing service has ended unexpectedly.");
+        add("dies later", "crashes", "The local processing service has ended unexpectedly.");
+        add("no announcement", "babbles", "The local processing service gave no address.");
     }
+
     void reportsFailureOnce()
     {
-        QFETCH(QString, manner);
-        QFETCH(QString, message);
+        const auto [manner, message] = fetchRow<QString, QString>();
         make(manner);
         QSignalSpy failed(m_service.get(), &EmbeddedService::failed);
         m_service->start();
@@ -101,21 +86,18 @@ private slots:
 
     void startIsAwaitedOnce_data()
     {
-        QTest::addColumn<QString>("manner");
-        QTest::addColumn<int>("calls");
-        QTest::addColumn<int>("told");
-        QTest::newRow("normal") << "normal" << 1 << 0;
-        QTest::newRow("dies") << "dies" << 1 << 1;
-        QTest::newRow("dies later") << "crashes" << 1 << 1;
-        QTest::newRow("never answers") << "silent" << 0 << 0;
+        const Rows<QString, int, int> add;
+        add("normal", "normal", 1, 0);
+        add("dies", "dies", 1, 1);
+        add("dies later", "crashes", 1, 1);
+        add("never answers", "silent", 0, 0);
     }
 
     /// Nobody is kept waiting, and nobody who asked is called twice or after his end.
+
     void startIsAwaitedOnce()
     {
-        QFETCH(QString, manner);
-        QFETCH(int, calls);
-        QFETCH(int, told);
+        const auto [manner, calls, told] = fetchRow<QString, int, int>();
         make(manner);
         RecordedMessages messages;
         ProgramData store(m_folder->filePath("teko.ini"));

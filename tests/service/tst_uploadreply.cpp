@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "service/uploadreply.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QBuffer>
 #include <QSslKey>
 #include <QSslServer>
 #include <QSslSocket>
-#include <QTest>
 
 namespace {
 
@@ -41,20 +41,17 @@ class TestUploadReply final : public TestCase
 private slots:
     void mindsCertificates_data()
     {
-        QTest::addColumn<bool>("isKnown");
-        QTest::addColumn<bool>("isIgnored");
-        QTest::addColumn<QNetworkReply::NetworkError>("error");
+        const Rows<bool, bool, QNetworkReply::NetworkError> add;
 
-        QTest::newRow("known") << true << false << QNetworkReply::NoError;
-        QTest::newRow("unknown") << false << false << QNetworkReply::SslHandshakeFailedError;
-        QTest::newRow("unknown, ignored") << false << true << QNetworkReply::NoError;
+        add("known", true, false, QNetworkReply::NoError);
+        add("unknown", false, false, QNetworkReply::SslHandshakeFailedError);
+        add("unknown, ignored", false, true, QNetworkReply::NoError);
     }
 
     void mindsCertificates()
     {
-        QFETCH(bool, isKnown);
-        QFETCH(bool, isIgnored);
-        QFETCH(QNetworkReply::NetworkError, error);
+        const auto [isKnown, isIgnored, error] =
+            fetchRow<bool, bool, QNetworkReply::NetworkError>();
 
         QSslServer server;
         QByteArray arrived;
