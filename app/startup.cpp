@@ -113,6 +113,8 @@ void openOnceSignedIn(const QObject &mainView, const QString &file)
 int runProgram(const QStringList &arguments)
 {
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/teko.ico")));
+    // The desktop finds the program's entry, and its icon, by this name.
+    QApplication::setDesktopFileName(QStringLiteral("teko"));
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     ProgramData &store = ProgramData::instance();
     setUpLogging(store);

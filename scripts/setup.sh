@@ -10,7 +10,7 @@ build=(g++ cmake ninja-build pkg-config ca-certificates git
 run=(ffmpeg libqt6svg6 qt6-qpa-plugins qt6-wayland libgl1-mesa-dri fonts-liberation fonts-dejavu-core
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick
     qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window)
-check=(clang-format-14 qml6-module-qttest xvfb xauth curl python3 iproute2)
+check=(clang-format-14 qml6-module-qttest xvfb xauth curl python3 iproute2 desktop-file-utils)
 tidy=(clang-tidy-14)
 
 wanted=()

@@ -145,6 +145,7 @@ private slots:
         m_window->operateFile(0, true, "wav");
         QCOMPARE(handler()->rootObject()->property("mode"), QVariant("downloading"));
         QVERIFY(handler()->isModal());
+        QCOMPARE(handler()->frameGeometry().center(), m_window->frameGeometry().center());
         QTRY_COMPARE(buttons.size(), 1);
         QCOMPARE(buttons.constFirst(), QVariantList({0, "download", "play"}));
         QCOMPARE(m_service->saved(), QStringList("Mix Without vocals - Song.wav=the rest"));
