@@ -16,7 +16,8 @@ Item {
     /// A second picture over the first one, such as "/icons/audio.svg".
     property string additionalIcon
     property string label
-    readonly property bool hovered: btn.enabled && area.containsMouse
+    property font labelFont: btn.prop.fonts.font10_13
+    readonly property bool hovered: btn.enabled && hover.hovered
 
     signal clicked
 
@@ -59,7 +60,6 @@ Item {
     }
 
     LateView {
-        anchors.fill: parent
         asynchronous: true
         wanted: btn.hovered && btn.tooltip !== ""
         view: "BtnTip.qml"
@@ -68,11 +68,14 @@ Item {
             })
     }
 
+    HoverHandler {
+        id: hover
+    }
+
     MouseArea {
         id: area
 
         anchors.fill: parent
-        hoverEnabled: true
         Accessible.ignored: true
         onClicked: btn.clicked()
     }

@@ -33,7 +33,7 @@ Item {
         visible: face.btn.label !== ""
         text: face.btn.label
         textFormat: Text.PlainText
-        font: face.btn.prop.fonts.font10_13
+        font: face.btn.labelFont
         fontSizeMode: Text.Fit
         minimumPointSize: 4
         color: face.btn.enabled ? "white" : "#b3b3b3"

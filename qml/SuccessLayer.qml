@@ -18,8 +18,25 @@ Item {
 
     readonly property real scf: area.prop.scf
     readonly property real noteSpacing: (area.isDemo ? 10 : 20) * area.scf
+    readonly property string mainLabel: qsTr("Open ") + area.instrument + qsTr(" In\n") + area.player
+    readonly property string mixLabel: qsTr("Open Mix In\n") + area.player
+    readonly property string folderLabel: qsTr("Open Containing\nFolder")
+    /// All labels have the size that the longest of their lines leaves room for.
+    readonly property font labelFont: Qt.font({
+            "family": area.prop.defaultFont,
+            "pointSize": longest.font.pointSize * Math.min(1, 106 * area.scf / longest.implicitWidth)
+        })
 
     implicitHeight: 325 * area.scf
+
+    Text {
+        id: longest
+
+        visible: false
+        text: area.mainLabel + "\n" + area.mixLabel + "\n" + area.folderLabel
+        textFormat: Text.PlainText
+        font: area.prop.fonts.font10_13
+    }
 
     Btn {
         prop: area.prop
@@ -67,7 +84,8 @@ Item {
             prop: area.prop
             iconName: "open in"
             iconWidth: 130 * area.scf
-            label: qsTr("Open ") + area.instrument + qsTr(" In\n") + area.player
+            label: area.mainLabel
+            labelFont: area.labelFont
             onClicked: area.openFinalFiles("main")
         }
 
@@ -75,7 +93,8 @@ Item {
             prop: area.prop
             iconName: "open in"
             iconWidth: 130 * area.scf
-            label: qsTr("Open Mix In\n") + area.player
+            label: area.mixLabel
+            labelFont: area.labelFont
             onClicked: area.openFinalFiles("mix")
         }
 
@@ -83,7 +102,8 @@ Item {
             prop: area.prop
             iconName: "open in"
             iconWidth: 130 * area.scf
-            label: qsTr("Open Containing\nFolder")
+            label: area.folderLabel
+            labelFont: area.labelFont
             onClicked: area.openFinalFiles("folder")
         }
     }

@@ -122,6 +122,7 @@ ViewCase {
                 "scf": data.scale
             });
         tryCompare(main.contentItem, "width", 470 * data.scale);
+        tryCompare(findChild(main, "account"), "checks", 1);
         if (data.state !== "loading")
             main.setSignedIn(data.state !== "signin");
         if (data.state === "menu")

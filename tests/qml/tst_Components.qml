@@ -101,6 +101,7 @@ ViewCase {
         btn.isCustomHovered = false;
         mouseMove(btn, 20, 20);
         tryCompare(btn, "state", "hovered");
+        tryVerify(() => test.shows(test.window.contentItem, "Home"));
         mousePress(btn);
         compare(btn.state, "pressed");
         mouseRelease(btn);

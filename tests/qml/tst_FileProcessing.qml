@@ -21,6 +21,8 @@ ViewCase {
             test.click(test.view, data.state.click);
         test.checkNames(test.window.contentItem);
         test.checkFit(test.window.contentItem);
+        const labels = test.texts(test.view).filter(text => text.text.startsWith("Open "));
+        verify(labels.every(label => label.fontInfo.pixelSize === labels[0].fontInfo.pixelSize));
     }
     function test_layers_data(): var {
         const table = States.table("texts");
