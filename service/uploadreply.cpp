@@ -37,6 +37,9 @@ QByteArray requestHead(const QNetworkRequest &request, qint64 bodySize)
     QByteArray head = "POST " + target + " HTTP/1.1\r\nHost: " + hostHeader(request.url())
         + "\r\nContent-Length: " + QByteArray::number(bodySize)
         + "\r\nConnection: close\r\nAccept-Encoding: identity\r\n";
+    // As Qt's manager says: some gateways turn away who does not say what he is.
+    if (!request.hasRawHeader("User-Agent"))
+        head += "User-Agent: Mozilla/5.0\r\n";
     const auto names = request.rawHeaderList();
     for (const QByteArray &name : names) {
         const QByteArray value = request.rawHeader(name);

@@ -166,6 +166,7 @@ private slots:
         QVERIFY(m_events.contains("upload 100"));
 
         const ScriptedRequest request = m_server->requests().constFirst();
+        QCOMPARE(request.header("User-Agent"), "Mozilla/5.0"); // that of all other requests
         const QByteArray type = request.header("Content-Type");
         QVERIFY(type.startsWith("multipart/form-data; boundary=\""));
         const QByteArray boundary = "--" + type.mid(type.indexOf('"') + 1).chopped(1);
