@@ -313,6 +313,14 @@ void FileProcessing::removeUploadedFile()
     QFile::remove(path);
 }
 
+void FileProcessing::forgetUploadedFile()
+{
+    if (!QFile::exists(m_tempWavPath))
+        return;
+    m_server.removeUploadedSoon(QFileInfo(m_tempWavPath).fileName());
+    QFile::remove(m_tempWavPath);
+}
+
 void FileProcessing::refuse(const QString &title, const QString &text)
 {
     qCritical() << "FileProcessing" << text;

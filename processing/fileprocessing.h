@@ -34,6 +34,8 @@ public:
     /// Deletes the temporary WAV file of the last source, here and at the service, if there is one.
     /// Waits for the service's answer.
     void removeUploadedFile();
+    /// The same without waiting, for a user who signs out: it is still asked in his name.
+    void forgetUploadedFile();
 
     /// Where the results of the current run go; empty before the service reported them ready.
     [[nodiscard]] const ResultPaths &results() const { return m_results; }

@@ -45,6 +45,19 @@ FormFields songField(int songId)
     return {{QStringLiteral("songID"), QString::number(songId)}};
 }
 
+FormFields nameField(const QString &fileName)
+{
+    return {{QStringLiteral("fileName"), fileName}};
+}
+
+void logRemoval(const TextAnswer &answer)
+{
+    if (answer.error.isEmpty())
+        qInfo().noquote() << "Removing File Result: " << shownText(answer.body);
+    else
+        qInfo().noquote() << "Error: " << shownText(answer.error);
+}
+
 } // namespace
 
 TekoServer::TekoServer(ProgramData &store)
@@ -79,7 +92,8 @@ void TekoServer::uploadFile(const QString &instrument, const QString &filePath,
                             {QStringLiteral("extension"), extension},
                             {QStringLiteral("originalFilePath"), originalFilePath}});
     ignoreSslErrorsOfCurrent();
-    QNetworkReply *reply = m_network->post(plainRequest(url("proceed.php")), form.get());
+    QNetworkReply *reply = m_network->post(
+        withSession(plainRequest(url("proceed.php")), m_store.user().hash), form.get());
     form.release()->setParent(reply);
     connect(reply, &QNetworkReply::uploadProgress, m_run.get(),
             [this](qint64 sent, qint64 total) { reportUpload(sent, total); });
@@ -163,15 +177,16 @@ void TekoServer::abortDownloads()
         fetch->giveUp();
 }
 
+void TekoServer::removeUploadedSoon(const QString &fileName)
+{
+    qInfo() << "TekoServer::removeUploadedSoon";
+    collectText(post("removeUploaded.php", nameField(fileName)), this, logRemoval);
+}
+
 void TekoServer::removeUploaded(const QString &fileName)
 {
     qInfo() << "TekoServer::removeUploaded";
-    const TextAnswer answer =
-        waitForText(post("removeUploaded.php", {{QStringLiteral("fileName"), fileName}}));
-    if (answer.error.isEmpty())
-        qInfo().noquote() << "Removing File Result: " << shownText(answer.body);
-    else
-        qInfo().noquote() << "Error: " << shownText(answer.error);
+    logRemoval(waitForText(post("removeUploaded.php", nameField(fileName))));
 }
 
 int TekoServer::processedFilesRemains(const QString &hash)
@@ -193,7 +208,8 @@ QUrl TekoServer::url(const char *path) const
 
 QNetworkReply *TekoServer::post(const char *path, const FormFields &fields)
 {
-    return m_network->post(formRequest(url(path)), formBody(fields));
+    return m_network->post(withSession(formRequest(url(path)), m_store.user().hash),
+                           formBody(fields));
 }
 
 void TekoServer::ignoreSslErrorsOfCurrent()

@@ -55,6 +55,9 @@ public:
     /// Gives up the downloads that are not complete; nothing of them stays and none tells more.
     void abortDownloads();
 
+    /// removeUploaded() without waiting for the answer.
+    void removeUploadedSoon(const QString &fileName);
+
     /// Both wait in a local event loop without a time limit: the caller must expect that its own
     /// object may be gone afterwards.
     void removeUploaded(const QString &fileName);

@@ -105,6 +105,16 @@ QNetworkRequest formRequest(const QUrl &url)
     return request;
 }
 
+QNetworkRequest withSession(QNetworkRequest request, const QString &hash)
+{
+    // Or else a cookie that the service has set takes the place of this one.
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    // A hash comes from outside: encoded it can begin neither another cookie nor another header.
+    if (!hash.isEmpty())
+        request.setRawHeader("Cookie", "teko-session=" + QUrl::toPercentEncoding(hash));
+    return request;
+}
+
 QString failureText(const QNetworkReply &reply)
 {
     switch (reply.error()) {

@@ -34,6 +34,9 @@ using FormFields = QList<std::pair<QString, QString>>;
 [[nodiscard]] QNetworkRequest plainRequest(const QUrl &url);
 /// plainRequest() with the content type of formBody().
 [[nodiscard]] QNetworkRequest formRequest(const QUrl &url);
+/// The request with a cookie that states the session of that hash, unless the hash is empty.
+/// Other cookies are not sent with it.
+[[nodiscard]] QNetworkRequest withSession(QNetworkRequest request, const QString &hash);
 
 /// Why a finished reply is a failure, for the user; empty when it is none. An answer other than
 /// 2xx is always one, a redirect and a reply that is no HTTP included.

@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QQuickItem>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QtEndian>
 
 #include <memory>
@@ -201,6 +202,12 @@ private slots:
         process("short.wav", "MP3");
         QCOMPARE(filesIn(m_store->defaultPathTemp()).size(), 1);
         QCOMPARE(messages.texts(), QStringList());
+
+        const QString service =
+            QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + "/service";
+        QCOMPARE(filesIn(service + "/uploads").size(), 1);
+        m_window->forgetUploadedFile();
+        QTRY_COMPARE(filesIn(service + "/uploads"), QStringList());
     }
 
     void cancelling_data()

@@ -40,6 +40,7 @@ const Operation askRepeat = [](TekoServer &server) {
 const Operation askRepeatDemo = [](TekoServer &server) { server.repeatDemoFile("h", "wav", 9); };
 const Operation askCancel = [](TekoServer &server) { server.cancel(0); };
 const Operation askRemove = [](TekoServer &server) { server.removeUploaded("AB12.wav"); };
+const Operation askRemoveSoon = [](TekoServer &server) { server.removeUploadedSoon("AB12.wav"); };
 const Operation askFilesLeft = [](TekoServer &server) {
     Q_UNUSED(server.processedFilesRemains("h"))
 };
@@ -102,6 +103,8 @@ private slots:
         QTest::newRow("remains") << askRemains << remains << QByteArray("songID=7");
         QTest::newRow("cancel") << askCancel << cancel << QByteArray("songID=0");
         QTest::newRow("remove") << askRemove << removeUploaded << QByteArray("fileName=AB12.wav");
+        QTest::newRow("remove soon")
+            << askRemoveSoon << removeUploaded << QByteArray("fileName=AB12.wav");
         QTest::newRow("files left") << askFilesLeft << filesLeft << QByteArray("hash=h");
         QTest::newRow("download") << Operation([](TekoServer &server) {
             server.download(5, "x", true);
@@ -117,10 +120,16 @@ private slots:
         QFETCH(QByteArray, path);
         QFETCH(QByteArray, body);
 
-        m_server->on(path, {Answer::text("1")});
+        m_server->on(path, {Answer::text("1", 200, {"Set-Cookie: teko-session=else; Path=/"})});
         operation(*m_client);
         QTRY_COMPARE(m_server->requests().size(), 1);
-        const ScriptedRequest request = m_server->requests().constFirst();
+        QCOMPARE(m_server->requests().constFirst().header("Cookie"), "");
+        // The session is the one of the moment, whatever the service would like to hear.
+        signInAs("h ;\r\nX: y");
+        operation(*m_client);
+        QTRY_COMPARE(m_server->requests().size(), 2);
+        const ScriptedRequest request = m_server->requests().constLast();
+        QCOMPARE(request.header("Cookie"), "teko-session=h%20%3B%0D%0AX%3A%20y");
         QVERIFY(request.head.startsWith("POST " + path + " HTTP/1.1\r\n"));
         QCOMPARE(request.header("Content-Type"), "application/x-www-form-urlencoded");
         QCOMPARE(request.body, body);
@@ -160,6 +169,7 @@ private slots:
             });
         }
 
+        signInAs("hash");
         upload(makeFile(name, sound));
         QTRY_COMPARE(m_events.last(), "id 12");
         QCOMPARE(m_events.first(), "upload 0");
@@ -167,6 +177,7 @@ private slots:
 
         const ScriptedRequest request = m_server->requests().constFirst();
         QCOMPARE(request.header("User-Agent"), "Mozilla/5.0"); // that of all other requests
+        QCOMPARE(request.header("Cookie"), "teko-session=hash");
         const QByteArray type = request.header("Content-Type");
         QVERIFY(type.startsWith("multipart/form-data; boundary=\""));
         const QByteArray boundary = "--" + type.mid(type.indexOf('"') + 1).chopped(1);
@@ -377,6 +388,7 @@ private slots:
         QFETCH(QByteArray, first);
         QFETCH(QByteArray, second);
 
+        signInAs("hash");
         makeFile("1.wav", "earlier result");
         m_server->on(
             download,
@@ -393,6 +405,8 @@ private slots:
         QVERIFY(m_events.contains("first 100"));
         QCOMPARE(m_events.filter("error"), QStringList());
         QCOMPARE(m_server->requests().last().header("Accept-Encoding"), "identity");
+        // Results may lie anywhere, and their addresses open them.
+        QCOMPARE(m_server->requests().last().header("Cookie"), "");
     }
 
     void refusesBadDownload_data()
@@ -578,6 +592,13 @@ private:
     [[nodiscard]] QString path(const QString &name) const
     {
         return m_folder->filePath(name);
+    }
+
+    void signInAs(const QString &hash)
+    {
+        UserRecord user;
+        user.hash = hash;
+        m_store->setUser(user);
     }
 
     QString makeFile(const QString &name, const QByteArray &content) const
