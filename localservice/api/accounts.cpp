@@ -149,25 +149,36 @@ std::string Accounts::recover(const Fields &fields, const Caller &caller)
     return "1";
 }
 
-std::string Accounts::check(const Fields &fields, const Caller &)
+std::string Accounts::check(const Fields &fields, const Caller &caller)
 {
-    return userJson(m_gate.requireSession(fields), fields["hash"]);
+    const std::string &session = sessionOf(fields, caller);
+    return userJson(m_gate.requireSession(session), session);
 }
 
-std::string Accounts::update(const Fields &fields, const Caller &)
+std::string Accounts::logout(const Fields &fields, const Caller &caller)
 {
-    const Account account = m_gate.require(fields);
+    // Without the access token, which a client that is signing out may have forgotten already.
+    const std::string &session = sessionOf(fields, caller);
+    (void)m_gate.requireSession(session);
+    m_accounts.closeSession(session);
+    return "1";
+}
+
+std::string Accounts::update(const Fields &fields, const Caller &caller)
+{
+    const Account account = m_gate.require(fields, caller);
+    const std::string &session = sessionOf(fields, caller);
     const AccountChange person = personFrom(fields);
     if (!person.password.empty())
         checkPassword(person.password);
-    m_accounts.change(account, person, fields["hash"]);
-    return userJson(m_gate.require(fields), fields["hash"]);
+    m_accounts.change(account, person, session);
+    return userJson(m_gate.requireSession(session), session);
 }
 
-std::string Accounts::archive(const Fields &fields, const Caller &)
+std::string Accounts::archive(const Fields &fields, const Caller &caller)
 {
     Poco::JSON::Array list;
-    for (const Job &job : m_jobs.finishedOf(m_gate.require(fields).id)) {
+    for (const Job &job : m_jobs.finishedOf(m_gate.require(fields, caller).id)) {
         Poco::JSON::Object::Ptr record = new Poco::JSON::Object;
         record->set("name", job.name);
         record->set("deleted", day(job.added + m_keepDays * kDay));

@@ -22,6 +22,8 @@ public:
     /// code is used up for a new password.
     [[nodiscard]] std::string recover(const Fields &fields, const Caller &caller);
     [[nodiscard]] std::string check(const Fields &fields, const Caller &caller);
+    /// Ends the session, but for the one that localSession() gives.
+    [[nodiscard]] std::string logout(const Fields &fields, const Caller &caller);
     [[nodiscard]] std::string update(const Fields &fields, const Caller &caller);
     [[nodiscard]] std::string archive(const Fields &fields, const Caller &caller);
 

@@ -26,37 +26,40 @@ namespace {
 
 } // namespace
 
-Account Gate::require(const Fields &fields)
+const std::string &sessionOf(const Fields &fields, const Caller &caller)
 {
-    const std::string &token = fields["accessToken"];
-    if (!token.empty() && !sameSecret(token, m_accounts.tokenOf(fields["hash"])))
-        throw Refusal(kUnknownSession);
-    return requireSession(fields);
+    const std::string &hash = fields["hash"];
+    return hash.empty() ? caller.session : hash;
 }
 
-Account Gate::requireSession(const Fields &fields)
+Account Gate::require(const Fields &fields, const Caller &caller)
 {
-    const std::optional<Account> account = m_accounts.accountOf(fields["hash"]);
+    const std::string &session = sessionOf(fields, caller);
+    const std::string &token = fields["accessToken"];
+    if (!token.empty() && !sameSecret(token, m_accounts.tokenOf(session)))
+        throw Refusal(kUnknownSession);
+    return requireSession(session);
+}
+
+Account Gate::requireSession(const std::string &session)
+{
+    const std::optional<Account> account = m_accounts.accountOf(session);
     if (!account)
         throw Refusal(kUnknownSession);
     return *account;
-}
-
-std::optional<Account> Gate::identify(const Fields &fields, const Caller &caller)
-{
-    if (!fields["hash"].empty())
-        return require(fields);
-    return caller.session.empty() ? std::nullopt : m_accounts.accountOf(caller.session);
 }
 
 Job Gate::requireJob(const Fields &fields, std::string_view field, const Caller &caller)
 {
     if (!m_wrongNumbers.mayGoOn(caller.address))
         throw Refusal("Too many requests for unknown files. Please wait a minute.");
-    const std::optional<Account> account = identify(fields, caller);
+    // Nobody in particular hears the same about every number.
+    std::optional<Account> account;
+    if (!sessionOf(fields, caller).empty())
+        account = require(fields, caller);
     const std::int32_t number = numberIn(fields[field]);
     const std::optional<Job> job = number > 0 ? m_jobs.find(number) : std::nullopt;
-    if (job && (!account || account->id == job->account))
+    if (job && account && account->id == job->account)
         return *job;
     // Clients cancel number 0 before they know a number: that is no guess.
     if (number > 0)

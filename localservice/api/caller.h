@@ -16,8 +16,12 @@ struct Caller
 {
     std::string address; ///< the other computer, without the port
     std::string origin; ///< how it addresses this service: "http://host:port"
-    std::string session; ///< the session of an earlier request, when it has come back as a cookie
+    std::string session; ///< the session that its cookie states; "" when it has none
 };
+
+/// The session that a request states: by the field "hash", and by the cookie where that is empty.
+/// "": none.
+[[nodiscard]] const std::string &sessionOf(const Fields &fields, const Caller &caller);
 
 /// Finds out who asks, and which of the jobs he may know about.
 class Gate final
@@ -28,17 +32,14 @@ public:
         , m_jobs(jobs)
     { }
 
-    /// The account of the field "hash"; a field "accessToken", when it is not empty, must belong to
-    /// it. Throws Refusal.
-    [[nodiscard]] Account require(const Fields &fields);
-    /// The same by the field "hash" alone, for a client that asks for the token that belongs to it.
-    [[nodiscard]] Account requireSession(const Fields &fields);
-    /// The job that a field names. Without a session its number alone, which cannot be guessed,
-    /// opens the door; with one the job must belong to that account. Throws Refusal.
+    /// The account of the request's session; a field "accessToken", when it is not empty, must
+    /// belong to the session. Throws Refusal.
+    [[nodiscard]] Account require(const Fields &fields, const Caller &caller);
+    /// The account of a session. Throws Refusal.
+    [[nodiscard]] Account requireSession(const std::string &session);
+    /// The job that a field names, which must belong to the account of the request. Throws Refusal.
     [[nodiscard]] Job requireJob(const Fields &fields, std::string_view field,
                                  const Caller &caller);
-    /// The account of the request, if it names one by the field "hash" or by the cookie.
-    [[nodiscard]] std::optional<Account> identify(const Fields &fields, const Caller &caller);
 
 private:
     AccountStore &m_accounts;

@@ -37,9 +37,11 @@ namespace {
 
 } // namespace
 
-Processing::Processing(AccountStore &accounts, UploadStore &uploads, JobStore &jobs, Runner &runner,
-                       Gate &gate, ArrivingFiles &arriving, const Licence &licence)
-    : m_accounts(accounts)
+Processing::Processing(Database &database, AccountStore &accounts, UploadStore &uploads,
+                       JobStore &jobs, Runner &runner, Gate &gate, ArrivingFiles &arriving,
+                       const Licence &licence)
+    : m_database(database)
+    , m_accounts(accounts)
     , m_uploads(uploads)
     , m_jobs(jobs)
     , m_runner(runner)
@@ -70,51 +72,70 @@ Job Processing::jobFrom(const Fields &fields, const Account &account) const
     return job;
 }
 
-std::string Processing::proceed(const Fields &fields, ReceivedFile &file)
+std::int64_t Processing::uploader(const Fields &fields, const Caller &caller)
 {
-    const Account account = m_gate.require(fields);
+    return sessionOf(fields, caller).empty() ? 0 : m_gate.require(fields, caller).id;
+}
+
+std::string Processing::proceed(const Fields &fields, const Caller &caller, ReceivedFile &file)
+{
+    const Account account = m_gate.require(fields, caller);
     const Job job = jobFrom(fields, account);
     if (file.clientName().empty())
         throw Refusal("The file to process is missing.");
-    if (const std::optional<Job> twin = m_jobs.findTwin(job, file.clientName()))
-        return std::to_string(twin->id);
-    if (filesLeft(account) <= 0)
-        throw Refusal("You have already processed " + std::to_string(m_licence.filesPerDay)
-                      + " files today, the maximum daily number.");
-    Upload upload{0, account.id, file.clientName(), file.diskName(),
-                  WavReader(file.path()).shape().seconds()};
-    upload.id = m_uploads.add(upload);
-    file.keep();
-    m_accounts.countProcessed(account.id);
-    return queue(job, upload);
+    const Upload upload{0, account.id, file.clientName(), file.diskName(),
+                        WavReader(file.path()).shape().seconds()};
+    return begun(accept(job, upload, file));
 }
 
-std::string Processing::queue(Job job, const Upload &upload)
+std::int32_t Processing::accept(const Job &job, Upload upload, ReceivedFile &file)
+{
+    // All or nothing, and one upload at a time: the day's last file must not be taken twice.
+    Database::Access access = m_database.access();
+    Transaction transaction(access.session);
+    if (const std::optional<Job> twin = m_jobs.findTwin(job, upload.name))
+        return twin->id;
+    if (filesLeft(upload.account) <= 0)
+        throw Refusal("You have already processed " + std::to_string(m_licence.filesPerDay)
+                      + " files today, the maximum daily number.");
+    m_accounts.countProcessed(upload.account);
+    upload.id = m_uploads.add(upload);
+    const std::int32_t id = queue(job, upload);
+    transaction.commit();
+    file.keep();
+    return id;
+}
+
+std::int32_t Processing::queue(Job job, const Upload &upload)
 {
     job.upload = upload.id;
     job.seconds = job.demo ? std::min(upload.seconds, kDemoSeconds) : upload.seconds;
-    const std::int32_t id = m_jobs.add(job, upload.name);
-    m_runner.wake();
-    m_runner.sweepUploads();
-    return std::to_string(id);
+    return m_jobs.add(job, upload.name);
 }
 
-std::string Processing::repeat(const Fields &fields, const Caller &)
+std::string Processing::begun(std::int32_t job)
 {
-    const Account account = m_gate.require(fields);
+    m_runner.wake();
+    m_runner.sweepUploads();
+    return std::to_string(job);
+}
+
+std::string Processing::repeat(const Fields &fields, const Caller &caller)
+{
+    const Account account = m_gate.require(fields, caller);
     const Job job = jobFrom(fields, account);
     const std::string name = baseName(fields["uploadedFileName"]);
     const std::optional<Upload> upload = m_uploads.find(account.id, name);
-    if (!upload && m_arriving.contains(name))
+    if (!upload && m_arriving.contains(account.id, name))
         throw Refusal("The file is still being uploaded. Please try again in a moment.");
     if (!upload)
         throw Refusal(kFileGone);
-    return queue(job, *upload);
+    return begun(queue(job, *upload));
 }
 
 std::string Processing::repeatDemo(const Fields &fields, const Caller &caller)
 {
-    (void)m_gate.require(fields);
+    (void)m_gate.require(fields, caller);
     Job job = m_gate.requireJob(fields, "songId", caller);
     if (!job.demo)
         throw Refusal("This file is not a demo: it has already been processed whole.");
@@ -126,7 +147,7 @@ std::string Processing::repeatDemo(const Fields &fields, const Caller &caller)
         throw Refusal(kFileGone);
     job.demo = false;
     job.extension = fields["extension"];
-    return queue(job, *upload);
+    return begun(queue(job, *upload));
 }
 
 std::string Processing::remains(const Fields &fields, const Caller &caller)
@@ -162,23 +183,21 @@ std::string Processing::download(const Fields &fields, const Caller &caller)
 
 std::string Processing::removeUploaded(const Fields &fields, const Caller &caller)
 {
-    const std::optional<Account> account = m_gate.identify(fields, caller);
-    m_uploads.remove(account ? std::optional(account->id) : std::nullopt,
-                     baseName(fields["fileName"]));
+    m_uploads.remove(m_gate.require(fields, caller).id, baseName(fields["fileName"]));
     m_runner.sweepUploads();
     return "Removed.";
 }
 
-std::string Processing::processedFilesRemains(const Fields &fields, const Caller &)
+std::string Processing::processedFilesRemains(const Fields &fields, const Caller &caller)
 {
-    return std::to_string(filesLeft(m_gate.require(fields)));
+    return std::to_string(filesLeft(m_gate.require(fields, caller).id));
 }
 
-int Processing::filesLeft(const Account &account)
+int Processing::filesLeft(std::int64_t account)
 {
     if (m_licence.filesPerDay <= 0)
         return kNoLimit;
-    return std::max(0, m_licence.filesPerDay - m_accounts.processedToday(account.id));
+    return std::max(0, m_licence.filesPerDay - m_accounts.processedToday(account));
 }
 
 } // namespace localservice

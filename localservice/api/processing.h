@@ -14,11 +14,15 @@ namespace localservice {
 class Processing final
 {
 public:
-    Processing(AccountStore &accounts, UploadStore &uploads, JobStore &jobs, Runner &runner,
-               Gate &gate, ArrivingFiles &arriving, const Licence &licence);
+    Processing(Database &database, AccountStore &accounts, UploadStore &uploads, JobStore &jobs,
+               Runner &runner, Gate &gate, ArrivingFiles &arriving, const Licence &licence);
 
+    /// The account of an upload whose file begins to arrive, as far as the request has told by
+    /// then; 0: not yet.
+    [[nodiscard]] std::int64_t uploader(const Fields &fields, const Caller &caller);
     /// A new file to process. Takes its content over on success.
-    [[nodiscard]] std::string proceed(const Fields &fields, ReceivedFile &file);
+    [[nodiscard]] std::string proceed(const Fields &fields, const Caller &caller,
+                                      ReceivedFile &file);
     [[nodiscard]] std::string repeat(const Fields &fields, const Caller &caller);
     [[nodiscard]] std::string repeatDemo(const Fields &fields, const Caller &caller);
     [[nodiscard]] std::string remains(const Fields &fields, const Caller &caller);
@@ -29,9 +33,12 @@ public:
 
 private:
     [[nodiscard]] Job jobFrom(const Fields &fields, const Account &account) const;
-    [[nodiscard]] std::string queue(Job job, const Upload &upload);
-    [[nodiscard]] int filesLeft(const Account &account);
+    [[nodiscard]] std::int32_t accept(const Job &job, Upload upload, ReceivedFile &file);
+    [[nodiscard]] std::int32_t queue(Job job, const Upload &upload);
+    [[nodiscard]] std::string begun(std::int32_t job);
+    [[nodiscard]] int filesLeft(std::int64_t account);
 
+    Database &m_database;
     AccountStore &m_accounts;
     UploadStore &m_uploads;
     JobStore &m_jobs;

@@ -9,23 +9,23 @@
 
 namespace localservice {
 
-void ArrivingFiles::add(const std::string &name)
+void ArrivingFiles::add(std::int64_t account, const std::string &name)
 {
     const std::lock_guard lock(m_mutex);
-    m_names.insert(name);
+    m_files.insert({account, name});
 }
 
-void ArrivingFiles::remove(const std::string &name)
+void ArrivingFiles::remove(std::int64_t account, const std::string &name)
 {
     const std::lock_guard lock(m_mutex);
-    if (const auto found = m_names.find(name); found != m_names.end())
-        m_names.erase(found);
+    if (const auto found = m_files.find({account, name}); found != m_files.end())
+        m_files.erase(found);
 }
 
-bool ArrivingFiles::contains(const std::string &name)
+bool ArrivingFiles::contains(std::int64_t account, const std::string &name)
 {
     const std::lock_guard lock(m_mutex);
-    return m_names.contains(name);
+    return m_files.contains({account, name});
 }
 
 ReceivedFile::ReceivedFile(std::filesystem::path folder, std::uint64_t mostBytes,
@@ -40,20 +40,21 @@ ReceivedFile::~ReceivedFile()
 {
     if (!m_begun)
         return;
-    m_arriving.remove(m_clientName);
+    m_arriving.remove(m_account, m_clientName);
     m_stream.close();
     std::error_code ignored;
     if (!m_kept)
         std::filesystem::remove(path(), ignored);
 }
 
-void ReceivedFile::begin(const std::string &clientPath)
+void ReceivedFile::begin(std::int64_t account, const std::string &clientPath)
 {
     if (m_begun)
         throw BadRequest("The upload holds more than one file.");
     m_begun = true;
+    m_account = account;
     m_clientName = baseName(clientPath);
-    m_arriving.add(m_clientName);
+    m_arriving.add(m_account, m_clientName);
     m_stream.open(path(), std::ios::binary | std::ios::trunc);
 }
 

@@ -2,25 +2,27 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace localservice {
 
-/// The client's names of the files that are arriving right now. Thread-safe.
+/// The files that are arriving right now, by their account and the client's name. Thread-safe.
 class ArrivingFiles final
 {
 public:
-    void add(const std::string &name);
-    void remove(const std::string &name);
-    [[nodiscard]] bool contains(const std::string &name);
+    void add(std::int64_t account, const std::string &name);
+    void remove(std::int64_t account, const std::string &name);
+    [[nodiscard]] bool contains(std::int64_t account, const std::string &name);
 
 private:
     std::mutex m_mutex;
-    std::multiset<std::string> m_names;
+    std::multiset<std::pair<std::int64_t, std::string>> m_files;
 };
 
 /// A file that arrives from a client, under a name of the service's own. It is removed again unless
@@ -34,9 +36,9 @@ public:
     ReceivedFile &operator=(const ReceivedFile &) = delete;
     ~ReceivedFile();
 
-    /// Begins, under the client's name without any folder; throws BadRequest when it has begun
-    /// already.
-    void begin(const std::string &clientPath);
+    /// Begins for an account, 0 while that is not known, under the client's name without any
+    /// folder; throws BadRequest when it has begun already.
+    void begin(std::int64_t account, const std::string &clientPath);
     /// Takes the next bytes. What cannot be kept is let go, and finish() says so.
     void write(std::string_view bytes);
     /// Throws Refusal when the file is missing, was too large or did not fit on the disk.
@@ -52,6 +54,7 @@ private:
     std::filesystem::path m_folder;
     std::uint64_t m_mostBytes;
     ArrivingFiles &m_arriving;
+    std::int64_t m_account = 0;
     std::string m_clientName;
     std::string m_diskName;
     std::ofstream m_stream;

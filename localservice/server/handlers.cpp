@@ -57,6 +57,7 @@ namespace {
             {"/teko-server/auth/register.php", call(&Accounts::registerAccount)},
             {"/teko-server/auth/recover.php", call(&Accounts::recover)},
             {"/teko-server/auth/check.php", call(&Accounts::check)},
+            {"/teko-server/auth/logout.php", call(&Accounts::logout)},
             {"/teko-server/auth/update.php", call(&Accounts::update)},
             {"/teko-server/auth/archive.php", call(&Accounts::archive)},
         };
@@ -75,9 +76,7 @@ namespace {
         {
             answer(request, response, [&] {
                 const Fields fields = Fields::fromForm(readForm(request));
-                std::string reply = m_call(m_backend, fields, callerOf(request, m_backend));
-                rememberSession(response, fields);
-                return reply;
+                return m_call(m_backend, fields, callerOf(request, m_backend));
             });
         }
 

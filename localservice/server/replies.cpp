@@ -98,14 +98,4 @@ void answer(const Request &request, Response &response, const std::function<std:
         send(request, response, made->status, kPlainText, made->text);
 }
 
-void rememberSession(Response &response, const Fields &fields)
-{
-    const std::string &hash = fields["hash"];
-    const bool plain = std::all_of(hash.begin(), hash.end(),
-                                   [](unsigned char c) { return std::isxdigit(c) != 0; });
-    if (!hash.empty() && plain)
-        response.set("Set-Cookie",
-                     std::string(kCookie) + "=" + hash + "; Path=/; HttpOnly; SameSite=Strict");
-}
-
 } // namespace localservice

@@ -30,8 +30,4 @@ void send(const Request &request, Response &response, Response::HTTPStatus statu
 /// normal answer: clients show its text only when the status is 200.
 void answer(const Request &request, Response &response, const std::function<std::string()> &reply);
 
-/// A request that names its account makes the later ones of the same client, which name none, that
-/// account's as well: sets the cookie for it.
-void rememberSession(Response &response, const Fields &fields);
-
 } // namespace localservice

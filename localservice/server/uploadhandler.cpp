@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/server/uploadhandler.h"
 
+#include "localservice/base/refusal.h"
 #include "localservice/http/multipart.h"
 
 #include <chrono>
+#include <optional>
 #include <vector>
 
 namespace localservice {
@@ -19,8 +21,11 @@ namespace {
     class UploadParts final : public MultipartParser::Sink
     {
     public:
-        UploadParts(Fields &fields, ReceivedFile &file)
-            : m_fields(fields)
+        UploadParts(Processing &processing, const Caller &caller, Fields &fields,
+                    ReceivedFile &file)
+            : m_processing(processing)
+            , m_caller(caller)
+            , m_fields(fields)
             , m_file(file)
         { }
 
@@ -29,31 +34,52 @@ namespace {
             m_name = name;
             m_isFile = name == "uploadedFile";
             if (m_isFile)
-                m_file.begin(fileName);
+                beginFile(fileName);
         }
 
         void partData(std::string_view bytes) override
         {
-            if (m_isFile)
-                m_file.write(bytes);
-            else
+            if (!m_isFile)
                 m_fields.append(m_name, bytes);
+            else if (!m_refusal)
+                m_file.write(bytes);
         }
 
         void endPart() override { }
 
+        // Throws the refusal of a file that was let go.
+        void finish()
+        {
+            if (m_refusal)
+                throw *m_refusal;
+            m_fields.checkText();
+            m_file.finish();
+        }
+
     private:
+        // Nothing is kept from somebody who is known to have no account here.
+        void beginFile(const std::string &fileName)
+        {
+            try {
+                m_file.begin(m_processing.uploader(m_fields, m_caller), fileName);
+            } catch (const Refusal &refusal) {
+                m_refusal = refusal;
+            }
+        }
+
+        Processing &m_processing;
+        const Caller &m_caller;
         Fields &m_fields;
         ReceivedFile &m_file;
+        std::optional<Refusal> m_refusal;
         std::string m_name;
         bool m_isFile = false;
     };
 
     // Reads the body to its end even when the file cannot be kept: a client that is cut off
     // while it sends never sees the answer.
-    void receive(Request &request, Fields &fields, ReceivedFile &file)
+    void receive(Request &request, UploadParts &parts)
     {
-        UploadParts parts(fields, file);
         MultipartParser parser(boundaryOf(request.getContentType()), parts);
         std::vector<char> block(kBlock);
         std::uint64_t bytes = 0;
@@ -71,8 +97,7 @@ namespace {
         }
         if (!parser.isComplete())
             throw BadRequest("The upload ended before its time.");
-        fields.checkText();
-        file.finish();
+        parts.finish();
     }
 
 } // namespace
@@ -83,10 +108,10 @@ void UploadHandler::handleRequest(Request &request, Response &response)
         Fields fields;
         ReceivedFile file(m_backend.folder.upload(""), m_backend.mostUploadBytes,
                           m_backend.arriving);
-        receive(request, fields, file);
-        std::string reply = m_backend.processing.proceed(fields, file);
-        rememberSession(response, fields);
-        return reply;
+        const Caller caller = callerOf(request, m_backend);
+        UploadParts parts(m_backend.processing, caller, fields, file);
+        receive(request, parts);
+        return m_backend.processing.proceed(fields, caller, file);
     });
 }
 

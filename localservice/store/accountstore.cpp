@@ -2,13 +2,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/store/accountstore.h"
 
+#include "localservice/base/log.h"
 #include "localservice/base/password.h"
 #include "localservice/base/refusal.h"
 #include "localservice/base/secrets.h"
 
 #include <Poco/Data/RecordSet.h>
+#include <Poco/Data/SQLite/SQLiteException.h>
 #include <Poco/DateTimeFormatter.h>
 #include <Poco/LocalDateTime.h>
+#include <Poco/Timestamp.h>
+
+#include <limits>
 
 using namespace Poco::Data::Keywords;
 
@@ -19,10 +24,14 @@ namespace {
     constexpr std::size_t kHashBytes = 32;
     constexpr std::size_t kCodeBytes = 5;
     constexpr std::int64_t kCodeSeconds = 1800;
+    // A session in use is prolonged at most this often.
+    constexpr std::int64_t kProlongSeconds = 3600;
+    constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
 
-    std::string today()
+    std::string localDay(std::int64_t seconds)
     {
-        return Poco::DateTimeFormatter::format(Poco::LocalDateTime(), "%Y-%m-%d");
+        const Poco::DateTime time(Poco::Timestamp::fromEpochTime(seconds));
+        return Poco::DateTimeFormatter::format(Poco::LocalDateTime(time), "%Y-%m-%d");
     }
 
     std::optional<Account> firstOf(Poco::Data::Statement &select)
@@ -37,8 +46,9 @@ namespace {
 
 } // namespace
 
-AccountStore::AccountStore(Database &database)
+AccountStore::AccountStore(Database &database, Clock clock)
     : m_database(database)
+    , m_clock(std::move(clock))
 {
     m_key = setting("digest_key");
     if (m_key.empty()) {
@@ -54,7 +64,7 @@ Account AccountStore::add(const AccountChange &person)
     if (find(person.email))
         throw Refusal("There is already an account with this e-mail address.");
     access.session << "INSERT INTO users(name, email, password, added) VALUES(?, ?, ?, ?)",
-        bind(person.name), bind(person.email), bind(password), bind(secondsNow()), now;
+        bind(person.name), bind(person.email), bind(password), bind(m_clock()), now;
     return *find(person.email);
 }
 
@@ -82,9 +92,12 @@ std::optional<Account> AccountStore::accountOf(const std::string &hash)
     const std::string digest = sessionDigest(hash);
     Database::Access access = m_database.access();
     std::string kept;
-    access.session << "SELECT digest FROM sessions WHERE digest = ?", bind(digest), into(kept), now;
+    std::int64_t expires = 0;
+    access.session << "SELECT digest, expires FROM sessions WHERE digest = ? AND expires > ?",
+        bind(digest), bind(m_clock()), into(kept), into(expires), now;
     if (!sameSecret(kept, digest))
         return std::nullopt;
+    prolong(digest, expires);
     Poco::Data::Statement select(access.session);
     select << "SELECT users.id AS id, name, email, users.added AS added FROM users"
               " JOIN sessions ON sessions.account = users.id WHERE digest = ?",
@@ -95,15 +108,38 @@ std::optional<Account> AccountStore::accountOf(const std::string &hash)
 std::string AccountStore::openSession(std::int64_t account)
 {
     std::string hash = randomHex(kHashBytes);
-    keepSession(hash, account);
+    keepSession(hash, account, m_clock() + kSessionSeconds);
     return hash;
 }
 
-void AccountStore::keepSession(const std::string &hash, std::int64_t account)
+void AccountStore::keepSession(const std::string &hash, std::int64_t account, std::int64_t expires)
 {
     Database::Access access = m_database.access();
-    access.session << "INSERT OR IGNORE INTO sessions(digest, account, added) VALUES(?, ?, ?)",
-        bind(sessionDigest(hash)), bind(account), bind(secondsNow()), now;
+    access.session << "DELETE FROM sessions WHERE expires <= ?", bind(m_clock()), now;
+    access.session << "INSERT OR REPLACE INTO sessions(digest, account, expires) VALUES(?, ?, ?)",
+        bind(sessionDigest(hash)), bind(account), bind(expires), now;
+}
+
+void AccountStore::prolong(const std::string &digest, std::int64_t expires)
+{
+    const std::int64_t later = m_clock() + kSessionSeconds;
+    if (expires > later - kProlongSeconds)
+        return;
+    try {
+        Database::Access access = m_database.access();
+        access.session << "UPDATE sessions SET expires = ? WHERE digest = ?", bind(later),
+            bind(digest), now;
+    } catch (const Poco::Data::SQLite::SQLiteException &error) {
+        // It is not over yet, and on a full disk finished results can still be fetched.
+        log("Could not prolong a session: " + error.displayText());
+    }
+}
+
+void AccountStore::closeSession(const std::string &hash)
+{
+    Database::Access access = m_database.access();
+    access.session << "DELETE FROM sessions WHERE digest = ? AND expires < ?",
+        bind(sessionDigest(hash)), bind(kNever), now;
 }
 
 std::string AccountStore::tokenOf(const std::string &hash) const
@@ -119,28 +155,28 @@ std::string AccountStore::sessionDigest(const std::string &hash) const
 void AccountStore::change(const Account &account, const AccountChange &change,
                           const std::string &hash)
 {
-    {
-        Database::Access access = m_database.access();
-        const std::optional<Account> owner = find(change.email);
-        if (owner && owner->id != account.id)
-            throw Refusal("There is already an account with this e-mail address.");
-        access.session << "UPDATE users SET name = ?, email = ? WHERE id = ?", bind(change.name),
-            bind(change.email), bind(account.id), now;
-    }
-    if (!change.password.empty())
-        setPassword(account.id, change.password, hash);
+    const std::string password = change.password.empty() ? "" : passwordHash(change.password);
+    Database::Access access = m_database.access();
+    Transaction transaction(access.session);
+    const std::optional<Account> owner = find(change.email);
+    if (owner && owner->id != account.id)
+        throw Refusal("There is already an account with this e-mail address.");
+    access.session << "UPDATE users SET name = ?, email = ? WHERE id = ?", bind(change.name),
+        bind(change.email), bind(account.id), now;
+    if (!password.empty())
+        setPassword(account.id, password, hash);
+    transaction.commit();
 }
 
-void AccountStore::setPassword(std::int64_t account, const std::string &password,
-                               const std::string &hash)
+void AccountStore::setPassword(std::int64_t account, const std::string &passwordHash,
+                               const std::string &session)
 {
-    const std::string kept = passwordHash(password);
     Database::Access access = m_database.access();
     Transaction transaction(access.session);
     access.session << "UPDATE users SET password = ?, code = '', code_until = 0 WHERE id = ?",
-        bind(kept), bind(account), now;
+        bind(passwordHash), bind(account), now;
     access.session << "DELETE FROM sessions WHERE account = ? AND digest <> ?", bind(account),
-        bind(sessionDigest(hash)), now;
+        bind(sessionDigest(session)), now;
     transaction.commit();
 }
 
@@ -151,8 +187,7 @@ std::optional<std::string> AccountStore::openRecovery(const std::string &email)
     if (!find(email))
         return std::nullopt;
     access.session << "UPDATE users SET code = ?, code_until = ? WHERE email = ?",
-        bind(keyedDigest("code " + code, m_key)), bind(secondsNow() + kCodeSeconds), bind(email),
-        now;
+        bind(keyedDigest("code " + code, m_key)), bind(m_clock() + kCodeSeconds), bind(email), now;
     return code;
 }
 
@@ -164,7 +199,7 @@ bool AccountStore::recover(const std::string &email, const std::string &code,
         Database::Access access = m_database.access();
         std::string kept;
         access.session << "SELECT code FROM users WHERE email = ? AND code_until >= ?", bind(email),
-            bind(secondsNow()), into(kept), now;
+            bind(m_clock()), into(kept), now;
         if (kept.empty() || !sameSecret(kept, keyedDigest("code " + code, m_key)))
             return false;
         access.session << "UPDATE users SET code = '', code_until = 0 WHERE email = ?", bind(email),
@@ -172,25 +207,27 @@ bool AccountStore::recover(const std::string &email, const std::string &code,
         account = find(email);
     }
     if (account)
-        setPassword(account->id, password, {});
+        setPassword(account->id, passwordHash(password), {});
     return account.has_value();
 }
 
 int AccountStore::processedToday(std::int64_t account)
 {
+    const std::string day = localDay(m_clock());
     Database::Access access = m_database.access();
     int files = 0;
     access.session << "SELECT files FROM processed WHERE account = ? AND day = ?", bind(account),
-        bind(today()), into(files), now;
+        bind(day), into(files), now;
     return files;
 }
 
 void AccountStore::countProcessed(std::int64_t account)
 {
+    const std::string day = localDay(m_clock());
     Database::Access access = m_database.access();
     access.session << "INSERT INTO processed(account, day, files) VALUES(?, ?, 1)"
                       " ON CONFLICT(account, day) DO UPDATE SET files = files + 1",
-        bind(account), bind(today()), now;
+        bind(account), bind(day), now;
 }
 
 std::string AccountStore::localSession()
@@ -207,7 +244,7 @@ std::string AccountStore::localSession()
     } else {
         id = std::stoll(setting("local_account"));
     }
-    keepSession(hash, id);
+    keepSession(hash, id, kNever);
     return hash;
 }
 

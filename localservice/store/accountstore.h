@@ -4,6 +4,7 @@
 
 #include "localservice/store/database.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -31,17 +32,25 @@ struct AccountChange
 class AccountStore final
 {
 public:
-    explicit AccountStore(Database &database);
+    /// How long a session lasts after its latest use, in seconds.
+    static constexpr std::int64_t kSessionSeconds = 30 * 86400;
+
+    /// Gives the seconds since 1970.
+    using Clock = std::function<std::int64_t()>;
+
+    explicit AccountStore(Database &database, Clock clock = secondsNow);
 
     /// Makes an account; throws Refusal when the e-mail address is taken.
     Account add(const AccountChange &person);
     /// The account of an e-mail address and its password. Takes as long for an unknown address.
     [[nodiscard]] std::optional<Account> signIn(const std::string &email,
                                                 const std::string &password);
-    /// The account of a session.
+    /// The account of a session, which this prolongs.
     [[nodiscard]] std::optional<Account> accountOf(const std::string &hash);
     /// Begins a session and gives its hash, the secret that names it.
     [[nodiscard]] std::string openSession(std::int64_t account);
+    /// Ends a session, unless it is the local one.
+    void closeSession(const std::string &hash);
     /// The access token that belongs to a session.
     [[nodiscard]] std::string tokenOf(const std::string &hash) const;
     /// Changes an account; a new password ends all its sessions but `hash`. Throws Refusal when the
@@ -60,18 +69,21 @@ public:
     void countProcessed(std::int64_t account);
 
     /// The session of the account that belongs to whoever owns this computer; made at the first
-    /// call.
+    /// call, and never over.
     [[nodiscard]] std::string localSession();
 
 private:
     [[nodiscard]] std::optional<Account> find(const std::string &email);
     [[nodiscard]] std::string setting(const std::string &name);
     void setSetting(const std::string &name, const std::string &value);
-    void keepSession(const std::string &hash, std::int64_t account);
-    void setPassword(std::int64_t account, const std::string &password, const std::string &hash);
+    void keepSession(const std::string &hash, std::int64_t account, std::int64_t expires);
+    void prolong(const std::string &digest, std::int64_t expires);
+    void setPassword(std::int64_t account, const std::string &passwordHash,
+                     const std::string &session);
     [[nodiscard]] std::string sessionDigest(const std::string &hash) const;
 
     Database &m_database;
+    Clock m_clock;
     std::string m_key; // of the digests
 };
 

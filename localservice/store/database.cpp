@@ -29,7 +29,7 @@ namespace {
         "NULL,"
         " code TEXT NOT NULL DEFAULT '', code_until INTEGER NOT NULL DEFAULT 0)",
         "CREATE TABLE IF NOT EXISTS sessions(digest TEXT PRIMARY KEY,"
-        " account INTEGER NOT NULL REFERENCES users(id), added INTEGER NOT NULL)",
+        " account INTEGER NOT NULL REFERENCES users(id), expires INTEGER NOT NULL)",
         "CREATE TABLE IF NOT EXISTS processed(account INTEGER NOT NULL REFERENCES users(id),"
         " day TEXT NOT NULL, files INTEGER NOT NULL, PRIMARY KEY(account, day))",
         "CREATE TABLE IF NOT EXISTS uploads(id INTEGER PRIMARY KEY,"
@@ -46,6 +46,26 @@ namespace {
         "CREATE INDEX IF NOT EXISTS jobs_by_account ON jobs(account, added)",
     };
 
+    // Sessions of earlier versions did not end by themselves: they get 30 days from their
+    // beginning.
+    constexpr std::array kLetSessionsExpire = {
+        "ALTER TABLE sessions RENAME COLUMN added TO expires",
+        "UPDATE sessions SET expires = expires + 2592000",
+    };
+
+    void bringUpToDate(Poco::Data::Session &session)
+    {
+        int isOld = 0;
+        session << "SELECT COUNT(*) FROM pragma_table_info('sessions') WHERE name = 'added'",
+            into(isOld), now;
+        if (isOld == 0)
+            return;
+        Transaction transaction(session);
+        for (const char *statement : kLetSessionsExpire)
+            session << statement, now;
+        transaction.commit();
+    }
+
     Poco::Data::Session open(const std::filesystem::path &file)
     {
         Poco::Data::SQLite::Connector::registerConnector();
@@ -61,6 +81,7 @@ Database::Database(const std::filesystem::path &file)
     try {
         for (const char *statement : kSetUp)
             m_session << statement, now;
+        bringUpToDate(m_session);
     } catch (const Poco::Data::SQLite::DBLockedException &) {
         throw DatabaseBusy("Another service already uses " + utf8(file));
     } catch (const Poco::Data::SQLite::TableLockedException &) {
@@ -71,7 +92,7 @@ Database::Database(const std::filesystem::path &file)
 Transaction::Transaction(Poco::Data::Session &session)
     : m_session(session)
 {
-    m_session << "BEGIN IMMEDIATE", now;
+    m_session << "SAVEPOINT change", now;
 }
 
 Transaction::~Transaction()
@@ -79,7 +100,8 @@ Transaction::~Transaction()
     if (!m_open)
         return;
     try {
-        m_session << "ROLLBACK", now;
+        m_session << "ROLLBACK TO change", now;
+        m_session << "RELEASE change", now;
     } catch (const Poco::Exception &error) {
         log("Could not take back a change: " + error.displayText());
     }
@@ -87,7 +109,7 @@ Transaction::~Transaction()
 
 void Transaction::commit()
 {
-    m_session << "COMMIT", now;
+    m_session << "RELEASE change", now;
     m_open = false;
 }
 

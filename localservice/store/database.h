@@ -45,7 +45,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// All changes made while it lives come true together on commit(), or not at all.
+/// All changes made while it lives come true together on commit(), or not at all. Within another
+/// one they come true with that.
 class Transaction final
 {
 public:

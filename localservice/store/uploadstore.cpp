@@ -62,11 +62,11 @@ std::optional<Upload> UploadStore::find(std::int64_t id)
     return firstOf(select);
 }
 
-void UploadStore::remove(std::optional<std::int64_t> account, const std::string &name)
+void UploadStore::remove(std::int64_t account, const std::string &name)
 {
     Database::Access access = m_database.access();
-    access.session << "UPDATE uploads SET removed = 1 WHERE name = ? AND (account = ? OR ? = 0)",
-        bind(name), bind(account.value_or(0)), bind(account.value_or(0)), now;
+    access.session << "UPDATE uploads SET removed = 1 WHERE name = ? AND account = ?", bind(name),
+        bind(account), now;
 }
 
 void UploadStore::removeOlderThan(std::int64_t time)

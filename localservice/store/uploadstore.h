@@ -34,8 +34,8 @@ public:
     [[nodiscard]] std::optional<Upload> find(std::int64_t account, const std::string &name);
     /// A file by its id, also a removed one that a job still needs.
     [[nodiscard]] std::optional<Upload> find(std::int64_t id);
-    /// Marks what goes by this name as removed, of one account or, without one, of all.
-    void remove(std::optional<std::int64_t> account, const std::string &name);
+    /// Marks what goes by an account's client's name as removed.
+    void remove(std::int64_t account, const std::string &name);
     /// Marks what was uploaded before a time (in seconds since 1970) as removed.
     void removeOlderThan(std::int64_t time);
     /// Forgets the removed files that no job needs any longer, and gives their names on disk: those

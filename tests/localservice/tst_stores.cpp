@@ -1,15 +1,20 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
+#include "localservice/api/processing.h"
 #include "localservice/base/refusal.h"
 #include "localservice/base/secrets.h"
 #include "localservice/jobs/runner.h"
 #include "localservice/store/accountstore.h"
+#include "sounds.h"
 #include "tests/support/testmain.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <Poco/Data/Session.h>
+
 #include <fstream>
+#include <latch>
 
 using namespace localservice;
 
@@ -21,7 +26,11 @@ struct House
     explicit House(const QTemporaryDir &dir)
         : folder(dir.filePath("data").toStdString())
         , database(folder.database())
-        , accounts(database)
+        , accounts(database,
+                   [this] {
+                       std::this_thread::yield(); // whoever else is at work may come between
+                       return secondsNow() + secondsLater;
+                   })
         , uploads(database)
         , jobs(database)
     { }
@@ -47,6 +56,7 @@ struct House
         return found && std::filesystem::exists(folder.upload(found->file));
     }
 
+    std::int64_t secondsLater = 0; // how much the accounts' clock is fast
     DataFolder folder;
     Database database;
     AccountStore accounts;
@@ -88,7 +98,11 @@ private slots:
     void letsOneServiceInAtATime();
     void signsInAndOut();
     void recoversOnce();
+    void endsUnusedSessions_data();
+    void endsUnusedSessions();
+    void letsSessionsOfEarlierVersionsExpire();
     void countsFilesByAccount();
+    void givesTheDaysLastFileAwayOnce();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -200,7 +214,7 @@ void StoresTest::keepsUploadsWhileTheyAreNeeded()
     house.uploads.remove(account + 1, "full.wav");
     QVERIFY(house.uploads.find(account, "full.wav"));
     for (const char *name : {"full.wav", "demo.wav"})
-        house.uploads.remove({}, name);
+        house.uploads.remove(account, name);
     runner.sweepUploads();
     QVERIFY(!house.uploads.find(account, "demo.wav"));
     QVERIFY(!house.hasFile(full.upload));
@@ -284,6 +298,104 @@ void StoresTest::countsFilesByAccount()
     house.accounts.countProcessed(one);
     QCOMPARE(house.accounts.processedToday(one), 2);
     QCOMPARE(house.accounts.processedToday(other), 0);
+    house.secondsLater = 2 * 86400;
+    QCOMPARE(house.accounts.processedToday(one), 0);
+}
+
+void StoresTest::endsUnusedSessions_data()
+{
+    QTest::addColumn<bool>("isLocal");
+    QTest::addColumn<QList<int>>("daysOfUse");
+    QTest::addColumn<bool>("lasts");
+    QTest::newRow("within the time") << false << QList{29} << true;
+    QTest::newRow("too late") << false << QList{31} << false;
+    QTest::newRow("used now and then") << false << QList{20, 40, 60, 89} << true;
+    QTest::newRow("used, then forgotten") << false << QList{20, 51} << false;
+    QTest::newRow("this computer's own") << true << QList{2000} << true;
+}
+
+void StoresTest::endsUnusedSessions()
+{
+    QFETCH(bool, isLocal);
+    QFETCH(QList<int>, daysOfUse);
+    QFETCH(bool, lasts);
+    House house(*m_dir);
+    const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
+    const std::string hash =
+        isLocal ? house.accounts.localSession() : house.accounts.openSession(account);
+    bool isKnown = false;
+    for (const int day : daysOfUse) {
+        house.secondsLater = day * 86400;
+        isKnown = house.accounts.accountOf(hash).has_value();
+    }
+    QCOMPARE(isKnown, lasts);
+    // A session that is over for good does not come back with the clock.
+    (void)house.accounts.openSession(account);
+    house.secondsLater = 0;
+    QCOMPARE(house.accounts.accountOf(hash).has_value(), lasts);
+    house.accounts.closeSession(hash);
+    QCOMPARE(house.accounts.accountOf(hash).has_value(), isLocal);
+}
+
+void StoresTest::letsSessionsOfEarlierVersionsExpire()
+{
+    std::string hash;
+    {
+        House house(*m_dir);
+        hash = house.accounts.openSession(house.accounts.add({"A", "a@b", ""}).id);
+        Database::Access access = house.database.access();
+        access.session << "UPDATE sessions SET expires = expires - 30 * 86400",
+            Poco::Data::Keywords::now;
+        access.session << "ALTER TABLE sessions RENAME COLUMN expires TO added",
+            Poco::Data::Keywords::now;
+    }
+    House house(*m_dir);
+    QVERIFY(house.accounts.accountOf(hash));
+    house.secondsLater = 31 * 86400;
+    QVERIFY(!house.accounts.accountOf(hash));
+}
+
+/// Many uploads end in the same moment, on many days, since luck has a part in it.
+void StoresTest::givesTheDaysLastFileAwayOnce()
+{
+    constexpr int kDays = 30;
+    constexpr int kUploads = 8;
+    constexpr int kLimit = 3;
+    House house(*m_dir);
+    Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
+    Gate gate(house.accounts, house.jobs);
+    ArrivingFiles arriving;
+    Processing processing(house.database, house.accounts, house.uploads, house.jobs, runner, gate,
+                          arriving, {Subscription::Active, kLimit});
+    const Caller caller{"", "", house.accounts.localSession()};
+    const std::string song = m_dir->filePath("song.wav").toStdString();
+    writeWav(song, {1, 8000, 16, 8000}, std::vector<std::int32_t>(8000));
+    const Fields form = Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3");
+    for (int day = 0; day < kDays; ++day) {
+        house.secondsLater = day * 2 * 86400;
+        std::latch start(kUploads);
+        std::atomic<int> accepted = 0;
+        const auto upload = [&](int number) {
+            ReceivedFile file(house.folder.upload(""), 1 << 20, arriving);
+            file.begin(0, std::to_string(number) + ".wav");
+            std::filesystem::copy_file(song, file.path(),
+                                       std::filesystem::copy_options::overwrite_existing);
+            start.arrive_and_wait();
+            try {
+                (void)processing.proceed(form, caller, file);
+                ++accepted;
+            } catch (const Refusal &) {
+                return;
+            }
+        };
+        std::vector<std::thread> threads;
+        for (int i = 0; i < kUploads; ++i)
+            threads.emplace_back(upload, day * kUploads + i);
+        for (std::thread &thread : threads)
+            thread.join();
+        QCOMPARE(accepted, kLimit);
+    }
+    QCOMPARE(house.uploads.files().size(), std::size_t(kDays * kLimit));
 }
 
 TEKO_TEST_MAIN(StoresTest)
