@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/backendloader.h"
 
+#include "account/accountclient.h"
 #include "account/licencegate.h"
 #include "account/myaccount.h"
-#include "account/session.h"
+#include "account/signout.h"
 #include "app/base/guiscale.h"
 #include "app/base/messageboxcustom.h"
 #include "app/base/programdata.h"
@@ -38,6 +39,7 @@ QWindow *windowAround(QObject *element)
 BackendLoader::BackendLoader(QObject *parent)
     : QObject(parent)
     , m_store(ProgramData::instance())
+    , m_signOff(std::make_unique<AccountClient>(m_store))
     , m_lastOpenFolder(m_store.defaultPathOpen())
 { }
 
@@ -200,7 +202,9 @@ void BackendLoader::showLogs()
 void BackendLoader::logout()
 {
     qInfo() << "BackendLoader::logout";
-    Session(m_store).end(true);
+    if (m_processing)
+        m_processing->forgetUploadedFile();
+    signOut(m_store, *m_signOff);
 }
 
 void BackendLoader::resetScf()

@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class AccountClient;
 class Archive;
 class FileProcessing;
 class MyAccount;
@@ -51,7 +52,8 @@ public slots:
     void openUrl(QString url);
     void checkForUpdates();
     void showLogs();
-    /// Forgets the session on this computer; no account is used unasked from now on.
+    /// Forgets the session on this computer, and lets the service do so; no account is used unasked
+    /// from now on.
     void logout();
     void resetScf();
     /// Welcomes the signed-in user and tells him what his licence allows.
@@ -72,6 +74,7 @@ private:
     };
 
     ProgramData &m_store;
+    std::unique_ptr<AccountClient> m_signOff; ///< tells the service who has signed out
     std::unique_ptr<FileProcessing> m_processing;
     std::unique_ptr<Settings> m_settings;
     std::unique_ptr<MyAccount> m_account;

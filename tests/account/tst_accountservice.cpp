@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "account/licencegate.h"
+#include "account/signout.h"
 #include "account/userauth.h"
 #include "app/base/programdata.h"
 #include "service/embeddedservice.h"
@@ -98,7 +99,7 @@ private slots:
         ann.auth.initialCheck();
         QTRY_COMPARE(entered.size(), 1);
         QCOMPARE(ann.store.user().email, "ann@b.de");
-        Session(ann.store).end(true);
+        signOut(ann.store, ann.auth.client());
 
         ann.auth.signIn("ann@b.de", "password 2");
         QTRY_VERIFY(!ann.auth.errorText().isEmpty());
@@ -135,8 +136,6 @@ private slots:
         Person bob(m_url);
         enter(bob, "bob@b.de");
         const QString hash = bob.store.user().hash;
-        // From here on the service knows who the client is.
-        QVERIFY(bob.client.processedFilesRemains(hash) > 0);
         const QString unknown = "The service does not know this file.";
         QCOMPARE(bob.answerTo([&] { bob.client.remains(id); }), unknown);
         QCOMPARE(bob.answerTo([&] { bob.client.repeatDemoFile(hash, "wav", id); }), unknown);
@@ -152,12 +151,20 @@ private slots:
         bob.client.cancel(id);
         QCOMPARE(bob.auth.client().postAndWait("auth/archive.php", {{"hash", hash}}).text, "[]");
         QTRY_COMPARE_WITH_TIMEOUT(ann.answerTo([&] { ann.client.remains(id); }), "ready", 60000);
+        const QString annsHash = ann.store.user().hash;
         QVERIFY(ann.answerTo([&] {
-                       ann.client.repeatFile("vocals", "song.wav", "song", ann.store.user().hash,
-                                             "demo", "/x", "wav");
+                       ann.client.repeatFile("vocals", "song.wav", "song", annsHash, "demo", "/x",
+                                             "wav");
                    })
                     .toInt()
                 != 0);
+        // Who has signed out is nobody any more, here and at the service.
+        signOut(ann.store, ann.auth.client());
+        QCOMPARE(ann.answerTo([&] { ann.client.remains(id); }), unknown);
+        const auto answer = [&] {
+            return bob.auth.client().postAndWait("auth/check.php", {{"hash", annsHash}}).text;
+        };
+        QTRY_VERIFY2(answer().contains("does not know this sign-in"), qPrintable(answer()));
     }
 
 private:
