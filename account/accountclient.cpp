@@ -9,6 +9,8 @@
 #include <QNetworkReply>
 #include <QPointer>
 
+#include <utility>
+
 struct AccountClient::Request
 {
     QString path;
@@ -33,7 +35,6 @@ AccountClient::~AccountClient() = default;
 void AccountClient::post(const QString &path, const FormFields &fields, QObject *context,
                          Handler handler, qint64 mostBytes)
 {
-    qInfo() << "AccountClient::post" << path;
     auto request =
         std::make_shared<Request>(Request{path, fields, context, std::move(handler), mostBytes});
     // A reply without an address fails as well, from the event loop.
@@ -66,8 +67,12 @@ void AccountClient::send(const std::shared_ptr<Request> &request)
 
 void AccountClient::finish(const Request &request, const AccountAnswer &answer)
 {
-    if (answer.kind != AccountAnswer::Kind::Answered)
-        qInfo().noquote() << "AccountClient:" << request.path << answer.text;
+    const bool isAnswered = answer.kind == AccountAnswer::Kind::Answered;
+    const QString news =
+        request.path + QLatin1Char(' ') + (isAnswered ? QStringLiteral("answered") : answer.text);
+    // A session is checked again and again while the service is out of reach.
+    if (std::exchange(m_lastNews, news) != news)
+        qInfo().noquote() << "AccountClient:" << news;
     m_replyText = answer.text;
     if (request.context)
         request.handler(answer);

@@ -67,4 +67,5 @@ private:
     QNetworkAccessManager *const m_network;
     std::unique_ptr<QObject> m_round; ///< dies with the requests that it stands for
     QString m_replyText;
+    QString m_lastNews; ///< what the log was told last
 };

@@ -42,16 +42,21 @@ UserAuth::UserAuth(ProgramData &store, QObject *parent, std::chrono::millisecond
 void UserAuth::initialCheck()
 {
     qInfo() << "UserAuth::initialCheck";
-    m_client.abandon();
-    m_retry.stop();
-    m_isChecking = true;
-    m_store.whenServiceStarted(this, [this] { checkKept(); });
+    startCheck();
 }
 
 void UserAuth::recheck()
 {
     if (m_isSignedIn && !m_isChecking)
-        initialCheck();
+        startCheck();
+}
+
+void UserAuth::startCheck()
+{
+    m_client.abandon();
+    m_retry.stop();
+    m_isChecking = true;
+    m_store.whenServiceStarted(this, [this] { checkKept(); });
 }
 
 void UserAuth::checkKept()

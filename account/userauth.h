@@ -72,6 +72,7 @@ signals:
     void emailChanged();
 
 private:
+    void startCheck();
     void checkKept();
     void checkNext();
     void checked(const AccountAnswer &answer);
