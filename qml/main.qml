@@ -118,7 +118,9 @@ ApplicationWindow {
 
         onSignedIn: root.setSignedIn(true)
         onSignedOut: root.setSignedIn(false)
-        onWelcomed: backendLoader.showInitialMessage()
+        // A file that was given at the start has the user's attention by now.
+        onWelcomed: if (root.visible)
+            backendLoader.showInitialMessage()
     }
 
     // What the first frame can do without follows it. Should nobody see the window, it does not wait for long.

@@ -114,6 +114,10 @@ ViewCase {
         backend.showMainWindow();
         compare(backend.calls.slice(-2), ["openUrl /subscription.html", "showInitialMessage"]);
         compare(auth.calls, ["recheck"]);
+        // Nobody is welcomed while another window has taken the main window's place.
+        backend.hideMainWindow();
+        auth.welcomed();
+        compare(backend.calls.filter(call => call === "showInitialMessage").length, 1);
     }
 
     function test_fits_data() {
