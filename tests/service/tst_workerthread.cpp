@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "service/workerthread.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QCoreApplication>
-#include <QTest>
 #include <QThread>
 
 #include <atomic>
@@ -82,21 +82,21 @@ private slots:
 
     void cleanup() { QCOMPARE(alive.load(), 0); }
 
-    void worksAndReportsInTheOwnersThread()
+    void aDoneWorkerMayStartTheNext_data()
     {
-        Owner owner;
-        owner.start(0);
-        QTRY_COMPARE(owner.doneCount, 1);
-        QCOMPARE(worked.load(), 1);
-        QCOMPARE(alive.load(), 1);
+        const Rows<int> add;
+        add("none follows", 0);
+        add("many follow", 20);
     }
 
+    /// Each works in a thread of its own and is heard in the owner's.
     void aDoneWorkerMayStartTheNext()
     {
+        const auto [further] = fetchRow<int>();
         Owner owner;
-        owner.start(20);
-        QTRY_COMPARE(owner.doneCount, 21);
-        QCOMPARE(worked.load(), 21);
+        owner.start(further);
+        QTRY_COMPARE(owner.doneCount, further + 1);
+        QCOMPARE(worked.load(), further + 1);
         QCOMPARE(alive.load(), 1);
         owner.thread.stop();
         QVERIFY(Worker::diedAtHome);
