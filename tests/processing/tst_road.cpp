@@ -222,26 +222,29 @@ private slots:
         QFETCH(QString, name);
         RecordedMessages messages;
         openFile("long.mp4", "MP4");
-        // These stages may be over before anybody looks for them: they are cancelled as they begin.
+        // Some stages may be over before anybody looks for them: they are cancelled as they begin.
         QStringList announced{"downloading", "instrument"};
-        bool isCancelled = false;
+        m_isCancelled = false;
+        if (name == "uploading")
+            connect(m_window->rootObject(), SIGNAL(currentLayerChanged()), this,
+                    SLOT(cancelUpload()), Qt::QueuedConnection);
         connect(
             m_window.get(), &FileProcessing::changeLayerWithDelay, this,
             [&] {
                 if (announced.isEmpty() || announced.takeFirst() != name)
                     return;
                 m_window->cancelProcess();
-                isCancelled = true;
+                m_isCancelled = true;
             },
             Qt::QueuedConnection);
         m_window->startProcess();
         const auto isReached = [&] {
             if (name == "mix")
                 return value("convertingText").contains("mix");
-            return isCancelled || layer() == name;
+            return m_isCancelled || layer() == name;
         };
         QTRY_VERIFY_WITH_TIMEOUT(isReached(), 60000);
-        if (!isCancelled)
+        if (!m_isCancelled)
             m_window->cancelProcess();
         QCOMPARE(layer(), "select_instrument");
         QCOMPARE(childProcesses("ffmpeg"), QStringList());
@@ -261,6 +264,15 @@ private slots:
         QVERIFY(QFile::exists(m_window->results().mix));
         QVERIFY2(messages.texts().size() <= (mayBeRefused ? 1 : 0),
                  qPrintable(messages.texts().join('\n')));
+    }
+
+public slots:
+    void cancelUpload()
+    {
+        if (m_isCancelled || layer() != "uploading")
+            return;
+        m_window->cancelProcess();
+        m_isCancelled = true;
     }
 
 private:
@@ -313,6 +325,7 @@ private:
     std::unique_ptr<ProgramData> m_store;
     std::unique_ptr<ServiceConnection> m_service;
     std::unique_ptr<FileProcessing> m_window;
+    bool m_isCancelled = false; ///< by the test, at the stage that it waited for
     std::unique_ptr<Archive> m_archive;
 };
 
