@@ -115,7 +115,7 @@ bool BatchRunner::runFile(const QString &file)
 
 bool BatchRunner::fail(const QString &file, const QString &why)
 {
-    m_notes << QFileInfo(file).fileName() << ": " << why.simplified() << Qt::endl;
+    m_notes << printable(QFileInfo(file).fileName()) << ": " << printable(why) << Qt::endl;
     return false;
 }
 
@@ -150,7 +150,7 @@ void BatchRunner::showProgress()
                                  (number("downloading1Percent") + number("downloading2Percent"))
                                      / 2,
                                  int(number("remainingProcessingTime"))};
-    const QString name = QFileInfo(m_file).fileName();
+    const QString name = printable(QFileInfo(m_file).fileName());
     if (m_isTerminal) {
         m_notes << "\r\033[K" << progressBar(progress, name, terminalColumns) << Qt::flush;
         return;

@@ -51,3 +51,14 @@ QString progressBar(const BatchProgress &progress, const QString &name, int colu
         QString(filled, QLatin1Char('#')) + QString(barWidth - filled, QLatin1Char('.'));
     return QStringLiteral("[%1] %2  %3").arg(bar, stageText(progress), name).left(columns);
 }
+
+QString printable(const QString &text)
+{
+    QString shown = text.simplified();
+    for (QChar &character : shown) {
+        if (character.category() == QChar::Other_Control
+            || character.category() == QChar::Other_Format)
+            character = QChar::ReplacementCharacter;
+    }
+    return shown;
+}

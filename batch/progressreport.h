@@ -21,3 +21,6 @@ struct BatchProgress
 /// One line of a terminal: a bar over all stages, the stage and the file's name, cut to that many
 /// columns.
 [[nodiscard]] QString progressBar(const BatchProgress &progress, const QString &name, int columns);
+
+/// The text on one line, without what a terminal would obey: file names and messages hold anything.
+[[nodiscard]] QString printable(const QString &text);

@@ -6,6 +6,7 @@
 
 #include <QDebug>
 #include <QDir>
+#include <QFile>
 #include <QHostAddress>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr qsizetype longestLine = 1 << 16;
 constexpr int graceMs = 3000;
+constexpr qint64 mostLogBytes = 1 << 20;
 constexpr std::chrono::seconds longestStart(20);
 
 bool isThisMachine(const QUrl &url)
@@ -42,7 +44,7 @@ EmbeddedService::EmbeddedService(const QString &program, const QString &dataFold
 {
     m_process.setProgram(program);
     m_process.setArguments({QStringLiteral("--embedded"), QStringLiteral("--data"), dataFolder});
-    m_process.setStandardErrorFile(dataFolder + QLatin1String("/service.log"));
+    m_process.setStandardErrorFile(dataFolder + QLatin1String("/service.log"), QIODevice::Append);
     connect(&m_process, &QProcess::readyReadStandardOutput, this, &EmbeddedService::readOutput);
     connect(&m_process, &QProcess::errorOccurred, this, &EmbeddedService::processFailed);
     connect(&m_process, &QProcess::finished, this, &EmbeddedService::processEnded);
@@ -65,6 +67,10 @@ void EmbeddedService::start()
     qInfo() << "EmbeddedService::start";
     m_state = State::Starting;
     QDir().mkpath(m_dataFolder);
+    QFile log(m_dataFolder + QLatin1String("/service.log"));
+    // Appended to, since another instance of the program may be writing there.
+    if (log.size() > mostLogBytes)
+        log.remove();
     m_process.start();
     QTimer::singleShot(longestStart, this, &EmbeddedService::giveUpWaiting);
 }

@@ -102,6 +102,7 @@ void HttpAnswer::readStatus(const QByteArray &line)
     const bool isHttp = line.startsWith("HTTP/1.") && line.size() >= 12 && line.at(8) == ' '
         && (line.size() == 12 || line.at(12) == ' ');
     m_status = isHttp ? int(strictNumber(line.mid(9, 3), 10)) : -1;
+    m_reason = line.mid(13);
     m_part = m_status >= 100 ? Part::Headers : Part::Broken;
 }
 

@@ -24,6 +24,8 @@ public:
     /// Status and headers are complete; the interim ones of 1xx never are.
     [[nodiscard]] bool hasHead() const { return m_hasHead; }
     [[nodiscard]] int status() const { return m_status; }
+    /// What stands behind the status, for people.
+    [[nodiscard]] const QByteArray &reason() const { return m_reason; }
     [[nodiscard]] const QList<std::pair<QByteArray, QByteArray>> &headers() const
     {
         return m_headers;
@@ -57,6 +59,7 @@ private:
     qint64 m_lineBytes = 0; ///< of head, chunk sizes and trailer since the last body byte
     qint64 m_left = 0; ///< of the counted body or the chunk
     int m_status = 0;
+    QByteArray m_reason;
     bool m_hasHead = false;
     QList<std::pair<QByteArray, QByteArray>> m_headers;
 };

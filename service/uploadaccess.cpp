@@ -8,10 +8,12 @@
 
 namespace {
 
+/// An address with a password in it is left to Qt's manager, which knows how to show it.
 bool isUpload(const QNetworkRequest &request)
 {
     const QString scheme = request.url().scheme();
     return (scheme == QLatin1String("http") || scheme == QLatin1String("https"))
+        && request.url().userInfo().isEmpty()
         && request.rawHeader("Content-Type").startsWith("multipart/");
 }
 

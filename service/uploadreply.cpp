@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "service/uploadreply.h"
 
+#include <QCoreApplication>
 #include <QNetworkProxy>
 #include <QSslConfiguration>
 #include <QSslSocket>
@@ -174,7 +175,7 @@ void UploadReply::takeAnswer(const QByteArray &bytes)
     if (m_answer.hasHead() && !hadHead)
         showHead();
     if (m_answer.isWhole())
-        return finish();
+        return finishWhole();
     if (!body.isEmpty())
         emit readyRead();
 }
@@ -196,8 +197,20 @@ void UploadReply::endConnection(QAbstractSocket::SocketError reason)
         return fail(replyError(reason), m_socket->errorString());
     m_answer.end();
     if (m_answer.isWhole())
-        return finish();
+        return finishWhole();
     fail(RemoteHostClosedError, tr("The connection was closed before the service answered."));
+}
+
+void UploadReply::finishWhole()
+{
+    const int status = m_answer.status();
+    if (status < 400)
+        return finish();
+    // The words of Qt's manager, since the other requests fail with them.
+    const QString text =
+        QCoreApplication::translate("QHttp", "Error transferring %1 - server replied: %2");
+    fail(status < 500 ? UnknownContentError : UnknownServerError,
+         text.arg(url().toString(), QString::fromLatin1(m_answer.reason())));
 }
 
 void UploadReply::fail(NetworkError error, const QString &text)

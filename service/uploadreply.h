@@ -13,8 +13,8 @@ class QTcpSocket;
 /// A POST over HTTP/1.1 on a connection of its own, which reads its body from a device while it
 /// sends and is sent once, whatever happens. An answer that is whole before the body's end counts:
 /// the rest of the body is not sent. Redirects are not followed, proxies are not asked, there is no
-/// time limit, and cookies are those of the request's headers. An HTTP status is not turned into an
-/// error(). The end is told from the event loop, also after abort().
+/// time limit, and cookies are those of the request's headers. The end is told from the event loop,
+/// also after abort().
 class UploadReply final : public QNetworkReply
 {
     Q_OBJECT
@@ -45,6 +45,7 @@ private:
     void takeAnswer(const QByteArray &bytes);
     void showHead();
     void endConnection(QAbstractSocket::SocketError reason);
+    void finishWhole();
     void fail(NetworkError error, const QString &text);
     void finish();
     void tellEnd();

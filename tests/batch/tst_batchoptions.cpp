@@ -76,6 +76,11 @@ private slots:
         QCOMPARE(user.value("default_audio_format").toString(), QStringLiteral("WMA"));
     }
 
+    void showsNoTextThatATerminalObeys()
+    {
+        QCOMPARE(printable("a\x1b[2J\n\tnäh\u202e 🎵"), "a\ufffd[2J näh\ufffd 🎵");
+    }
+
     void barOnlyGrowsAndNeverWraps()
     {
         const QList<BatchProgress> road{
