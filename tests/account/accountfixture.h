@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/base/programdata.h"
+#include "tests/support/rows.h"
 #include "tests/support/scriptedserver.h"
 #include "tests/support/testmain.h"
 

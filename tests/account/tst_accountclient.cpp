@@ -47,30 +47,25 @@ private slots:
 
     void tellsWhatWentWrong_data()
     {
-        QTest::addColumn<ScriptedAnswer>("check");
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<QString>("outcome");
+        const Rows<ScriptedAnswer, ScriptedAnswer, QString> add;
         const Answer fine = Answer::text({}, 204);
         const Answer yes = Answer::text("1");
         const QString offline = "offline No internet connection!";
-        QTest::newRow("no network") << Answer::cut(Answer::Ending::Reset) << yes << offline;
-        QTest::newRow("network refuses") << Answer::text({}, 500) << yes << offline;
-        QTest::newRow("network is silent") << Answer::never() << yes << offline;
-        QTest::newRow("no answer") << fine << Answer::never() << "failed Operation canceled";
-        QTest::newRow("half an answer")
-            << fine << Answer::wrongLength("{\"ha", "400") << "failed Connection closed";
-        QTest::newRow("redirect") << fine << Answer::redirect(QUrl("http://127.0.0.1:1/"))
-                                  << "failed The service answered with a redirect, which is not "
-                                     "followed.";
-        QTest::newRow("page instead of the network's yes")
-            << Answer::text("<html>") << yes << "answered 1";
+        add("no network", Answer::cut(Answer::Ending::Reset), yes, offline);
+        add("network refuses", Answer::text({}, 500), yes, offline);
+        add("network is silent", Answer::never(), yes, offline);
+        add("no answer", fine, Answer::never(), "failed Operation canceled");
+        add("half an answer", fine, Answer::wrongLength("{\"ha", "400"),
+            "failed Connection closed");
+        add("redirect", fine, Answer::redirect(QUrl("http://127.0.0.1:1/")),
+            "failed The service answered with a redirect, which is not "
+            "followed.");
+        add("page instead of the network's yes", Answer::text("<html>"), yes, "answered 1");
     }
 
     void tellsWhatWentWrong()
     {
-        QFETCH(ScriptedAnswer, check);
-        QFETCH(ScriptedAnswer, answer);
-        QFETCH(QString, outcome);
+        const auto [check, answer, outcome] = fetchRow<ScriptedAnswer, ScriptedAnswer, QString>();
         m_client =
             std::make_unique<AccountClient>(*m_fixture->store, std::chrono::milliseconds(300));
         m_fixture->server.on("/generate_204", {check});
@@ -91,14 +86,14 @@ private slots:
     /// Nobody is called whose object is gone, and waiting ends with the object that waits.
     void requestsThatNobodyWaitsFor_data()
     {
-        QTest::addColumn<QString>("gone");
+        const Rows<QString> add;
         for (const char *gone : {"context", "client", "abandoned"})
-            QTest::newRow(gone) << gone;
+            add(gone, gone);
     }
 
     void requestsThatNobodyWaitsFor()
     {
-        QFETCH(QString, gone);
+        const auto [gone] = fetchRow<QString>();
         m_fixture->server.on(m_path, {Answer::text("1").held()});
         auto context = std::make_unique<QObject>();
         bool isCalled = false;

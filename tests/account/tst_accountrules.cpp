@@ -13,36 +13,32 @@ class TestAccountRules final : public TestCase
 private slots:
     void replies_data()
     {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<UserReply::Kind>("kind");
-        QTest::addColumn<QString>("mode");
+        const Rows<QByteArray, UserReply::Kind, QString> add;
         using Kind = UserReply::Kind;
-        const auto row = [](const char *name, const QByteArray &body, Kind kind,
-                            const char *mode = "demo") {
-            QTest::newRow(name) << body << kind << mode;
-        };
-        row("subscribed", userJson("h", activePlan), Kind::User, "full");
-        row("expired, numbers as texts", userJson("h", expiredPlan), Kind::User);
-        row("no subscription", userJson("h"), Kind::User);
-        row("subscription of another shape", userJson("h", "[1]"), Kind::User);
-        row("expired as a truth value", userJson("h", R"({"id":1,"expired":true})"), Kind::User);
-        row("a sentence", "The password is wrong.", Kind::Refusal);
-        row("a number", "0", Kind::Refusal);
-        row("no hash", R"({"user_id":7})", Kind::Garbled);
-        row("hash of another type", R"({"hash":{"a":1}})", Kind::Garbled);
-        row("half an object", userJson("h").chopped(5), Kind::Garbled);
-        row("a list", "[" + userJson("h") + "]", Kind::Garbled);
-        row("somebody's page", "\n<!DOCTYPE html><p>Pay for the network</p>", Kind::Garbled);
-        row("nothing", " \n", Kind::Garbled);
-        row("deep", QByteArray(5000, '['), Kind::Garbled);
+        add("subscribed", userJson("h", activePlan), Kind::User, "full");
+        add("expired, numbers as texts", userJson("h", expiredPlan), Kind::User, "demo");
+        add("no subscription", userJson("h"), Kind::User, "demo");
+        add("subscription of another shape", userJson("h", "[1]"), Kind::User, "demo");
+        add("expired as a truth value", userJson("h", R"({"id":1,"expired":true})"), Kind::User,
+            "demo");
+        add("a sentence", "The password is wrong.", Kind::Refusal, "demo");
+        add("a number", "0", Kind::Refusal, "demo");
+        add("no hash", R"({"user_id":7})", Kind::Garbled, "demo");
+        add("hash of another type", R"({"hash":{"a":1}})", Kind::Garbled, "demo");
+        add("half an object", userJson("h").chopped(5), Kind::Garbled, "demo");
+        add("a list", "[" + userJson("h") + "]", Kind::Garbled, "demo");
+        add("somebody's page", "\n<!DOCTYPE html><p>Pay for the network</p>", Kind::Garbled,
+            "demo");
+        add("nothing", " \n", Kind::Garbled, "demo");
+        add("deep", QByteArray(5000, '['), Kind::Garbled, "demo");
     }
 
     void replies()
     {
-        QFETCH(QByteArray, body);
+        const auto [body, kind, mode] = fetchRow<QByteArray, UserReply::Kind, QString>();
         const UserReply reply = parseUserReply(QString::fromUtf8(body));
-        QTEST(reply.kind, "kind");
-        QTEST(runMode(reply.user), "mode");
+        QCOMPARE(reply.kind, kind);
+        QCOMPARE(runMode(reply.user), mode);
         const bool isUser = reply.kind == UserReply::Kind::User;
         QCOMPARE(reply.accessToken, isUser ? "token-h" : "");
         QCOMPARE(reply.user.userId, isUser ? 7 : 0);
@@ -50,23 +46,22 @@ private slots:
 
     void typedTexts_data()
     {
-        QTest::addColumn<QString>("problem");
-        QTest::addColumn<bool>("isFine");
-        QTest::newRow("e-mail") << problemWithEmail(" a+b@host ") << true;
-        QTest::newRow("e-mail without a host") << problemWithEmail("a@") << false;
-        QTest::newRow("two e-mails") << problemWithEmail("a@b c@d") << false;
-        QTest::newRow("old short password") << problemWithPassword("x") << true;
-        QTest::newRow("no password") << problemWithPassword("") << false;
-        QTest::newRow("new password of blanks") << problemWithNewPassword("        ") << true;
-        QTest::newRow("new short password") << problemWithNewPassword("1234567") << false;
-        QTest::newRow("name of blanks") << problemWithName("  ") << false;
-        QTest::newRow("code") << problemWithCode("a1") << true;
+        const Rows<QString, bool> add;
+        add("e-mail", problemWithEmail(" a+b@host "), true);
+        add("e-mail without a host", problemWithEmail("a@"), false);
+        add("two e-mails", problemWithEmail("a@b c@d"), false);
+        add("old short password", problemWithPassword("x"), true);
+        add("no password", problemWithPassword(""), false);
+        add("new password of blanks", problemWithNewPassword("        "), true);
+        add("new short password", problemWithNewPassword("1234567"), false);
+        add("name of blanks", problemWithName("  "), false);
+        add("code", problemWithCode("a1"), true);
     }
 
     void typedTexts()
     {
-        QFETCH(QString, problem);
-        QTEST(problem.isEmpty(), "isFine");
+        const auto [problem, isFine] = fetchRow<QString, bool>();
+        QCOMPARE(problem.isEmpty(), isFine);
     }
 };
 

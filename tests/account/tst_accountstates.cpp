@@ -41,41 +41,29 @@ private slots:
 
     void states_data()
     {
-        QTest::addColumn<ScriptedAnswer>("network");
-        QTest::addColumn<QByteArray>("user");
-        QTest::addColumn<QByteArray>("filesLeft");
-        QTest::addColumn<bool>("isSignedIn");
-        QTest::addColumn<QString>("mode");
-        QTest::addColumn<bool>("isLimitReached");
-        QTest::addColumn<QString>("licence");
-        QTest::addColumn<QString>("shown");
+        const Rows<ScriptedAnswer, QByteArray, QByteArray, bool, QString, bool, QString, QString>
+            add;
         const Answer there = Answer::text({}, 204);
-        const auto row = [&](const char *name, const Answer &network, const QByteArray &user,
-                             const QByteArray &left, bool isSignedIn, const char *mode,
-                             bool isLimitReached, const char *licence, const char *shown) {
-            QTest::newRow(name) << network << user << left << isSignedIn << mode << isLimitReached
-                                << licence << shown;
-        };
-        row("signed in", there, userJson("h", activePlan), "7", true, "full", false, "active",
+        add("signed in", there, userJson("h", activePlan), "7", true, "full", false, "active",
             "Files left for today: 7");
-        row("demo", there, userJson("h"), "7", true, "demo", false, "none",
+        add("demo", there, userJson("h"), "7", true, "demo", false, "none",
             "This is a demo account.");
-        row("expired", there, userJson("h", expiredPlan), "7", true, "demo", false, "expired",
+        add("expired", there, userJson("h", expiredPlan), "7", true, "demo", false, "expired",
             "Your subscription has expired.");
-        row("limit reached", there, userJson("h", activePlan), "0", true, "full", true, "active",
+        add("limit reached", there, userJson("h", activePlan), "0", true, "full", true, "active",
             "No files left for today.");
-        row("limit not told", there, userJson("h", activePlan), "Ask later.", true, "full", false,
+        add("limit not told", there, userJson("h", activePlan), "Ask later.", true, "full", false,
             "active", "Your subscription is active");
-        row("offline", Answer::cut(), {}, "0", true, "demo", true, "none",
+        add("offline", Answer::cut(), {}, "0", true, "demo", true, "none",
             "No internet connection!");
-        row("signed out", there, "Please sign in.", "?", false, "demo", false, "none", "");
+        add("signed out", there, "Please sign in.", "?", false, "demo", false, "none", "");
     }
 
     void states()
     {
-        QFETCH(ScriptedAnswer, network);
-        QFETCH(QByteArray, user);
-        QFETCH(QByteArray, filesLeft);
+        const auto [network, user, filesLeft, isSignedIn, mode, isLimitReached, licence, shown] =
+            fetchRow<ScriptedAnswer, QByteArray, QByteArray, bool, QString, bool, QString,
+                     QString>();
         ProgramData &store = *m_fixture->store;
         Session(store).begin(parseUser(userJson("h")));
         store.setUser({});
@@ -89,16 +77,15 @@ private slots:
         QSignalSpy out(&auth, &UserAuth::signedOut);
         auth.initialCheck();
         QTRY_COMPARE(in.size() + out.size(), 1);
-        QTEST(in.size() == 1, "isSignedIn");
-        QTEST(runMode(m_fixture->store->user()), "mode");
+        QCOMPARE(in.size() == 1, isSignedIn);
+        QCOMPARE(runMode(m_fixture->store->user()), mode);
         TekoServer client(*m_fixture->store);
-        QTEST(isDailyLimitReached(client.processedFilesRemains("h")), "isLimitReached");
+        QCOMPARE(isDailyLimitReached(client.processedFilesRemains("h")), isLimitReached);
 
         MyAccount window(*m_fixture->store);
         QSignalSpy closed(&window, &MyAccount::showParent);
         window.openWindow();
-        QTEST(window.rootObject()->property("licence").toString(), "licence");
-        QFETCH(QString, shown);
+        QCOMPARE(window.rootObject()->property("licence").toString(), licence);
         if (in.isEmpty())
             QTRY_COMPARE(closed.size(), 1);
         else
@@ -107,18 +94,15 @@ private slots:
 
     void changes_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QString>("error");
-        QTest::addColumn<bool>("isEditing");
-        QTest::newRow("taken over") << userJson("h", activePlan) << "" << false;
-        QTest::newRow("refused") << QByteArray("<b>Taken</b>") << "<b>Taken</b>" << true;
-        QTest::newRow("strange") << QByteArray() << "The service gave an empty answer." << true;
+        const Rows<QByteArray, QString, bool> add;
+        add("taken over", userJson("h", activePlan), "", false);
+        add("refused", "<b>Taken</b>", "<b>Taken</b>", true);
+        add("strange", "", "The service gave an empty answer.", true);
     }
 
     void changes()
     {
-        QFETCH(QByteArray, answer);
-        QFETCH(QString, error);
+        const auto [answer, error, isEditing] = fetchRow<QByteArray, QString, bool>();
         m_fixture->server.on("/teko-server/auth/update.php", {Answer::text(answer)});
         Session(*m_fixture->store).begin(parseUser(userJson("h")));
         MyAccount window(*m_fixture->store);
@@ -131,7 +115,7 @@ private slots:
         QVERIFY(view->property("isBusy").toBool());
         QTRY_VERIFY(!view->property("isBusy").toBool());
         QCOMPARE(view->property("errorText").toString(), error);
-        QTEST(view->property("isEditing").toBool(), "isEditing");
+        QCOMPARE(view->property("isEditing").toBool(), isEditing);
         const ScriptedRequest sent =
             m_fixture->server.requests("/teko-server/auth/update.php").constFirst();
         QCOMPARE(sent.field("hash") + '|' + sent.field("name") + '|' + sent.field("email") + '|'

@@ -1,29 +1,17 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "account/credentialsfile.h"
+#include "tests/support/files.h"
+#include "tests/support/rows.h"
 #include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTest>
 
 namespace {
 
 const Credentials sample{"key-1234", "ann@b.de", "hash-5678", "token-9", false};
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void setContent(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-}
 
 } // namespace
 
@@ -42,11 +30,11 @@ private slots:
             QCOMPARE(file.read(), credentials);
         }
         QVERIFY(file.write(sample));
-        const QByteArray content = contentOf(path());
+        const QByteArray content = readFile(path());
         for (const QString &secret : {sample.publicKey, sample.email, sample.hash})
             QVERIFY(!content.contains(secret.toUtf8()));
         QVERIFY(file.write(sample));
-        QVERIFY(contentOf(path()) != content);
+        QVERIFY(readFile(path()) != content);
         QCOMPARE(QFile::permissions(path()) & ~(QFile::ReadUser | QFile::WriteUser),
                  QFile::ReadOwner | QFile::WriteOwner);
     }
@@ -54,49 +42,42 @@ private slots:
     /// Every file but a whole one of this machine means: not signed in. It is kept aside.
     void unusableFiles_data()
     {
-        QTest::addColumn<QByteArray>("content");
+        const Rows<QByteArray> add;
         const QByteArray whole = sealCredentials(sample, m_key);
         QByteArray changed = whole;
         changed[changed.size() - 20] = char(changed.at(changed.size() - 20) ^ 1);
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("another program's") << QByteArray(200, 'x');
-        QTest::newRow("cut in the nonce") << whole.left(10);
-        QTest::newRow("cut in the box") << whole.chopped(1);
-        QTest::newRow("longer") << whole + "x";
-        QTest::newRow("one bit changed") << changed;
-        QTest::newRow("another machine's")
-            << sealCredentials(sample, credentialsKey("text", "other machine"));
-        QTest::newRow("huge") << whole + QByteArray(10'000'000, '\0');
+        add("empty", "");
+        add("another program's", QByteArray(200, 'x'));
+        add("cut in the nonce", whole.left(10));
+        add("cut in the box", whole.chopped(1));
+        add("longer", whole + "x");
+        add("one bit changed", changed);
+        add("another machine's", sealCredentials(sample, credentialsKey("text", "other machine")));
+        add("huge", whole + QByteArray(10'000'000, '\0'));
     }
 
     void unusableFiles()
     {
-        QFETCH(QByteArray, content);
-        setContent(path(), content);
-        setContent(path() + ".damaged", "an earlier one");
+        const auto [content] = fetchRow<QByteArray>();
+        writeFile(path(), content);
+        writeFile(path() + ".damaged", "an earlier one");
         const CredentialsFile file(m_folder.path(), m_key);
         QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("cannot be used.*kept aside"));
         QCOMPARE(file.read(), std::nullopt);
         QVERIFY(!QFile::exists(path()));
-        QCOMPARE(contentOf(path() + ".damaged"), content);
+        QCOMPARE(readFile(path() + ".damaged"), content);
         QVERIFY(file.write(sample));
         QCOMPARE(file.read(), sample);
     }
 
-    void placesThatCannotBeWritten_data()
-    {
-        QTest::addColumn<QString>("folder");
-        QTest::newRow("no folder") << QString();
-        QTest::newRow("missing folder") << m_folder.filePath("gone");
-    }
-
     void placesThatCannotBeWritten()
     {
-        QFETCH(QString, folder);
-        const CredentialsFile file(folder, m_key);
-        QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("cannot be written"));
-        QVERIFY(!file.write(sample));
-        QCOMPARE(file.read(), std::nullopt);
+        for (const QString &folder : {QString(), m_folder.filePath("gone")}) {
+            const CredentialsFile file(folder, m_key);
+            QTest::ignoreMessage(QtCriticalMsg, QRegularExpression("cannot be written"));
+            QVERIFY(!file.write(sample));
+            QCOMPARE(file.read(), std::nullopt);
+        }
     }
 
     void fullDiskKeepsTheOldFile()

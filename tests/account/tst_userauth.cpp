@@ -54,23 +54,19 @@ private slots:
     /// Only the service's refusal ends a kept session.
     void keptSession_data()
     {
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<bool>("isNetworkThere");
-        QTest::addColumn<bool>("staysSignedIn");
-        QTest::newRow("refused") << Answer::text("Please sign in again.") << true << false;
-        QTest::newRow("network away") << Answer::text("x") << false << true;
-        QTest::newRow("service broken") << Answer::text("Oops", 500) << true << true;
-        QTest::newRow("answer cut off") << Answer::cut() << true << true;
-        QTest::newRow("half an answer") << Answer::text("{\"user_id\":") << true << true;
-        QTest::newRow("network's own page") << Answer::text("<html>Pay</html>") << true << true;
-        QTest::newRow("redirect") << Answer::redirect(QUrl("http://127.0.0.1:1/")) << true << true;
+        const Rows<ScriptedAnswer, bool, bool> add;
+        add("refused", Answer::text("Please sign in again."), true, false);
+        add("network away", Answer::text("x"), false, true);
+        add("service broken", Answer::text("Oops", 500), true, true);
+        add("answer cut off", Answer::cut(), true, true);
+        add("half an answer", Answer::text("{\"user_id\":"), true, true);
+        add("network's own page", Answer::text("<html>Pay</html>"), true, true);
+        add("redirect", Answer::redirect(QUrl("http://127.0.0.1:1/")), true, true);
     }
 
     void keptSession()
     {
-        QFETCH(ScriptedAnswer, answer);
-        QFETCH(bool, isNetworkThere);
-        QFETCH(bool, staysSignedIn);
+        const auto [answer, isNetworkThere, staysSignedIn] = fetchRow<ScriptedAnswer, bool, bool>();
         signIn("h1");
         if (!isNetworkThere)
             server().on("/generate_204", {Answer::cut()});
@@ -196,49 +192,35 @@ private slots:
 
     void forms_data()
     {
-        QTest::addColumn<Form>("form");
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QStringList>("events");
-        QTest::addColumn<QString>("error");
-        const auto row = [](const char *name, const Form &form, const char *path,
-                            const QByteArray &answer, const QByteArray &body,
-                            const QStringList &events, const QString &error = {}) {
-            QTest::newRow(name) << form << QByteArray("/teko-server/auth/") + path << answer << body
-                                << events << error;
-        };
+        const Rows<Form, QByteArray, QByteArray, QByteArray, QStringList, QString> add;
         const Form login = [](UserAuth &auth) { auth.signIn(" a@b ", " pass "); };
-        const Form add = [](UserAuth &auth) { auth.registerAccount(" Ann ", "a@b", "12345678"); };
+        const Form enrol = [](UserAuth &auth) { auth.registerAccount(" Ann ", "a@b", "12345678"); };
         const Form ask = [](UserAuth &auth) { auth.startRecovery("a@b"); };
         const QStringList in{"in", "welcome"};
-        row("sign in", login, "login.php", userJson("h"), "email=a@b&password=%20pass%20", in);
-        row("markup", login, "login.php", "<b>No</b>", "email=a@b&password=%20pass%20", {},
+        add("sign in", login, "login.php", userJson("h"), "email=a@b&password=%20pass%20", in, "");
+        add("markup", login, "login.php", "<b>No</b>", "email=a@b&password=%20pass%20", {},
             "<b>No</b>");
-        row("nothing", login, "login.php", "", "email=a@b&password=%20pass%20", {},
+        add("nothing", login, "login.php", "", "email=a@b&password=%20pass%20", {},
             "The service gave an empty answer.");
-        row("refusal", login, "login.php", "No <b>way</b>.", "email=a@b&password=%20pass%20", {},
+        add("refusal", login, "login.php", "No <b>way</b>.", "email=a@b&password=%20pass%20", {},
             "No <b>way</b>.");
-        row("register", add, "register.php", userJson("h"), "name=Ann&email=a@b&password=12345678",
-            in);
-        row("taken", add, "register.php", "Taken.", "name=Ann&email=a@b&password=12345678", {},
+        add("register", enrol, "register.php", userJson("h"),
+            "name=Ann&email=a@b&password=12345678", in, "");
+        add("taken", enrol, "register.php", "Taken.", "name=Ann&email=a@b&password=12345678", {},
             "Taken.");
-        row("recover", ask, "recover.php", "1\n", "email=a@b", {"recover"});
-        row("no recovery", ask, "recover.php", "Too many tries.", "email=a@b", {},
+        add("recover", ask, "recover.php", "1\n", "email=a@b", {"recover"}, "");
+        add("no recovery", ask, "recover.php", "Too many tries.", "email=a@b", {},
             "Too many tries.");
-        row(
-            "typing error", [](UserAuth &auth) { auth.signIn("a", "b"); }, "login.php", "", "", {},
+        const Form typingError = [](UserAuth &auth) { auth.signIn("a", "b"); };
+        add("typing error", typingError, "login.php", "", "", {},
             "Please enter a valid e-mail address.");
     }
 
     void forms()
     {
-        QFETCH(Form, form);
-        QFETCH(QByteArray, path);
-        QFETCH(QByteArray, answer);
-        QFETCH(QByteArray, body);
-        QFETCH(QStringList, events);
-        QFETCH(QString, error);
+        const auto [form, script, answer, body, events, error] =
+            fetchRow<Form, QByteArray, QByteArray, QByteArray, QStringList, QString>();
+        const QByteArray path = "/teko-server/auth/" + script;
         server().on(path, {Answer::text(answer)});
         form(*m_auth);
         QCOMPARE(m_auth->isBusy(), !body.isEmpty());

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "sounds.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>

@@ -10,177 +10,159 @@ class ServiceAccountsTest final : public ServiceCase
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void accountsAreKeptApart_data();
-    void accountsAreKeptApart();
-    void refusesBeforeTheFileArrives_data();
-    void refusesBeforeTheFileArrives();
-    void lifeOfAnAccount();
-    void limitsSignInTries();
+    void initTestCase()
+    {
+        startAfresh();
+        m_job = m_client->upload(m_song, fields());
+        QCOMPARE(m_client->waitForEnd(m_job), "-1");
+        m_otto = Client(m_service->url, {})
+                     .json("auth/register.php",
+                           {{"name", "Otto"}, {"email", "otto@b.org"}, {"password", "12345678"}});
+    }
+
+    void accountsAreKeptApart_data()
+    {
+        const Rows<QString, QString, Form, QByteArray> add;
+        const Form job = {{"songID", m_job}};
+        const Form demo = {{"songId", m_job}, {"extension", "mp3"}};
+        const Form file = {{"fileName", "x.wav"}};
+        const Form name = {{"name", "O"}, {"email", "o@b.org"}};
+        Form repeat = fields({{"instrument", "bass"}, {"hash", ""}});
+        repeat += Form{{"uploadedFileName", "x.wav"}};
+        struct Road
+        {
+            const char *path;
+            Form form;
+            QByteArray nobody, stranger, owner;
+        };
+        const Road roads[] = {
+            {"remains.php", job, unknownFile, unknownFile, "-1"},
+            {"cancel.php", job, unknownFile, unknownFile, "There was nothing left to cancel."},
+            {"download.php", job, unknownFile, unknownFile, "http.+/vocals.wav.http.+.wav"},
+            {"repeatDemo.php", demo, unknownSession, unknownFile, "This file is not a demo: .+"},
+            {"repeat.php", repeat, unknownSession, "The service no longer has this file. .+",
+             "\\d+"},
+            {"processedFilesRemains.php", {}, unknownSession, "1000000", "1000000"},
+            {"auth/archive.php", {}, unknownSession, "\\[\\]", ".*My Söng.*"},
+            {"auth/check.php", {}, unknownSession, ".*otto@b.org.*", ".*local@localhost.*"},
+            {"auth/update.php", name, unknownSession, ".*o@b.org.*", ".* already an account .*"},
+            {"removeUploaded.php", file, unknownSession, "Removed.", "Removed."},
+            {"auth/logout.php", {}, unknownSession, "1", "1"},
+        };
+        for (const auto &[path, form, nobody, stranger, owner] : roads) {
+            const QString row = QString(path) + ", ";
+            add(row + "nobody", path, "nobody", form, nobody);
+            add(row + "unknown", path, "unknown", form, unknownSession);
+            add(row + "stranger", path, "stranger", form, stranger);
+            add(row + "owner", path, "owner", form, owner);
+        }
+    }
+
+    /// The session stands in the cookie and then in the form: that makes no difference.
+    void accountsAreKeptApart()
+    {
+        const auto [path, who, form, answer] = fetchRow<QString, QString, Form, QByteArray>();
+        const QMap<QString, QString> sessions = {{"unknown", QString(64, '0')},
+                                                 {"stranger", m_otto["hash"].toString()},
+                                                 {"owner", m_service->hash}};
+        const QRegularExpression pattern(
+            QRegularExpression::anchoredPattern(QString::fromUtf8(answer)),
+            QRegularExpression::DotMatchesEverythingOption);
+        Client client(m_service->url, sessions[who]);
+        const QByteArray first = client.post(path, form);
+        QVERIFY2(pattern.match(QString::fromUtf8(first)).hasMatch(), first);
+        if (path != "auth/logout.php" || who == "owner") {
+            client.session.clear();
+            const QByteArray second = client.post(path, form + Form{{"hash", sessions[who]}});
+            QVERIFY2(pattern.match(QString::fromUtf8(second)).hasMatch(), second);
+        }
+        // Nothing has happened to what is the owner's.
+        QCOMPARE(m_client->post("remains.php", {{"songID", m_job}}), "-1");
+        if (path != "auth/logout.php" && (path != "removeUploaded.php" || who != "owner"))
+            QCOMPARE(filesIn("uploads").size(), 1);
+        if (path == "auth/logout.php" && who == "stranger")
+            QCOMPARE(Client(m_service->url, sessions[who]).post("auth/check.php", {}),
+                     unknownSession);
+    }
+
+    void refusesBeforeTheFileArrives_data()
+    {
+        const Rows<QString, Form, QByteArray> add;
+        const QByteArray noRoom = "The service has no room left on its disk.";
+        const QString unknown(64, '0');
+        add("unknown cookie", unknown, {}, unknownSession);
+        add("unknown field", "", {{"hash", unknown}}, unknownSession);
+        add("known, with another's token", "", {{"hash", "LOCAL"}, {"accessToken", "x"}},
+            unknownSession);
+        add("known", "LOCAL", {}, noRoom);
+        add("not told yet", "", {}, noRoom);
+    }
+
+    /// With no folder for it, a file that is taken ends otherwise than one that is not.
+    void refusesBeforeTheFileArrives()
+    {
+        auto [cookie, before, answer] = fetchRow<QString, Form, QByteArray>();
+        for (auto &[key, value] : before)
+            value.replace("LOCAL", m_service->hash);
+        Client client(m_service->url, cookie.replace("LOCAL", m_service->hash));
+        QDir data(m_dir->filePath("data"));
+        QVERIFY(data.rename("uploads", "away"));
+        const QByteArray got = client.upload(m_song, {{"instrument", "bass"}}, "y.wav", before);
+        QVERIFY(data.rename("away", "uploads"));
+        QCOMPARE(got, answer);
+    }
+
+    void lifeOfAnAccount()
+    {
+        Client other(m_service->url, {});
+        Form person = {{"name", "Eva"}, {"email", "eva@b.org"}, {"password", "12345678"}};
+        const QJsonObject eva = other.json("auth/register.php", person);
+        QCOMPARE(eva["subscription"].toObject()["expired"].toInt(-1), 0);
+        const QJsonObject again = other.json("auth/login.php", person);
+        QVERIFY(again["hash"] != eva["hash"] && again["user_id"] == eva["user_id"]);
+        const QString hash = eva["hash"].toString();
+        const auto change = [&](const QString &password) {
+            return other.post("auth/update.php",
+                              {{"hash", hash},
+                               {"accessToken", eva["access_token"].toString()},
+                               {"name", "E"},
+                               {"email", "e@b.org"},
+                               {"password", password}});
+        };
+        QVERIFY(change("").contains("\"e@b.org\""));
+        QVERIFY(change(QString(7, 'x')).contains("at least 8"));
+        QVERIFY(change(QString(1025, 'x')).contains("too long"));
+        QVERIFY(other.post("auth/check.php", {{"hash", hash}}).contains("\"E\""));
+
+        QCOMPARE(other.post("auth/recover.php", {{"email", "e@b.org"}}), "1");
+        QCOMPARE(other.post("auth/recover.php", {{"email", "nobody@b.org"}}), "1");
+        static const QRegularExpression pattern("code for e@b.org is (\\w+)");
+        QTRY_VERIFY(pattern.match(m_service->log()).hasMatch());
+        const QString code = pattern.match(m_service->log()).captured(1);
+        const Form recovery = {{"email", "e@b.org"}, {"code", code}, {"password", "abcdefgh"}};
+        QCOMPARE(other.post("auth/recover.php", recovery), "1");
+        QVERIFY(other.post("auth/recover.php", recovery).contains("no longer valid"));
+        QCOMPARE(other.post("auth/check.php", {{"hash", hash}}), unknownSession);
+    }
+
+    void limitsSignInTries()
+    {
+        const auto tryPassword = [this](const QString &email) {
+            return m_client->post("auth/login.php", {{"email", email}, {"password", "wrong"}});
+        };
+        const QByteArray wrong = tryPassword("local@localhost");
+        QVERIFY(wrong.contains("is wrong"));
+        QCOMPARE(tryPassword("nobody@localhost"), wrong);
+        for (int i = 1; i < 10; ++i)
+            QCOMPARE(tryPassword("Local@localhost"), wrong);
+        QVERIFY(tryPassword("local@localhost").contains("Too many tries"));
+        QCOMPARE(tryPassword("nobody@localhost"), wrong);
+    }
 
 private:
     QByteArray m_job; // of the local account, from the upload "x.wav"
     QJsonObject m_otto; // somebody else
 };
-
-void ServiceAccountsTest::initTestCase()
-{
-    startAfresh();
-    m_job = m_client->upload(m_song, fields());
-    QCOMPARE(m_client->waitForEnd(m_job), "-1");
-    m_otto = Client(m_service->url, {})
-                 .json("auth/register.php",
-                       {{"name", "Otto"}, {"email", "otto@b.org"}, {"password", "12345678"}});
-}
-
-void ServiceAccountsTest::accountsAreKeptApart_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("who");
-    QTest::addColumn<Form>("form");
-    QTest::addColumn<QByteArray>("answer"); // a regular expression
-    const Form job = {{"songID", m_job}};
-    const Form demo = {{"songId", m_job}, {"extension", "mp3"}};
-    const Form file = {{"fileName", "x.wav"}};
-    const Form name = {{"name", "O"}, {"email", "o@b.org"}};
-    Form repeat = fields({{"instrument", "bass"}, {"hash", ""}});
-    repeat += Form{{"uploadedFileName", "x.wav"}};
-    struct Road
-    {
-        const char *path;
-        Form form;
-        QByteArray nobody, stranger, owner;
-    };
-    const Road roads[] = {
-        {"remains.php", job, unknownFile, unknownFile, "-1"},
-        {"cancel.php", job, unknownFile, unknownFile, "There was nothing left to cancel."},
-        {"download.php", job, unknownFile, unknownFile, "http.+/vocals.wav.http.+.wav"},
-        {"repeatDemo.php", demo, unknownSession, unknownFile, "This file is not a demo: .+"},
-        {"repeat.php", repeat, unknownSession, "The service no longer has this file. .+", "\\d+"},
-        {"processedFilesRemains.php", {}, unknownSession, "1000000", "1000000"},
-        {"auth/archive.php", {}, unknownSession, "\\[\\]", ".*My Söng.*"},
-        {"auth/check.php", {}, unknownSession, ".*otto@b.org.*", ".*local@localhost.*"},
-        {"auth/update.php", name, unknownSession, ".*o@b.org.*", ".* already an account .*"},
-        {"removeUploaded.php", file, unknownSession, "Removed.", "Removed."},
-        {"auth/logout.php", {}, unknownSession, "1", "1"},
-    };
-    for (const auto &[path, form, nobody, stranger, owner] : roads) {
-        const auto row = [&, &path = path, &form = form](const QString &who,
-                                                         const QByteArray &answer) {
-            QTest::addRow("%s, %s", path, qPrintable(who)) << path << who << form << answer;
-        };
-        row("nobody", nobody);
-        row("unknown", unknownSession);
-        row("stranger", stranger);
-        row("owner", owner);
-    }
-}
-
-/// The session stands in the cookie and then in the form: that makes no difference.
-void ServiceAccountsTest::accountsAreKeptApart()
-{
-    QFETCH(QString, path);
-    QFETCH(QString, who);
-    QFETCH(Form, form);
-    QFETCH(QByteArray, answer);
-    const QMap<QString, QString> sessions = {{"unknown", QString(64, '0')},
-                                             {"stranger", m_otto["hash"].toString()},
-                                             {"owner", m_service->hash}};
-    const QRegularExpression pattern(QRegularExpression::anchoredPattern(QString::fromUtf8(answer)),
-                                     QRegularExpression::DotMatchesEverythingOption);
-    Client client(m_service->url, sessions[who]);
-    const QByteArray first = client.post(path, form);
-    QVERIFY2(pattern.match(QString::fromUtf8(first)).hasMatch(), first);
-    if (path != "auth/logout.php" || who == "owner") {
-        client.session.clear();
-        const QByteArray second = client.post(path, form + Form{{"hash", sessions[who]}});
-        QVERIFY2(pattern.match(QString::fromUtf8(second)).hasMatch(), second);
-    }
-    // Nothing has happened to what is the owner's.
-    QCOMPARE(m_client->post("remains.php", {{"songID", m_job}}), "-1");
-    if (path != "auth/logout.php" && (path != "removeUploaded.php" || who != "owner"))
-        QCOMPARE(filesIn("uploads").size(), 1);
-    if (path == "auth/logout.php" && who == "stranger")
-        QCOMPARE(Client(m_service->url, sessions[who]).post("auth/check.php", {}), unknownSession);
-}
-
-void ServiceAccountsTest::refusesBeforeTheFileArrives_data()
-{
-    QTest::addColumn<QString>("cookie");
-    QTest::addColumn<Form>("before");
-    QTest::addColumn<QByteArray>("answer");
-    const QByteArray noRoom = "The service has no room left on its disk.";
-    const QString unknown(64, '0');
-    QTest::newRow("unknown cookie") << unknown << Form() << unknownSession;
-    QTest::newRow("unknown field") << "" << Form{{"hash", unknown}} << unknownSession;
-    QTest::newRow("known, with another's token")
-        << "" << Form{{"hash", "LOCAL"}, {"accessToken", "x"}} << unknownSession;
-    QTest::newRow("known") << "LOCAL" << Form() << noRoom;
-    QTest::newRow("not told yet") << "" << Form() << noRoom;
-}
-
-/// With no folder for it, a file that is taken ends otherwise than one that is not.
-void ServiceAccountsTest::refusesBeforeTheFileArrives()
-{
-    QFETCH(QString, cookie);
-    QFETCH(Form, before);
-    QFETCH(QByteArray, answer);
-    for (auto &[key, value] : before)
-        value.replace("LOCAL", m_service->hash);
-    Client client(m_service->url, cookie.replace("LOCAL", m_service->hash));
-    QDir data(m_dir->filePath("data"));
-    QVERIFY(data.rename("uploads", "away"));
-    const QByteArray got = client.upload(m_song, {{"instrument", "bass"}}, "y.wav", before);
-    QVERIFY(data.rename("away", "uploads"));
-    QCOMPARE(got, answer);
-}
-
-void ServiceAccountsTest::lifeOfAnAccount()
-{
-    Client other(m_service->url, {});
-    Form person = {{"name", "Eva"}, {"email", "eva@b.org"}, {"password", "12345678"}};
-    const QJsonObject eva = other.json("auth/register.php", person);
-    QCOMPARE(eva["subscription"].toObject()["expired"].toInt(-1), 0);
-    const QJsonObject again = other.json("auth/login.php", person);
-    QVERIFY(again["hash"] != eva["hash"] && again["user_id"] == eva["user_id"]);
-    const QString hash = eva["hash"].toString();
-    const auto change = [&](const QString &password) {
-        return other.post("auth/update.php",
-                          {{"hash", hash},
-                           {"accessToken", eva["access_token"].toString()},
-                           {"name", "E"},
-                           {"email", "e@b.org"},
-                           {"password", password}});
-    };
-    QVERIFY(change("").contains("\"e@b.org\""));
-    QVERIFY(change(QString(7, 'x')).contains("at least 8"));
-    QVERIFY(change(QString(1025, 'x')).contains("too long"));
-    QVERIFY(other.post("auth/check.php", {{"hash", hash}}).contains("\"E\""));
-
-    QCOMPARE(other.post("auth/recover.php", {{"email", "e@b.org"}}), "1");
-    QCOMPARE(other.post("auth/recover.php", {{"email", "nobody@b.org"}}), "1");
-    static const QRegularExpression pattern("code for e@b.org is (\\w+)");
-    QTRY_VERIFY(pattern.match(m_service->log()).hasMatch());
-    const QString code = pattern.match(m_service->log()).captured(1);
-    const Form recovery = {{"email", "e@b.org"}, {"code", code}, {"password", "abcdefgh"}};
-    QCOMPARE(other.post("auth/recover.php", recovery), "1");
-    QVERIFY(other.post("auth/recover.php", recovery).contains("no longer valid"));
-    QCOMPARE(other.post("auth/check.php", {{"hash", hash}}), unknownSession);
-}
-
-void ServiceAccountsTest::limitsSignInTries()
-{
-    const auto tryPassword = [this](const QString &email) {
-        return m_client->post("auth/login.php", {{"email", email}, {"password", "wrong"}});
-    };
-    const QByteArray wrong = tryPassword("local@localhost");
-    QVERIFY(wrong.contains("is wrong"));
-    QCOMPARE(tryPassword("nobody@localhost"), wrong);
-    for (int i = 1; i < 10; ++i)
-        QCOMPARE(tryPassword("Local@localhost"), wrong);
-    QVERIFY(tryPassword("local@localhost").contains("Too many tries"));
-    QCOMPARE(tryPassword("nobody@localhost"), wrong);
-}
 
 TEKO_TEST_MAIN(ServiceAccountsTest)
 #include "tst_serviceaccounts.moc"

@@ -11,166 +11,150 @@ class ServiceProcessingTest final : public ServiceCase
     Q_OBJECT
 
 private slots:
-    void processesAFile();
-    void demoCanBeMadeWhole();
-    void cancelsAndGoesOnAfterACrash();
-    void appliesTheLicence_data();
-    void appliesTheLicence();
-    void runsAnotherSeparator_data();
-    void runsAnotherSeparator();
-};
+    void processesAFile()
+    {
+        startAfresh();
+        const QByteArray id = m_client->upload(m_song, fields());
+        QVERIFY2(id.toInt() > 0, id);
+        QCOMPARE(m_client->waitForEnd(id), "-1");
+        const QList<QByteArray> urls = m_client->post("download.php", {{"songID", id}}).split('|');
+        QCOMPARE(urls.size(), 2);
+        const QByteArray main = m_client->get(urls[0]);
+        const QByteArray mix = m_client->get(urls[1]);
+        QCOMPARE(main.size(), m_song.size());
+        QCOMPARE(mix.size(), m_song.size());
+        for (int at = 44; at < 4000; at += 2) {
+            const auto sample = [at](const QByteArray &wav) {
+                return qFromLittleEndian<qint16>(wav.constData() + at);
+            };
+            QCOMPARE(sample(main) + sample(mix), int(sample(m_song)));
+        }
+        QVERIFY(urls[0].endsWith("/vocals.wav") && urls[1].endsWith("/mix-without-vocals.wav"));
+        int status = 0;
+        QVERIFY(!m_client->get(urls[0] + "x", &status).startsWith("RIFF"));
+        QCOMPARE(status, 404);
 
-void ServiceProcessingTest::processesAFile()
-{
-    startAfresh();
-    const QByteArray id = m_client->upload(m_song, fields());
-    QVERIFY2(id.toInt() > 0, id);
-    QCOMPARE(m_client->waitForEnd(id), "-1");
-    const QList<QByteArray> urls = m_client->post("download.php", {{"songID", id}}).split('|');
-    QCOMPARE(urls.size(), 2);
-    const QByteArray main = m_client->get(urls[0]);
-    const QByteArray mix = m_client->get(urls[1]);
-    QCOMPARE(main.size(), m_song.size());
-    QCOMPARE(mix.size(), m_song.size());
-    for (int at = 44; at < 4000; at += 2) {
-        const auto sample = [at](const QByteArray &wav) {
-            return qFromLittleEndian<qint16>(wav.constData() + at);
-        };
-        QCOMPARE(sample(main) + sample(mix), int(sample(m_song)));
+        // A further instrument of the same file, without sending it again.
+        const Form repeat = fields({{"instrument", "drums"}}) + Form{{"uploadedFileName", "x.wav"}};
+        const QByteArray again = m_client->post("repeat.php", repeat);
+        QVERIFY2(again.toInt() > 0 && again != id, again);
+        QCOMPARE(m_client->waitForEnd(again), "-1");
+        const QJsonArray archive =
+            QJsonDocument::fromJson(m_client->post("auth/archive.php", {{"hash", m_service->hash}}))
+                .array();
+        QCOMPARE(archive.size(), 2);
+        const QJsonObject record = archive[1].toObject();
+        QCOMPARE(record["name"].toString(), "My Söng");
+        QCOMPARE(record["local_file_path"].toString(), "/home/a/My Söng.mp3");
+        QCOMPARE(record["instrument"].toString() + record["extension"].toString(), "vocalsmp3");
+        QCOMPARE(record["demoFile"].toString(), "no");
+        QCOMPARE(record["ai_id"].toInt(), id.toInt());
+        QCOMPARE(record["deleted"].toString(),
+                 QDateTime::currentDateTimeUtc().addDays(30).date().toString(Qt::ISODate));
+
+        // A late cancel takes nothing away; a removed upload cannot be repeated.
+        QCOMPARE(m_client->post("cancel.php", {{"songID", id}}),
+                 "There was nothing left to cancel.");
+        QCOMPARE(m_client->post("remains.php", {{"songID", id}}), "-1");
+        QCOMPARE(m_client->post("removeUploaded.php", {{"fileName", "x.wav"}}), "Removed.");
+        QCOMPARE(filesIn("uploads"), QStringList());
+        QVERIFY(m_client->post("repeat.php", repeat).contains("no longer has this file"));
     }
-    QVERIFY(urls[0].endsWith("/vocals.wav") && urls[1].endsWith("/mix-without-vocals.wav"));
-    int status = 0;
-    QVERIFY(!m_client->get(urls[0] + "x", &status).startsWith("RIFF"));
-    QCOMPARE(status, 404);
 
-    // A further instrument of the same file, without sending it again.
-    const Form repeat = fields({{"instrument", "drums"}}) + Form{{"uploadedFileName", "x.wav"}};
-    const QByteArray again = m_client->post("repeat.php", repeat);
-    QVERIFY2(again.toInt() > 0 && again != id, again);
-    QCOMPARE(m_client->waitForEnd(again), "-1");
-    const QJsonArray archive =
-        QJsonDocument::fromJson(m_client->post("auth/archive.php", {{"hash", m_service->hash}}))
-            .array();
-    QCOMPARE(archive.size(), 2);
-    const QJsonObject record = archive[1].toObject();
-    QCOMPARE(record["name"].toString(), "My Söng");
-    QCOMPARE(record["local_file_path"].toString(), "/home/a/My Söng.mp3");
-    QCOMPARE(record["instrument"].toString() + record["extension"].toString(), "vocalsmp3");
-    QCOMPARE(record["demoFile"].toString(), "no");
-    QCOMPARE(record["ai_id"].toInt(), id.toInt());
-    QCOMPARE(record["deleted"].toString(),
-             QDateTime::currentDateTimeUtc().addDays(30).date().toString(Qt::ISODate));
+    void demoCanBeMadeWhole()
+    {
+        startAfresh();
+        const QByteArray demo = m_client->upload(m_song, fields({{"version", "demo"}}));
+        QCOMPARE(m_client->waitForEnd(demo), "-1");
+        const QByteArray url = m_client->post("download.php", {{"songID", demo}}).split('|')[0];
+        QCOMPARE(m_client->get(url).size(), 44 + 2 * 30 * 8000);
+        m_client->post("removeUploaded.php", {{"fileName", "x.wav"}});
+        const Form form = {{"hash", m_service->hash}, {"extension", "flac"}, {"songId", demo}};
+        const QByteArray whole = m_client->post("repeatDemo.php", form);
+        QVERIFY2(whole.toInt() > 0 && whole != demo, whole);
+        QCOMPARE(m_client->waitForEnd(whole), "-1");
+        const QByteArray wholeUrl =
+            m_client->post("download.php", {{"songID", whole}}).split('|')[0];
+        QCOMPARE(m_client->get(wholeUrl).size(), m_song.size());
+        const Form notADemo = {{"hash", m_service->hash}, {"extension", "flac"}, {"songId", whole}};
+        QVERIFY(m_client->post("repeatDemo.php", notADemo).contains("not a demo"));
+    }
 
-    // A late cancel takes nothing away; a removed upload cannot be repeated.
-    QCOMPARE(m_client->post("cancel.php", {{"songID", id}}), "There was nothing left to cancel.");
-    QCOMPARE(m_client->post("remains.php", {{"songID", id}}), "-1");
-    QCOMPARE(m_client->post("removeUploaded.php", {{"fileName", "x.wav"}}), "Removed.");
-    QCOMPARE(filesIn("uploads"), QStringList());
-    QVERIFY(m_client->post("repeat.php", repeat).contains("no longer has this file"));
-}
-
-void ServiceProcessingTest::demoCanBeMadeWhole()
-{
-    startAfresh();
-    const QByteArray demo = m_client->upload(m_song, fields({{"version", "demo"}}));
-    QCOMPARE(m_client->waitForEnd(demo), "-1");
-    const QByteArray url = m_client->post("download.php", {{"songID", demo}}).split('|')[0];
-    QCOMPARE(m_client->get(url).size(), 44 + 2 * 30 * 8000);
-    m_client->post("removeUploaded.php", {{"fileName", "x.wav"}});
-    const Form form = {{"hash", m_service->hash}, {"extension", "flac"}, {"songId", demo}};
-    const QByteArray whole = m_client->post("repeatDemo.php", form);
-    QVERIFY2(whole.toInt() > 0 && whole != demo, whole);
-    QCOMPARE(m_client->waitForEnd(whole), "-1");
-    const QByteArray wholeUrl = m_client->post("download.php", {{"songID", whole}}).split('|')[0];
-    QCOMPARE(m_client->get(wholeUrl).size(), m_song.size());
-    const Form notADemo = {{"hash", m_service->hash}, {"extension", "flac"}, {"songId", whole}};
-    QVERIFY(m_client->post("repeatDemo.php", notADemo).contains("not a demo"));
-}
-
-void ServiceProcessingTest::cancelsAndGoesOnAfterACrash()
-{
+    void cancelsAndGoesOnAfterACrash()
+    {
 #ifdef Q_OS_UNIX
-    startAfresh({"--workers", "1", "--separator", "sleep 1000"});
-    const QByteArray first = m_client->upload(m_song, fields());
-    const QByteArray second = m_client->upload(m_song, fields(), "/b/second.wav");
-    QCOMPARE(m_client->upload(m_song, fields()), first); // the same request once more
-    QVERIFY(m_client->post("remains.php", {{"songID", second}}).toInt() > 0);
-    QVERIFY(m_client->post("download.php", {{"songID", first}}).contains("not ready"));
-    QCOMPARE(m_client->post("cancel.php", {{"songID", first}}), "Cancelled.");
-    QVERIFY(m_client->waitForEnd(first).contains("cancelled"));
-    m_service->crash();
-    restart({"--workers", "1"});
-    QCOMPARE(m_client->waitForEnd(second), "-1");
-    QVERIFY(m_client->post("remains.php", {{"songID", first}}).contains("cancelled"));
-    QVERIFY(m_service->endsCleanly());
+        startAfresh({"--workers", "1", "--separator", "sleep 1000"});
+        const QByteArray first = m_client->upload(m_song, fields());
+        const QByteArray second = m_client->upload(m_song, fields(), "/b/second.wav");
+        QCOMPARE(m_client->upload(m_song, fields()), first); // the same request once more
+        QVERIFY(m_client->post("remains.php", {{ "songID", second }}).toInt() > 0);
+        QVERIFY(m_client->post("download.php", {{ "songID", first }}).contains("not ready"));
+        QCOMPARE(m_client->post("cancel.php", {{ "songID", first }}), "Cancelled.");
+        QVERIFY(m_client->waitForEnd(first).contains("cancelled"));
+        m_service->crash();
+        restart({"--workers", "1"});
+        QCOMPARE(m_client->waitForEnd(second), "-1");
+        QVERIFY(m_client->post("remains.php", {{ "songID", first }}).contains("cancelled"));
+        QVERIFY(m_service->endsCleanly());
 #else
-    QSKIP("There is no program here that just waits.");
+        QSKIP("There is no program here that just waits.");
 #endif
-}
+    }
 
-void ServiceProcessingTest::appliesTheLicence_data()
-{
-    QTest::addColumn<QStringList>("options");
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<int>("expired"); // -1: no subscription
-    QTest::addColumn<QByteArray>("second"); // the answer to a second file; empty: accepted
-    QTest::newRow("active") << QStringList() << "full" << 0 << QByteArray();
-    QTest::newRow("none") << QStringList{"--subscription", "none"} << "full" << -1
-                          << QByteArray("active subscription");
-    QTest::newRow("expired") << QStringList{"--subscription", "expired"} << "full" << 1
-                             << QByteArray("active subscription");
-    QTest::newRow("expired, demo")
-        << QStringList{"--subscription", "expired"} << "demo" << 1 << QByteArray();
-    QTest::newRow("limit") << QStringList{"--daily-limit", "1"} << "full" << 0
-                           << QByteArray("already processed 1 files");
-}
+    void appliesTheLicence_data()
+    {
+        const Rows<QStringList, QString, int, QByteArray> add;
+        add("active", {}, "full", 0, "");
+        add("none", {"--subscription", "none"}, "full", -1, QByteArray("active subscription"));
+        add("expired", {"--subscription", "expired"}, "full", 1, QByteArray("active subscription"));
+        add("expired, demo", {"--subscription", "expired"}, "demo", 1, "");
+        add("limit", {"--daily-limit", "1"}, "full", 0, QByteArray("already processed 1 files"));
+    }
 
-void ServiceProcessingTest::appliesTheLicence()
-{
-    QFETCH(QStringList, options);
-    QFETCH(QString, version);
-    QFETCH(int, expired);
-    QFETCH(QByteArray, second);
-    startAfresh(options);
-    const Form me = {{"hash", m_service->hash}};
-    const QJsonObject user = QJsonDocument::fromJson(m_client->post("auth/check.php", me)).object();
-    QCOMPARE(user["subscription"].isNull(), expired < 0);
-    QCOMPARE(user["subscription"].toObject()["expired"].toInt(-1), expired);
-    const bool isLimited = options.contains("--daily-limit");
-    QCOMPARE(m_client->post("processedFilesRemains.php", me), isLimited ? "1" : "1000000");
-    m_client->upload(m_song, fields({{"version", version}}), "one.wav");
-    QCOMPARE(m_client->post("processedFilesRemains.php", me), isLimited ? "0" : "1000000");
-    const QByteArray answer = m_client->upload(m_song, fields({{"version", version}}), "two.wav");
-    QVERIFY2(second.isEmpty() ? answer.toInt() > 0 : answer.contains(second), answer);
-}
+    void appliesTheLicence()
+    {
+        const auto [options, version, expired, second] =
+            fetchRow<QStringList, QString, int, QByteArray>();
+        startAfresh(options);
+        const Form me = {{"hash", m_service->hash}};
+        const QJsonObject user =
+            QJsonDocument::fromJson(m_client->post("auth/check.php", me)).object();
+        QCOMPARE(user["subscription"].isNull(), expired < 0);
+        QCOMPARE(user["subscription"].toObject()["expired"].toInt(-1), expired);
+        const bool isLimited = options.contains("--daily-limit");
+        QCOMPARE(m_client->post("processedFilesRemains.php", me), isLimited ? "1" : "1000000");
+        m_client->upload(m_song, fields({{"version", version}}), "one.wav");
+        QCOMPARE(m_client->post("processedFilesRemains.php", me), isLimited ? "0" : "1000000");
+        const QByteArray answer =
+            m_client->upload(m_song, fields({{"version", version}}), "two.wav");
+        QVERIFY2(second.isEmpty() ? answer.toInt() > 0 : answer.contains(second), answer);
+    }
 
-void ServiceProcessingTest::runsAnotherSeparator_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QByteArray>("end");
-    QTest::newRow("does its work")
-        << "sh -c 'cp \"$1\" \"$2\" && cp \"$1\" \"$3\"' x {input} {main} {mix}"
-        << QByteArray("-1");
-    QTest::newRow("fails") << "sh -c 'exit 3'" << QByteArray("The separator program failed.");
-    QTest::newRow("does nothing") << "true"
-                                  << QByteArray("The separator program gave no usable result.");
-    QTest::newRow("gives half") << "cp {input} {main}"
-                                << QByteArray("The separator program gave no usable result.");
-    QTest::newRow("is missing") << "/no/such/program {input}"
-                                << QByteArray("The separator program could not be started.");
-}
+    void runsAnotherSeparator_data()
+    {
+        const Rows<QString, QByteArray> add;
+        add("does its work", "sh -c 'cp \"$1\" \"$2\" && cp \"$1\" \"$3\"' x {input} {main} {mix}",
+            QByteArray("-1"));
+        add("fails", "sh -c 'exit 3'", QByteArray("The separator program failed."));
+        add("does nothing", "true", QByteArray("The separator program gave no usable result."));
+        add("gives half", "cp {input} {main}",
+            QByteArray("The separator program gave no usable result."));
+        add("is missing", "/no/such/program {input}",
+            QByteArray("The separator program could not be started."));
+    }
 
-void ServiceProcessingTest::runsAnotherSeparator()
-{
+    void runsAnotherSeparator()
+    {
 #ifdef Q_OS_UNIX
-    QFETCH(QString, command);
-    startAfresh({"--separator", command});
-    const QByteArray id = m_client->upload(m_song, fields({{"version", "demo"}}));
-    QTEST(m_client->waitForEnd(id), "end");
+        const auto [command, end] = fetchRow<QString, QByteArray>();
+        startAfresh({"--separator", command});
+        const QByteArray id = m_client->upload(m_song, fields({{ "version", "demo" }}));
+        QCOMPARE(m_client->waitForEnd(id), end);
 #else
-    QSKIP("The commands are a Unix shell's.");
+        QSKIP("The commands are a Unix shell's.");
 #endif
-}
+    }
+};
 
 TEKO_TEST_MAIN(ServiceProcessingTest)
 #include "tst_serviceprocessing.moc"

@@ -6,6 +6,7 @@
 #include "localservice/jobs/runner.h"
 #include "localservice/store/accountstore.h"
 #include "sounds.h"
+#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QTemporaryDir>
@@ -87,317 +88,298 @@ class StoresTest final : public TestCase
     Q_OBJECT
 
 private slots:
-    void init();
-    void keepsJobsOverARestart();
-    void runsInterruptedJobsAgain();
-    void makesOneJobOfEqualRequests();
-    void forgetsCancelledAndFailedWork_data();
-    void forgetsCancelledAndFailedWork();
-    void keepsUploadsWhileTheyAreNeeded();
-    void tidiesOnlyWhatIsItsOwn();
-    void letsOneServiceInAtATime();
-    void signsInAndOut();
-    void recoversOnce();
-    void endsUnusedSessions_data();
-    void endsUnusedSessions();
-    void letsSessionsOfEarlierVersionsExpire();
-    void countsFilesByAccount();
-    void givesTheDaysLastFileAwayOnce();
+    void init()
+    {
+        TestCase::init();
+        initialiseSecrets();
+        m_dir = std::make_unique<QTemporaryDir>();
+    }
+
+    void keepsJobsOverARestart()
+    {
+        std::int32_t id = 0;
+        std::string hash;
+        {
+            House house(*m_dir);
+            hash = house.accounts.localSession();
+            id = house.addJob(house.accounts.accountOf(hash)->id, "a.wav");
+            QVERIFY(house.jobs.takeNext());
+        }
+        House house(*m_dir);
+        QCOMPARE(house.accounts.localSession(), hash);
+        const std::optional<Job> job = house.jobs.find(id);
+        QVERIFY(job);
+        QCOMPARE(job->instrument, std::string("drums"));
+        QVERIFY(job->state == JobState::Running);
+        QVERIFY(house.uploads.find(job->account, "a.wav"));
+    }
+
+    void runsInterruptedJobsAgain()
+    {
+        std::int32_t id = 0;
+        {
+            House house(*m_dir);
+            id = house.addJob(house.accounts.add({"A", "a@b", ""}).id, "a.wav");
+            Runner runner(house.jobs, house.uploads, house.folder, waitForCancel, 1, 30);
+            QTRY_VERIFY(house.jobs.find(id)->state == JobState::Running);
+        }
+        House house(*m_dir);
+        QVERIFY(house.jobs.find(id)->state == JobState::Queued);
+        QVERIFY(house.jobs.takeNext());
+        Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
+        QTRY_VERIFY(house.jobs.find(id)->state == JobState::Ready);
+        QVERIFY(std::filesystem::exists(house.folder.mixResult(house.jobs.find(id)->token)));
+    }
+
+    void makesOneJobOfEqualRequests()
+    {
+        House house(*m_dir);
+        const std::int64_t one = house.accounts.add({"A", "a@b", ""}).id;
+        const std::int64_t other = house.accounts.add({"B", "b@b", ""}).id;
+        const std::int32_t first = house.addJob(one, "a.wav");
+        QCOMPARE(house.addJob(one, "a.wav"), first);
+        QVERIFY(house.addJob(one, "b.wav") != first);
+        QVERIFY(house.addJob(one, "a.wav", true) != first);
+        QVERIFY(house.addJob(other, "a.wav") != first);
+        QVERIFY(house.jobs.takeNext()->id == first);
+        QCOMPARE(house.addJob(one, "a.wav"), first);
+        QVERIFY(house.jobs.move(first, JobState::Running, JobState::Ready));
+        QVERIFY(house.addJob(one, "a.wav") != first);
+    }
+
+    void forgetsCancelledAndFailedWork_data()
+    {
+        const Rows<bool> add;
+        add("cancelled", false);
+        add("failed", true);
+    }
+
+    void forgetsCancelledAndFailedWork()
+    {
+        const auto [fails] = fetchRow<bool>();
+        House house(*m_dir);
+        const Separate separate = [fails](const SeparationTask &task, JobControl &control) {
+            std::ofstream(task.main) << "half a result";
+            if (fails)
+                throw Refusal("No luck today.");
+            return waitForCancel(task, control);
+        };
+        const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
+        const std::int32_t id = house.addJob(account, "a.wav");
+        house.uploads.remove(account, "a.wav");
+        Runner runner(house.jobs, house.uploads, house.folder, separate, 1, 30);
+        const std::filesystem::path home = house.folder.database().parent_path();
+        if (!fails) {
+            QTRY_VERIFY(!std::filesystem::is_empty(home / "work"));
+            QVERIFY(runner.cancel(id));
+        }
+        const JobState end = fails ? JobState::Failed : JobState::Cancelled;
+        QTRY_VERIFY(house.jobs.find(id)->state == end);
+        QCOMPARE(house.jobs.find(id)->reason, std::string(fails ? "No luck today." : ""));
+        QVERIFY(!runner.cancel(id));
+        // Neither half a result nor the removed upload is left.
+        for (const char *sub : {"work", "results", "uploads"})
+            QTRY_VERIFY(std::filesystem::is_empty(home / sub));
+    }
+
+    void keepsUploadsWhileTheyAreNeeded()
+    {
+        House house(*m_dir);
+        const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
+        const Job full = *house.jobs.find(house.addJob(account, "full.wav"));
+        const Job demo = *house.jobs.find(house.addJob(account, "demo.wav", true));
+        Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
+        for (const Job &job : {full, demo})
+            QTRY_VERIFY(house.jobs.find(job.id)->state == JobState::Ready);
+        QVERIFY(house.hasFile(full.upload));
+        house.uploads.remove(account + 1, "full.wav");
+        QVERIFY(house.uploads.find(account, "full.wav"));
+        for (const char *name : {"full.wav", "demo.wav"})
+            house.uploads.remove(account, name);
+        runner.sweepUploads();
+        QVERIFY(!house.uploads.find(account, "demo.wav"));
+        QVERIFY(!house.hasFile(full.upload));
+        QVERIFY(house.hasFile(demo.upload)); // it may still be made whole
+        QCOMPARE(house.jobs.takeOlderThan(secondsNow() + 10).size(), std::size_t(2));
+        runner.sweepUploads();
+        QVERIFY(!house.hasFile(demo.upload));
+    }
+
+    void tidiesOnlyWhatIsItsOwn()
+    {
+        House house(*m_dir);
+        const Job job =
+            *house.jobs.find(house.addJob(house.accounts.add({"A", "a@b", ""}).id, "a.wav"));
+        const std::filesystem::path lost = house.folder.upload(randomHex(16) + ".wav");
+        const std::filesystem::path foreign = house.folder.upload("holiday.wav");
+        std::ofstream(lost) << "cut off";
+        std::ofstream(foreign) << "somebody's";
+        (void)house.folder.openWorkshop(randomHex(32));
+        house.folder.tidy(house.uploads.files());
+        QVERIFY(!std::filesystem::exists(lost));
+        QVERIFY(std::filesystem::exists(foreign));
+        QVERIFY(house.hasFile(job.upload));
+        QVERIFY(std::filesystem::is_empty(house.folder.database().parent_path() / "work"));
+    }
+
+    void letsOneServiceInAtATime()
+    {
+        House house(*m_dir);
+        QVERIFY_EXCEPTION_THROWN(House second(*m_dir), DatabaseBusy);
+    }
+
+    void signsInAndOut()
+    {
+        House house(*m_dir);
+        const Account anna = house.accounts.add({"Anna", "Anna@Example.org", "correct horse"});
+        QVERIFY_EXCEPTION_THROWN(house.accounts.add({"B", "anna@example.ORG", "12345678"}),
+                                 Refusal);
+        QCOMPARE(house.accounts.signIn("anna@example.org", "correct horse")->id, anna.id);
+        QVERIFY(!house.accounts.signIn("anna@example.org", "correct horsE"));
+        QVERIFY(!house.accounts.signIn("anna@example.org", ""));
+        QVERIFY(!house.accounts.signIn("nobody@example.org", "nobody's"));
+        // The account without a password cannot be entered by an empty one.
+        (void)house.accounts.localSession();
+        QVERIFY(!house.accounts.signIn(kLocalEmail, ""));
+
+        const std::string here = house.accounts.openSession(anna.id);
+        const std::string elsewhere = house.accounts.openSession(anna.id);
+        QVERIFY(here != elsewhere && here.size() == 64);
+        QVERIFY(house.accounts.tokenOf(here) != house.accounts.tokenOf(elsewhere));
+        house.accounts.change(anna, {"Ann", "ann@example.org", "battery staple"}, here);
+        QCOMPARE(house.accounts.accountOf(here)->name, std::string("Ann"));
+        QVERIFY(!house.accounts.accountOf(elsewhere));
+        QVERIFY(!house.accounts.accountOf(""));
+        QVERIFY(house.accounts.signIn("ann@example.org", "battery staple"));
+        house.accounts.change(anna, {"Ann", "ann@example.org", ""}, here);
+        QVERIFY(house.accounts.signIn("ann@example.org", "battery staple"));
+    }
+
+    void recoversOnce()
+    {
+        House house(*m_dir);
+        const Account anna = house.accounts.add({"Anna", "a@b", "forgotten"});
+        const std::string session = house.accounts.openSession(anna.id);
+        QVERIFY(!house.accounts.recover("a@b", "", "new password"));
+        const std::string code = house.accounts.openRecovery("a@b").value();
+        QVERIFY(!house.accounts.openRecovery("x@b"));
+        QVERIFY(!house.accounts.recover("a@b", "0000000000", "new password"));
+        QVERIFY(!house.accounts.recover("x@b", code, "new password"));
+        QVERIFY(house.accounts.recover("a@b", code, "new password"));
+        QVERIFY(house.accounts.signIn("a@b", "new password"));
+        QVERIFY(!house.accounts.accountOf(session));
+        QVERIFY(!house.accounts.recover("a@b", code, "another one"));
+    }
+
+    void countsFilesByAccount()
+    {
+        House house(*m_dir);
+        const std::int64_t one = house.accounts.add({"A", "a@b", ""}).id;
+        const std::int64_t other = house.accounts.add({"B", "b@b", ""}).id;
+        house.accounts.countProcessed(one);
+        house.accounts.countProcessed(one);
+        QCOMPARE(house.accounts.processedToday(one), 2);
+        QCOMPARE(house.accounts.processedToday(other), 0);
+        house.secondsLater = 2 * 86400;
+        QCOMPARE(house.accounts.processedToday(one), 0);
+    }
+
+    void endsUnusedSessions_data()
+    {
+        const Rows<bool, QList<int>, bool> add;
+        add("within the time", false, {29}, true);
+        add("too late", false, {31}, false);
+        add("used now and then", false, {20, 40, 60, 89}, true);
+        add("used, then forgotten", false, {20, 51}, false);
+        add("this computer's own", true, {2000}, true);
+    }
+
+    void endsUnusedSessions()
+    {
+        const auto [isLocal, daysOfUse, lasts] = fetchRow<bool, QList<int>, bool>();
+        House house(*m_dir);
+        const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
+        const std::string hash =
+            isLocal ? house.accounts.localSession() : house.accounts.openSession(account);
+        bool isKnown = false;
+        for (const int day : daysOfUse) {
+            house.secondsLater = day * 86400;
+            isKnown = house.accounts.accountOf(hash).has_value();
+        }
+        QCOMPARE(isKnown, lasts);
+        // A session that is over for good does not come back with the clock.
+        (void)house.accounts.openSession(account);
+        house.secondsLater = 0;
+        QCOMPARE(house.accounts.accountOf(hash).has_value(), lasts);
+        house.accounts.closeSession(hash);
+        QCOMPARE(house.accounts.accountOf(hash).has_value(), isLocal);
+    }
+
+    void letsSessionsOfEarlierVersionsExpire()
+    {
+        std::string hash;
+        {
+            House house(*m_dir);
+            hash = house.accounts.openSession(house.accounts.add({"A", "a@b", ""}).id);
+            Database::Access access = house.database.access();
+            access.session << "UPDATE sessions SET expires = expires - 30 * 86400",
+                Poco::Data::Keywords::now;
+            access.session << "ALTER TABLE sessions RENAME COLUMN expires TO added",
+                Poco::Data::Keywords::now;
+        }
+        House house(*m_dir);
+        QVERIFY(house.accounts.accountOf(hash));
+        house.secondsLater = 31 * 86400;
+        QVERIFY(!house.accounts.accountOf(hash));
+    }
+
+    /// Many uploads end in the same moment, on many days, since luck has a part in it.
+    void givesTheDaysLastFileAwayOnce()
+    {
+        constexpr int kDays = 30;
+        constexpr int kUploads = 8;
+        constexpr int kLimit = 3;
+        House house(*m_dir);
+        Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
+        Gate gate(house.accounts, house.jobs);
+        ArrivingFiles arriving;
+        Processing processing(house.database, house.accounts, house.uploads, house.jobs, runner,
+                              gate, arriving, {Subscription::Active, kLimit});
+        const Caller caller{"", "", house.accounts.localSession()};
+        const std::string song = m_dir->filePath("song.wav").toStdString();
+        writeWav(song, {1, 8000, 16, 8000}, std::vector<std::int32_t>(8000));
+        const Fields form =
+            Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3");
+        for (int day = 0; day < kDays; ++day) {
+            house.secondsLater = day * 2 * 86400;
+            std::latch start(kUploads);
+            std::atomic<int> accepted = 0;
+            const auto upload = [&](int number) {
+                ReceivedFile file(house.folder.upload(""), 1 << 20, arriving);
+                file.begin(0, std::to_string(number) + ".wav");
+                std::filesystem::copy_file(song, file.path(),
+                                           std::filesystem::copy_options::overwrite_existing);
+                start.arrive_and_wait();
+                try {
+                    (void)processing.proceed(form, caller, file);
+                    ++accepted;
+                } catch (const Refusal &) {
+                    return;
+                }
+            };
+            std::vector<std::thread> threads;
+            for (int i = 0; i < kUploads; ++i)
+                threads.emplace_back(upload, day * kUploads + i);
+            for (std::thread &thread : threads)
+                thread.join();
+            QCOMPARE(accepted, kLimit);
+        }
+        QCOMPARE(house.uploads.files().size(), std::size_t(kDays * kLimit));
+    }
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
-
-void StoresTest::init()
-{
-    TestCase::init();
-    initialiseSecrets();
-    m_dir = std::make_unique<QTemporaryDir>();
-}
-
-void StoresTest::keepsJobsOverARestart()
-{
-    std::int32_t id = 0;
-    std::string hash;
-    {
-        House house(*m_dir);
-        hash = house.accounts.localSession();
-        id = house.addJob(house.accounts.accountOf(hash)->id, "a.wav");
-        QVERIFY(house.jobs.takeNext());
-    }
-    House house(*m_dir);
-    QCOMPARE(house.accounts.localSession(), hash);
-    const std::optional<Job> job = house.jobs.find(id);
-    QVERIFY(job);
-    QCOMPARE(job->instrument, std::string("drums"));
-    QVERIFY(job->state == JobState::Running);
-    QVERIFY(house.uploads.find(job->account, "a.wav"));
-}
-
-void StoresTest::runsInterruptedJobsAgain()
-{
-    std::int32_t id = 0;
-    {
-        House house(*m_dir);
-        id = house.addJob(house.accounts.add({"A", "a@b", ""}).id, "a.wav");
-        Runner runner(house.jobs, house.uploads, house.folder, waitForCancel, 1, 30);
-        QTRY_VERIFY(house.jobs.find(id)->state == JobState::Running);
-    }
-    House house(*m_dir);
-    QVERIFY(house.jobs.find(id)->state == JobState::Queued);
-    QVERIFY(house.jobs.takeNext());
-    Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
-    QTRY_VERIFY(house.jobs.find(id)->state == JobState::Ready);
-    QVERIFY(std::filesystem::exists(house.folder.mixResult(house.jobs.find(id)->token)));
-}
-
-void StoresTest::makesOneJobOfEqualRequests()
-{
-    House house(*m_dir);
-    const std::int64_t one = house.accounts.add({"A", "a@b", ""}).id;
-    const std::int64_t other = house.accounts.add({"B", "b@b", ""}).id;
-    const std::int32_t first = house.addJob(one, "a.wav");
-    QCOMPARE(house.addJob(one, "a.wav"), first);
-    QVERIFY(house.addJob(one, "b.wav") != first);
-    QVERIFY(house.addJob(one, "a.wav", true) != first);
-    QVERIFY(house.addJob(other, "a.wav") != first);
-    QVERIFY(house.jobs.takeNext()->id == first);
-    QCOMPARE(house.addJob(one, "a.wav"), first);
-    QVERIFY(house.jobs.move(first, JobState::Running, JobState::Ready));
-    QVERIFY(house.addJob(one, "a.wav") != first);
-}
-
-void StoresTest::forgetsCancelledAndFailedWork_data()
-{
-    QTest::addColumn<bool>("fails");
-    QTest::newRow("cancelled") << false;
-    QTest::newRow("failed") << true;
-}
-
-void StoresTest::forgetsCancelledAndFailedWork()
-{
-    QFETCH(bool, fails);
-    House house(*m_dir);
-    const Separate separate = [fails](const SeparationTask &task, JobControl &control) {
-        std::ofstream(task.main) << "half a result";
-        if (fails)
-            throw Refusal("No luck today.");
-        return waitForCancel(task, control);
-    };
-    const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
-    const std::int32_t id = house.addJob(account, "a.wav");
-    house.uploads.remove(account, "a.wav");
-    Runner runner(house.jobs, house.uploads, house.folder, separate, 1, 30);
-    const std::filesystem::path home = house.folder.database().parent_path();
-    if (!fails) {
-        QTRY_VERIFY(!std::filesystem::is_empty(home / "work"));
-        QVERIFY(runner.cancel(id));
-    }
-    const JobState end = fails ? JobState::Failed : JobState::Cancelled;
-    QTRY_VERIFY(house.jobs.find(id)->state == end);
-    QCOMPARE(house.jobs.find(id)->reason, std::string(fails ? "No luck today." : ""));
-    QVERIFY(!runner.cancel(id));
-    // Neither half a result nor the removed upload is left.
-    for (const char *sub : {"work", "results", "uploads"})
-        QTRY_VERIFY(std::filesystem::is_empty(home / sub));
-}
-
-void StoresTest::keepsUploadsWhileTheyAreNeeded()
-{
-    House house(*m_dir);
-    const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
-    const Job full = *house.jobs.find(house.addJob(account, "full.wav"));
-    const Job demo = *house.jobs.find(house.addJob(account, "demo.wav", true));
-    Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
-    for (const Job &job : {full, demo})
-        QTRY_VERIFY(house.jobs.find(job.id)->state == JobState::Ready);
-    QVERIFY(house.hasFile(full.upload));
-    house.uploads.remove(account + 1, "full.wav");
-    QVERIFY(house.uploads.find(account, "full.wav"));
-    for (const char *name : {"full.wav", "demo.wav"})
-        house.uploads.remove(account, name);
-    runner.sweepUploads();
-    QVERIFY(!house.uploads.find(account, "demo.wav"));
-    QVERIFY(!house.hasFile(full.upload));
-    QVERIFY(house.hasFile(demo.upload)); // it may still be made whole
-    QCOMPARE(house.jobs.takeOlderThan(secondsNow() + 10).size(), std::size_t(2));
-    runner.sweepUploads();
-    QVERIFY(!house.hasFile(demo.upload));
-}
-
-void StoresTest::tidiesOnlyWhatIsItsOwn()
-{
-    House house(*m_dir);
-    const Job job =
-        *house.jobs.find(house.addJob(house.accounts.add({"A", "a@b", ""}).id, "a.wav"));
-    const std::filesystem::path lost = house.folder.upload(randomHex(16) + ".wav");
-    const std::filesystem::path foreign = house.folder.upload("holiday.wav");
-    std::ofstream(lost) << "cut off";
-    std::ofstream(foreign) << "somebody's";
-    (void)house.folder.openWorkshop(randomHex(32));
-    house.folder.tidy(house.uploads.files());
-    QVERIFY(!std::filesystem::exists(lost));
-    QVERIFY(std::filesystem::exists(foreign));
-    QVERIFY(house.hasFile(job.upload));
-    QVERIFY(std::filesystem::is_empty(house.folder.database().parent_path() / "work"));
-}
-
-void StoresTest::letsOneServiceInAtATime()
-{
-    House house(*m_dir);
-    QVERIFY_EXCEPTION_THROWN(House second(*m_dir), DatabaseBusy);
-}
-
-void StoresTest::signsInAndOut()
-{
-    House house(*m_dir);
-    const Account anna = house.accounts.add({"Anna", "Anna@Example.org", "correct horse"});
-    QVERIFY_EXCEPTION_THROWN(house.accounts.add({"B", "anna@example.ORG", "12345678"}), Refusal);
-    QCOMPARE(house.accounts.signIn("anna@example.org", "correct horse")->id, anna.id);
-    QVERIFY(!house.accounts.signIn("anna@example.org", "correct horsE"));
-    QVERIFY(!house.accounts.signIn("anna@example.org", ""));
-    QVERIFY(!house.accounts.signIn("nobody@example.org", "nobody's"));
-    // The account without a password cannot be entered by an empty one.
-    (void)house.accounts.localSession();
-    QVERIFY(!house.accounts.signIn(kLocalEmail, ""));
-
-    const std::string here = house.accounts.openSession(anna.id);
-    const std::string elsewhere = house.accounts.openSession(anna.id);
-    QVERIFY(here != elsewhere && here.size() == 64);
-    QVERIFY(house.accounts.tokenOf(here) != house.accounts.tokenOf(elsewhere));
-    house.accounts.change(anna, {"Ann", "ann@example.org", "battery staple"}, here);
-    QCOMPARE(house.accounts.accountOf(here)->name, std::string("Ann"));
-    QVERIFY(!house.accounts.accountOf(elsewhere));
-    QVERIFY(!house.accounts.accountOf(""));
-    QVERIFY(house.accounts.signIn("ann@example.org", "battery staple"));
-    house.accounts.change(anna, {"Ann", "ann@example.org", ""}, here);
-    QVERIFY(house.accounts.signIn("ann@example.org", "battery staple"));
-}
-
-void StoresTest::recoversOnce()
-{
-    House house(*m_dir);
-    const Account anna = house.accounts.add({"Anna", "a@b", "forgotten"});
-    const std::string session = house.accounts.openSession(anna.id);
-    QVERIFY(!house.accounts.recover("a@b", "", "new password"));
-    const std::string code = house.accounts.openRecovery("a@b").value();
-    QVERIFY(!house.accounts.openRecovery("x@b"));
-    QVERIFY(!house.accounts.recover("a@b", "0000000000", "new password"));
-    QVERIFY(!house.accounts.recover("x@b", code, "new password"));
-    QVERIFY(house.accounts.recover("a@b", code, "new password"));
-    QVERIFY(house.accounts.signIn("a@b", "new password"));
-    QVERIFY(!house.accounts.accountOf(session));
-    QVERIFY(!house.accounts.recover("a@b", code, "another one"));
-}
-
-void StoresTest::countsFilesByAccount()
-{
-    House house(*m_dir);
-    const std::int64_t one = house.accounts.add({"A", "a@b", ""}).id;
-    const std::int64_t other = house.accounts.add({"B", "b@b", ""}).id;
-    house.accounts.countProcessed(one);
-    house.accounts.countProcessed(one);
-    QCOMPARE(house.accounts.processedToday(one), 2);
-    QCOMPARE(house.accounts.processedToday(other), 0);
-    house.secondsLater = 2 * 86400;
-    QCOMPARE(house.accounts.processedToday(one), 0);
-}
-
-void StoresTest::endsUnusedSessions_data()
-{
-    QTest::addColumn<bool>("isLocal");
-    QTest::addColumn<QList<int>>("daysOfUse");
-    QTest::addColumn<bool>("lasts");
-    QTest::newRow("within the time") << false << QList{29} << true;
-    QTest::newRow("too late") << false << QList{31} << false;
-    QTest::newRow("used now and then") << false << QList{20, 40, 60, 89} << true;
-    QTest::newRow("used, then forgotten") << false << QList{20, 51} << false;
-    QTest::newRow("this computer's own") << true << QList{2000} << true;
-}
-
-void StoresTest::endsUnusedSessions()
-{
-    QFETCH(bool, isLocal);
-    QFETCH(QList<int>, daysOfUse);
-    QFETCH(bool, lasts);
-    House house(*m_dir);
-    const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
-    const std::string hash =
-        isLocal ? house.accounts.localSession() : house.accounts.openSession(account);
-    bool isKnown = false;
-    for (const int day : daysOfUse) {
-        house.secondsLater = day * 86400;
-        isKnown = house.accounts.accountOf(hash).has_value();
-    }
-    QCOMPARE(isKnown, lasts);
-    // A session that is over for good does not come back with the clock.
-    (void)house.accounts.openSession(account);
-    house.secondsLater = 0;
-    QCOMPARE(house.accounts.accountOf(hash).has_value(), lasts);
-    house.accounts.closeSession(hash);
-    QCOMPARE(house.accounts.accountOf(hash).has_value(), isLocal);
-}
-
-void StoresTest::letsSessionsOfEarlierVersionsExpire()
-{
-    std::string hash;
-    {
-        House house(*m_dir);
-        hash = house.accounts.openSession(house.accounts.add({"A", "a@b", ""}).id);
-        Database::Access access = house.database.access();
-        access.session << "UPDATE sessions SET expires = expires - 30 * 86400",
-            Poco::Data::Keywords::now;
-        access.session << "ALTER TABLE sessions RENAME COLUMN expires TO added",
-            Poco::Data::Keywords::now;
-    }
-    House house(*m_dir);
-    QVERIFY(house.accounts.accountOf(hash));
-    house.secondsLater = 31 * 86400;
-    QVERIFY(!house.accounts.accountOf(hash));
-}
-
-/// Many uploads end in the same moment, on many days, since luck has a part in it.
-void StoresTest::givesTheDaysLastFileAwayOnce()
-{
-    constexpr int kDays = 30;
-    constexpr int kUploads = 8;
-    constexpr int kLimit = 3;
-    House house(*m_dir);
-    Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
-    Gate gate(house.accounts, house.jobs);
-    ArrivingFiles arriving;
-    Processing processing(house.database, house.accounts, house.uploads, house.jobs, runner, gate,
-                          arriving, {Subscription::Active, kLimit});
-    const Caller caller{"", "", house.accounts.localSession()};
-    const std::string song = m_dir->filePath("song.wav").toStdString();
-    writeWav(song, {1, 8000, 16, 8000}, std::vector<std::int32_t>(8000));
-    const Fields form = Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3");
-    for (int day = 0; day < kDays; ++day) {
-        house.secondsLater = day * 2 * 86400;
-        std::latch start(kUploads);
-        std::atomic<int> accepted = 0;
-        const auto upload = [&](int number) {
-            ReceivedFile file(house.folder.upload(""), 1 << 20, arriving);
-            file.begin(0, std::to_string(number) + ".wav");
-            std::filesystem::copy_file(song, file.path(),
-                                       std::filesystem::copy_options::overwrite_existing);
-            start.arrive_and_wait();
-            try {
-                (void)processing.proceed(form, caller, file);
-                ++accepted;
-            } catch (const Refusal &) {
-                return;
-            }
-        };
-        std::vector<std::thread> threads;
-        for (int i = 0; i < kUploads; ++i)
-            threads.emplace_back(upload, day * kUploads + i);
-        for (std::thread &thread : threads)
-            thread.join();
-        QCOMPARE(accepted, kLimit);
-    }
-    QCOMPARE(house.uploads.files().size(), std::size_t(kDays * kLimit));
-}
 
 TEKO_TEST_MAIN(StoresTest)
 #include "tst_stores.moc"

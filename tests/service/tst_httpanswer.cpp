@@ -13,7 +13,6 @@ private slots:
     void takesApart_data()
     {
         const Rows<QByteArray, QByteArray> add;
-
         const auto answer = [](const QByteArray &headers, const QByteArray &body) {
             return QByteArray("HTTP/1.1 200 OK\r\n" + headers + "\r\n\r\n" + body);
         };

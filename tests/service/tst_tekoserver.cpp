@@ -4,13 +4,13 @@
 
 #include "app/base/programdata.h"
 #include "service/connectivity.h"
+#include "tests/support/rows.h"
 #include "tests/support/scriptedserver.h"
 #include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
 
 #include <QNetworkProxy>
 #include <QRegularExpression>
-#include <QTest>
 
 #include <functional>
 #include <memory>
@@ -89,36 +89,27 @@ private slots:
 
     void sendsForms_data()
     {
-        QTest::addColumn<Operation>("operation");
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QByteArray>("body");
-
-        QTest::newRow("repeat")
-            << askRepeat << repeat
-            << QByteArray("instrument=vocals&uploadedFileName=AB12.wav&fileName="
-                          "a%2Bb%20%26%20c%3D50%25&version=full&hash=ha%20sh&extension=mp3"
-                          "&originalFilePath=/x/n%C3%A4h%20%2520;.mp3");
-        QTest::newRow("repeat demo")
-            << askRepeatDemo << repeatDemo << QByteArray("hash=h&extension=wav&songId=9");
-        QTest::newRow("remains") << askRemains << remains << QByteArray("songID=7");
-        QTest::newRow("cancel") << askCancel << cancel << QByteArray("songID=0");
-        QTest::newRow("remove") << askRemove << removeUploaded << QByteArray("fileName=AB12.wav");
-        QTest::newRow("remove soon")
-            << askRemoveSoon << removeUploaded << QByteArray("fileName=AB12.wav");
-        QTest::newRow("files left") << askFilesLeft << filesLeft << QByteArray("hash=h");
-        QTest::newRow("download") << Operation([](TekoServer &server) {
-            server.download(5, "x", true);
-        }) << download << QByteArray("songID=5");
-        QTest::newRow("download both")
-            << Operation([](TekoServer &server) { server.downloadBoth(6, "x", "y", 1); })
-            << download << QByteArray("songID=6");
+        const Rows<Operation, QByteArray, QByteArray> add;
+        add("repeat", askRepeat, repeat,
+            QByteArray("instrument=vocals&uploadedFileName=AB12.wav&fileName="
+                       "a%2Bb%20%26%20c%3D50%25&version=full&hash=ha%20sh&extension=mp3"
+                       "&originalFilePath=/x/n%C3%A4h%20%2520;.mp3"));
+        add("repeat demo", askRepeatDemo, repeatDemo, QByteArray("hash=h&extension=wav&songId=9"));
+        add("remains", askRemains, remains, QByteArray("songID=7"));
+        add("cancel", askCancel, cancel, QByteArray("songID=0"));
+        add("remove", askRemove, removeUploaded, QByteArray("fileName=AB12.wav"));
+        add("remove soon", askRemoveSoon, removeUploaded, QByteArray("fileName=AB12.wav"));
+        add("files left", askFilesLeft, filesLeft, QByteArray("hash=h"));
+        add("download", Operation([](TekoServer &server) { server.download(5, "x", true); }),
+            download, QByteArray("songID=5"));
+        add("download both",
+            Operation([](TekoServer &server) { server.downloadBoth(6, "x", "y", 1); }), download,
+            QByteArray("songID=6"));
     }
 
     void sendsForms()
     {
-        QFETCH(Operation, operation);
-        QFETCH(QByteArray, path);
-        QFETCH(QByteArray, body);
+        const auto [operation, path, body] = fetchRow<Operation, QByteArray, QByteArray>();
 
         m_server->on(path, {Answer::text("1", 200, {"Set-Cookie: teko-session=else; Path=/"})});
         operation(*m_client);
@@ -137,27 +128,18 @@ private slots:
 
     void sendsUpload_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("nameOnWire");
-        QTest::addColumn<QByteArray>("proxied"); // what a proxy is asked for, if there is one
-
-        const auto row = [](const char *name, const QString &file, const QString &onWire,
-                            const QByteArray &proxied = {}) {
-            QTest::newRow(name) << file << onWire << proxied;
-        };
-        row("plain", "a b.wav", "a b.wav");
-        row("through a proxy", "a b.wav", "a b.wav", "http://service.example");
-        row("not Latin, with marks", "näh %1 %20 🎵.wav", "näh %1 %20 🎵.wav");
+        const Rows<QString, QString, QByteArray> add;
+        add("plain", "a b.wav", "a b.wav", "");
+        add("through a proxy", "a b.wav", "a b.wav", "http://service.example");
+        add("not Latin, with marks", "näh %1 %20 🎵.wav", "näh %1 %20 🎵.wav", "");
 #ifndef Q_OS_WIN
-        row("hostile", "x\"; name=\"y\r\nSet: 1.wav", "x%22; name=%22y%0D%0ASet: 1.wav");
+        add("hostile", "x\"; name=\"y\r\nSet: 1.wav", "x%22; name=%22y%0D%0ASet: 1.wav", "");
 #endif
     }
 
     void sendsUpload()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, nameOnWire);
-        QFETCH(QByteArray, proxied);
+        const auto [name, nameOnWire, proxied] = fetchRow<QString, QString, QByteArray>();
         const QByteArray sound = QByteArray("RIFF\0\r\n--", 9).repeated(20000);
         m_server->on(proxied + proceed, {Answer::text("12")});
         if (!proxied.isEmpty()) {
@@ -197,56 +179,46 @@ private slots:
 
     void understandsReplies_data()
     {
-        QTest::addColumn<Operation>("operation");
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<QString>("event");
-
-        const auto row = [](const char *name, const Operation &operation, const QByteArray &path,
-                            const Answer &answer, const QString &event) {
-            QTest::newRow(name) << operation << path << answer << event;
-        };
+        const Rows<Operation, QByteArray, ScriptedAnswer, QString> add;
         const QString unfollowed = "The service answered with a redirect, which is not followed.";
         const auto failing = Answer::text("sorry", 500);
-        row("seconds", askRemains, remains, Answer::text("8"), "seconds 8");
-        row("below ready", askRemains, remains, Answer::text("-2"), "seconds -2");
-        row("no seconds", askRemains, remains, Answer::text("0"), "seconds 0");
-        row("zeros", askRemains, remains, Answer::text("00"), "error 00");
-        row("ready", askRemains, remains, Answer::text("-1"), "ready");
-        row("empty", askRemains, remains, Answer::text(""), "error ");
-        row("markup", askRemains, remains, Answer::text("<b>no</b> job"), "error <b>no</b> job");
-        row("remains cut", askRemains, remains, Answer::wrongLength("8", "2"),
+        add("seconds", askRemains, remains, Answer::text("8"), "seconds 8");
+        add("below ready", askRemains, remains, Answer::text("-2"), "seconds -2");
+        add("no seconds", askRemains, remains, Answer::text("0"), "seconds 0");
+        add("zeros", askRemains, remains, Answer::text("00"), "error 00");
+        add("ready", askRemains, remains, Answer::text("-1"), "ready");
+        add("empty", askRemains, remains, Answer::text(""), "error ");
+        add("markup", askRemains, remains, Answer::text("<b>no</b> job"), "error <b>no</b> job");
+        add("remains cut", askRemains, remains, Answer::wrongLength("8", "2"),
             "error Remains operation error:\n\nConnection closed");
-        row("remains redirected", askRemains, remains, Answer::redirect(QUrl("/x")),
+        add("remains redirected", askRemains, remains, Answer::redirect(QUrl("/x")),
             "error Remains operation error:\n\n" + unfollowed);
-        row("no status", askRemains, remains,
+        add("no status", askRemains, remains,
             Answer::raw("HTTP/1.1 000 X\r\nContent-Length: 1\r\n\r\n8"),
             "error Remains operation error:\n\nThe service answered with the unexpected HTTP "
             "status 0.");
-        row("accepted", askRepeat, repeat, Answer::text("123"), "id 123");
-        row("accepted in pieces", askRepeat, repeat, Answer::text("123").inPieces(1), "id 123");
-        row("job zero", askRepeat, repeat, Answer::text("0"), "error 0");
-        row("refused", askRepeat, repeat, Answer::text("Unknown file"), "error Unknown file");
-        row("repeat cut", askRepeat, repeat, Answer::wrongLength("1", "2"),
+        add("accepted", askRepeat, repeat, Answer::text("123"), "id 123");
+        add("accepted in pieces", askRepeat, repeat, Answer::text("123").inPieces(1), "id 123");
+        add("job zero", askRepeat, repeat, Answer::text("0"), "error 0");
+        add("refused", askRepeat, repeat, Answer::text("Unknown file"), "error Unknown file");
+        add("repeat cut", askRepeat, repeat, Answer::wrongLength("1", "2"),
             "error File repeating error:\n\nConnection closed");
-        row("repeat redirected", askRepeat, repeat, Answer::redirect(QUrl("/x"), 307),
+        add("repeat redirected", askRepeat, repeat, Answer::redirect(QUrl("/x"), 307),
             "error File repeating error:\n\n" + unfollowed);
-        row("demo accepted", askRepeatDemo, repeatDemo, Answer::text("4"), "id 4");
-        row("demo cut", askRepeatDemo, repeatDemo, Answer::wrongLength("1", "2"),
+        add("demo accepted", askRepeatDemo, repeatDemo, Answer::text("4"), "id 4");
+        add("demo cut", askRepeatDemo, repeatDemo, Answer::wrongLength("1", "2"),
             "error Demo File repeating error:\n\nConnection closed");
         const Operation ask = [](TekoServer &server) { server.download(5, "x", false); };
-        row("one part", ask, download, Answer::text("http://x/1"), "error http://x/1");
-        row("three parts", ask, download, Answer::text("a|b|c"), "error a|b|c");
-        row("urls cut", ask, download, Answer::wrongLength("a|b", "9"),
+        add("one part", ask, download, Answer::text("http://x/1"), "error http://x/1");
+        add("three parts", ask, download, Answer::text("a|b|c"), "error a|b|c");
+        add("urls cut", ask, download, Answer::wrongLength("a|b", "9"),
             "error Downloading error:\n\nConnection closed");
     }
 
     void understandsReplies()
     {
-        QFETCH(Operation, operation);
-        QFETCH(QByteArray, path);
-        QFETCH(ScriptedAnswer, answer);
-        QFETCH(QString, event);
+        const auto [operation, path, answer, event] =
+            fetchRow<Operation, QByteArray, ScriptedAnswer, QString>();
 
         m_server->on(path, {answer});
         operation(*m_client);
@@ -257,20 +229,17 @@ private slots:
 
     void countsFilesLeft_data()
     {
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<int>("left");
-
-        QTest::newRow("some") << Answer::text("10") << 10;
-        QTest::newRow("none") << Answer::text("0") << 0;
-        QTest::newRow("no number") << Answer::text("sign in first") << -1;
-        QTest::newRow("refused") << Answer::text("3", 500) << -1;
-        QTest::newRow("cut") << Answer::wrongLength("3", "4") << -1;
+        const Rows<ScriptedAnswer, int> add;
+        add("some", Answer::text("10"), 10);
+        add("none", Answer::text("0"), 0);
+        add("no number", Answer::text("sign in first"), -1);
+        add("refused", Answer::text("3", 500), -1);
+        add("cut", Answer::wrongLength("3", "4"), -1);
     }
 
     void countsFilesLeft()
     {
-        QFETCH(ScriptedAnswer, answer);
-        QFETCH(int, left);
+        const auto [answer, left] = fetchRow<ScriptedAnswer, int>();
         m_server->on(filesLeft, {answer});
         QCOMPARE(m_client->processedFilesRemains("h"), left);
     }
@@ -306,9 +275,7 @@ private slots:
 
     void sendsUploadOnce_data()
     {
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<QString>("event");
-
+        const Rows<ScriptedAnswer, QString> add;
         const QString failed = "error File uploading error:\n\n";
         const QString closed = failed + "The connection was closed before the service answered.";
         const auto early = [](Answer answer) {
@@ -316,34 +283,30 @@ private slots:
             answer.ending = Answer::Ending::Linger;
             return answer;
         };
-        const auto row = [](const char *name, const Answer &answer, const QString &event) {
-            QTest::newRow(name) << answer << event;
-        };
         using Ending = Answer::Ending;
-        row("closed in the middle", Answer::cut(Ending::Close, 100'000), closed);
-        row("reset in the middle", Answer::cut(Ending::Reset, 100'000), closed);
-        row("closed instead of an answer", Answer::cut(Ending::Close), closed);
-        row("reset instead of an answer", Answer::cut(Ending::Reset), closed);
-        row("half an answer", Answer::wrongLength("1", "2"), closed);
-        row("in pieces", Answer::text("12").inPieces(1), "id 12");
-        row("in chunks",
+        add("closed in the middle", Answer::cut(Ending::Close, 100'000), closed);
+        add("reset in the middle", Answer::cut(Ending::Reset, 100'000), closed);
+        add("closed instead of an answer", Answer::cut(Ending::Close), closed);
+        add("reset instead of an answer", Answer::cut(Ending::Reset), closed);
+        add("half an answer", Answer::wrongLength("1", "2"), closed);
+        add("in pieces", Answer::text("12").inPieces(1), "id 12");
+        add("in chunks",
             Answer::raw("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\nTransfer-Encoding: "
                         "chunked\r\n\r\n1\r\n4\r\n1;x=y\r\n2\r\n0\r\nA: b\r\n\r\n"),
             "id 42");
-        row("without a length", Answer::raw("HTTP/1.0 200 OK\n\n13"), "id 13");
-        row("refused early", early(Answer::text("No <b>room</b>.")), "error No <b>room</b>.");
-        row("too large, told early", early(Answer::text("", 413)),
+        add("without a length", Answer::raw("HTTP/1.0 200 OK\n\n13"), "id 13");
+        add("refused early", early(Answer::text("No <b>room</b>.")), "error No <b>room</b>.");
+        add("too large, told early", early(Answer::text("", 413)),
             failed + "Error transferring " + proceed + " - server replied: Refused");
-        row("redirected", Answer::redirect(QUrl("/x"), 307),
+        add("redirected", Answer::redirect(QUrl("/x"), 307),
             failed + "The service answered with a redirect, which is not followed.");
-        row("no HTTP", Answer::raw("SSH-2.0-x\r\n"),
+        add("no HTTP", Answer::raw("SSH-2.0-x\r\n"),
             failed + "The service gave an answer that is no HTTP.");
     }
 
     void sendsUploadOnce()
     {
-        QFETCH(ScriptedAnswer, answer);
-        QFETCH(QString, event);
+        const auto [answer, event] = fetchRow<ScriptedAnswer, QString>();
         m_server->on(proceed, {answer, Answer::text("1")});
         upload(makeFile("song.wav", QByteArray(10'000'000, 'x')));
         QTRY_VERIFY(!m_events.last().startsWith("upload"));
@@ -364,10 +327,7 @@ private slots:
 
     void downloadsResults_data()
     {
-        QTest::addColumn<Operation>("operation");
-        QTest::addColumn<QByteArray>("first");
-        QTest::addColumn<QByteArray>("second");
-
+        const Rows<Operation, QByteArray, QByteArray> add;
         const QByteArray one(3'000'000, '1');
         const QByteArray two(2'000'000, '2');
         const QByteArray none = "no such file";
@@ -375,18 +335,17 @@ private slots:
             return Operation(
                 [this, second](TekoServer &server) { server.download(5, path("1.wav"), second); });
         };
-        QTest::newRow("first") << fetch(false) << one << none;
-        QTest::newRow("second") << fetch(true) << two << none;
-        QTest::newRow("both") << Operation([this](TekoServer &server) {
-            server.downloadBoth(5, path("1.wav"), path("2.wav"), 3'000'000);
-        }) << one << two;
+        add("first", fetch(false), one, none);
+        add("second", fetch(true), two, none);
+        add("both", Operation([this](TekoServer &server) {
+                server.downloadBoth(5, path("1.wav"), path("2.wav"), 3'000'000);
+            }),
+            one, two);
     }
 
     void downloadsResults()
     {
-        QFETCH(Operation, operation);
-        QFETCH(QByteArray, first);
-        QFETCH(QByteArray, second);
+        const auto [operation, first, second] = fetchRow<Operation, QByteArray, QByteArray>();
 
         signInAs("hash");
         makeFile("1.wav", "earlier result");
@@ -411,37 +370,30 @@ private slots:
 
     void refusesBadDownload_data()
     {
-        QTest::addColumn<QByteArray>("urls");
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<QString>("reason");
-
-        const auto row = [](const char *name, const Answer &answer, const QString &reason) {
-            QTest::newRow(name) << QByteArray("/1|/2") << answer << reason;
-        };
+        const Rows<QByteArray, ScriptedAnswer, QString> add;
         const QString notWhole = "The file did not arrive whole.";
-        row("cut", Answer::wrongLength("half", "8"), "Connection closed");
-        row("length overflows", Answer::wrongLength("12", "99999999999999999999"), notWhole);
-        row("negative length", Answer::wrongLength("12", "-5"), notWhole);
-        row("broken chunk",
+        add("cut", "/1|/2", Answer::wrongLength("half", "8"), "Connection closed");
+        add("length overflows", "/1|/2", Answer::wrongLength("12", "99999999999999999999"),
+            notWhole);
+        add("negative length", "/1|/2", Answer::wrongLength("12", "-5"), notWhole);
+        add("broken chunk", "/1|/2",
             Answer::raw(
                 "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nab\r\n0\r\n\r\n"),
             notWhole);
-        row("reset", Answer::cut(Answer::Ending::Reset), "Connection closed");
-        row("redirected", Answer::redirect(QUrl("/2")),
+        add("reset", "/1|/2", Answer::cut(Answer::Ending::Reset), "Connection closed");
+        add("redirected", "/1|/2", Answer::redirect(QUrl("/2")),
             "The service answered with a redirect, which is not followed.");
-        row("part of it", Answer::text("part", 206), notWhole);
-        row("compressed", Answer::text("\x1f\x8b", 200, {"Content-Encoding: gzip"}),
+        add("part of it", "/1|/2", Answer::text("part", 206), notWhole);
+        add("compressed", "/1|/2", Answer::text("\x1f\x8b", 200, {"Content-Encoding: gzip"}),
             "The file arrived in an encoding that was not asked for.");
         const QString noAddress = "The service gave no usable address of the file.";
         for (const QByteArray urls : {"|/2", "file:///etc/passwd|/2", "ftp://x/1|/2", "../1|/2"})
-            QTest::newRow(urls) << urls << Answer::text("x") << noAddress;
+            add(urls, urls, Answer::text("x"), noAddress);
     }
 
     void refusesBadDownload()
     {
-        QFETCH(QByteArray, urls);
-        QFETCH(ScriptedAnswer, answer);
-        QFETCH(QString, reason);
+        auto [urls, answer, reason] = fetchRow<QByteArray, ScriptedAnswer, QString>();
 
         if (urls.startsWith('/'))
             urls = m_server->url("/1").toEncoded() + urls.mid(2);
@@ -465,18 +417,16 @@ private slots:
 
     void reportsFullDisk_data()
     {
-        QTest::addColumn<int>("size");
-        QTest::addColumn<int>("room");
+        const Rows<int, int> add;
         // The last one fails only when its buffered bytes are flushed.
-        QTest::newRow("far too much") << 3'000'000 << 2'048;
-        QTest::newRow("a part fits") << 3'000'000 << 400'000;
-        QTest::newRow("a little too much") << 3'000 << 2'048;
+        add("far too much", 3'000'000, 2'048);
+        add("a part fits", 3'000'000, 400'000);
+        add("a little too much", 3'000, 2'048);
     }
 
     void reportsFullDisk()
     {
-        QFETCH(int, size);
-        QFETCH(int, room);
+        const auto [size, room] = fetchRow<int, int>();
         const SmallDisk disk(path("disk"));
         if (!disk.isMounted())
             QSKIP("Mounting a small disk takes the rights of an administrator.");
@@ -491,14 +441,13 @@ private slots:
 
     void leavesOpenRequests_data()
     {
-        QTest::addColumn<bool>("dies");
-        QTest::newRow("dies") << true;
-        QTest::newRow("goes on with another run") << false;
+        addNames({"dies", "goes on with another run"});
     }
 
     void leavesOpenRequests()
     {
-        QFETCH(bool, dies);
+        QFETCH(QString, name);
+        const bool dies = name == "dies";
         m_server->on(download,
                      {Answer::text(m_server->url("/1").toEncoded() + "|"
                                    + m_server->url("/2").toEncoded())});
@@ -534,14 +483,14 @@ private slots:
 
     void diesWhenTold_data()
     {
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::newRow("refused") << Answer::text("no");
-        QTest::newRow("broken") << Answer::cut();
+        const Rows<ScriptedAnswer> add;
+        add("refused", Answer::text("no"));
+        add("broken", Answer::cut());
     }
 
     void diesWhenTold()
     {
-        QFETCH(ScriptedAnswer, answer);
+        const auto [answer] = fetchRow<ScriptedAnswer>();
         m_server->on(proceed, {answer});
         connect(m_client.get(), &TekoServer::showError, this, [this] { m_client.reset(); });
         upload(makeFile("song.wav", "x"));
@@ -550,19 +499,16 @@ private slots:
 
     void checksConnectivity_data()
     {
-        QTest::addColumn<ScriptedAnswer>("answer");
-        QTest::addColumn<bool>("isOnline");
-
-        QTest::newRow("answers") << Answer::raw("HTTP/1.1 204 No Content\r\n\r\n") << true;
-        QTest::newRow("answers otherwise") << Answer::text("login page") << true;
-        QTest::newRow("fails") << Answer::text("x", 500) << false;
-        QTest::newRow("closes") << Answer::cut() << false;
+        const Rows<ScriptedAnswer, bool> add;
+        add("answers", Answer::raw("HTTP/1.1 204 No Content\r\n\r\n"), true);
+        add("answers otherwise", Answer::text("login page"), true);
+        add("fails", Answer::text("x", 500), false);
+        add("closes", Answer::cut(), false);
     }
 
     void checksConnectivity()
     {
-        QFETCH(ScriptedAnswer, answer);
-        QFETCH(bool, isOnline);
+        const auto [answer, isOnline] = fetchRow<ScriptedAnswer, bool>();
         m_server->on("/check", {answer});
         QCOMPARE(online(m_client->networkAccess(), m_server->url("/check")), isOnline);
         QVERIFY(!online(m_client->networkAccess(), QUrl()));
@@ -570,14 +516,13 @@ private slots:
 
     void endsConnectivityCheck_data()
     {
-        QTest::addColumn<bool>("quits");
-        QTest::newRow("the manager dies") << false;
-        QTest::newRow("the program quits") << true;
+        addNames({"the manager dies", "the program quits"});
     }
 
     void endsConnectivityCheck()
     {
-        QFETCH(bool, quits);
+        QFETCH(QString, name);
+        const bool quits = name == "the program quits";
         m_server->on("/check", {Answer::never()});
         connect(m_server.get(), &ScriptedServer::requestReceived, this, [this, quits] {
             if (quits)

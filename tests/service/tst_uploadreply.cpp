@@ -42,7 +42,6 @@ private slots:
     void mindsCertificates_data()
     {
         const Rows<bool, bool, QNetworkReply::NetworkError> add;
-
         add("known", true, false, QNetworkReply::NoError);
         add("unknown", false, false, QNetworkReply::SslHandshakeFailedError);
         add("unknown, ignored", false, true, QNetworkReply::NoError);
