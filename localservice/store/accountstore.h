@@ -33,7 +33,7 @@ class AccountStore final
 {
 public:
     /// How long a session lasts after its latest use, in seconds.
-    static constexpr std::int64_t kSessionSeconds = 30 * 86400;
+    static constexpr std::int64_t kSessionSeconds = std::int64_t{30} * 86400;
 
     /// Gives the seconds since 1970.
     using Clock = std::function<std::int64_t()>;
