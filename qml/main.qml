@@ -106,6 +106,9 @@ ApplicationWindow {
 
         onHideMainWindow: root.visible = false
         onShowMainWindow: {
+            // A place that was set is where it comes back, and not where the system finds room beside the other window.
+            root.setX(root.x);
+            root.setY(root.y);
             root.visible = true;
             userAuth.recheck();
         }
