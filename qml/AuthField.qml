@@ -23,7 +23,12 @@ Item {
 
     implicitWidth: 236 * field.scf
     implicitHeight: 45 * field.scf
-    onVisibleChanged: field.isRevealed = false
+    // Qt leaves the keyboard with an item that is hidden.
+    onVisibleChanged: {
+        field.isRevealed = false;
+        if (!field.visible)
+            input.focus = false;
+    }
 
     Text {
         id: caption

@@ -54,7 +54,12 @@ Item {
     focus: true
     onLoaded: gradientTimer.restart()
     onScfChanged: gradientTimer.restart()
-    onIsEditingChanged: root.showUser()
+    // The fields are hidden now, which does not take the keyboard from them.
+    onIsEditingChanged: {
+        root.showUser();
+        if (!root.isEditing)
+            root.forceActiveFocus();
+    }
     // News that arrive while the user types must not take away what he typed.
     onUserNameChanged: root.isEditing || root.showUser()
     onUserEmailChanged: root.isEditing || root.showUser()

@@ -25,6 +25,11 @@ T.AbstractButton {
     Accessible.name: btn.text
     Keys.onReturnPressed: btn.clicked()
     Keys.onEnterPressed: btn.clicked()
+    // Qt leaves the keyboard with an item that is hidden.
+    onVisibleChanged: {
+        if (!btn.visible)
+            btn.focus = false;
+    }
 
     background: Rectangle {
         radius: height / 2

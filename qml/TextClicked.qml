@@ -18,6 +18,11 @@ T.AbstractButton {
     Accessible.name: link.text
     Keys.onReturnPressed: link.clicked()
     Keys.onEnterPressed: link.clicked()
+    // Qt leaves the keyboard with an item that is hidden.
+    onVisibleChanged: {
+        if (!link.visible)
+            link.focus = false;
+    }
 
     contentItem: Text {
         text: link.text

@@ -71,6 +71,8 @@ ViewCase {
         keyClick(Qt.Key_Enter);
         compare(auth.calls, [data.call, data.call]);
         auth.signedIn();
+        keyClick(Qt.Key_Return);
+        compare(auth.calls.length, 2);
         auth.signedOut();
         compare(test.having(overlay, "password").password, "");
     }

@@ -141,6 +141,8 @@ ViewCase {
         btn.forceActiveFocus(Qt.TabFocusReason);
         keyClick(Qt.Key_Return);
         keyClick(Qt.Key_Space);
+        btn.visible = false;
+        keyClick(Qt.Key_Return);
         compare(clicks.count, data.clicks);
     }
     function test_textField() {

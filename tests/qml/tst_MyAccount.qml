@@ -41,6 +41,10 @@ ViewCase {
         keyClick(Qt.Key_Escape);
         verify(!view.isEditing);
         compare(test.view.errorText, "");
+        test.click(test.view, "Edit");
+        keyClick(Qt.Key_Escape);
+        keyClick("x");
+        verify(test.shows(test.view, "Anna Maria"));
         keyClick(Qt.Key_Escape);
         compare(test.said.slice(2), [["cancel"]]);
         test.click(test.view, "Edit");
