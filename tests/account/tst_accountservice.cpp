@@ -5,11 +5,9 @@
 #include "account/userauth.h"
 #include "app/base/programdata.h"
 #include "service/embeddedservice.h"
-#include "service/tekoserver.h"
-#include "tests/support/madesources.h"
+#include "tests/support/files.h"
 #include "tests/support/testmain.h"
 
-#include <QDir>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
@@ -23,32 +21,15 @@ public:
     explicit Person(const QUrl &service, std::optional<LocalAccount> local = {})
         : store(documentsAppFolder() + "/teko.ini")
         , auth(store)
-        , client(store)
     {
         store.setEndpointSource([service] {
             return ServiceEndpoints{service, QUrl(service.toString() + "/generate_204"), {}};
         });
         store.setLocalAccount(std::move(local));
-        QObject::connect(&client, &TekoServer::savedWithId, &client,
-                         [this](int id) { news = QString::number(id); });
-        QObject::connect(&client, &TekoServer::remainSeconds, &client, [this] { news = "wait"; });
-        QObject::connect(&client, &TekoServer::filesReady, &client, [this] { news = "ready"; });
-        QObject::connect(&client, &TekoServer::showError, &client,
-                         [this](const QString &text) { news = text; });
-    }
-
-    /// What comes of one request.
-    template <typename Ask> QString answerTo(Ask ask)
-    {
-        news.clear();
-        ask();
-        return QTest::qWaitFor([this] { return !news.isEmpty(); }, 30000) ? news : "silence";
     }
 
     ProgramData store;
     UserAuth auth;
-    TekoServer client;
-    QString news;
 };
 
 } // namespace
@@ -119,50 +100,18 @@ private slots:
         QTRY_COMPARE(ann.auth.errorText(), "The recovery code is wrong or no longer valid.");
     }
 
-    void strangersReachNothing()
+    /// Who has signed out is nobody any more, here and at the service.
+    void signOutEndsTheSession()
     {
         Person ann(m_url);
-        enter(ann, "ann2@b.de");
-        const QString wav = m_folder.filePath("song.wav");
-        QVERIFY(makeSource(wav, 2));
-        const int id = ann.answerTo([&] {
-                              ann.client.uploadFile("bass", wav, "song", ann.store.user().hash,
-                                                    "demo", "/x/song.wav", "wav");
-                          })
-                           .toInt();
-        QVERIFY(id != 0);
-
-        freshInstallation();
-        Person bob(m_url);
-        enter(bob, "bob@b.de");
-        const QString hash = bob.store.user().hash;
-        const QString unknown = "The service does not know this file.";
-        QCOMPARE(bob.answerTo([&] { bob.client.remains(id); }), unknown);
-        QCOMPARE(bob.answerTo([&] { bob.client.repeatDemoFile(hash, "wav", id); }), unknown);
-        QVERIFY(bob.answerTo([&] { bob.client.download(id, m_folder.filePath("got"), false); })
-                    .contains(unknown));
-        QCOMPARE(bob.answerTo([&] {
-                        bob.client.repeatFile("vocals", "song.wav", "song", hash, "demo", "/x",
-                                              "wav");
-                    })
-                     .toInt(),
-                 0);
-        bob.client.removeUploaded("song.wav");
-        bob.client.cancel(id);
-        QCOMPARE(bob.auth.client().postAndWait("auth/archive.php", {{"hash", hash}}).text, "[]");
-        QTRY_COMPARE_WITH_TIMEOUT(ann.answerTo([&] { ann.client.remains(id); }), "ready", 60000);
-        const QString annsHash = ann.store.user().hash;
-        QVERIFY(ann.answerTo([&] {
-                       ann.client.repeatFile("vocals", "song.wav", "song", annsHash, "demo", "/x",
-                                             "wav");
-                   })
-                    .toInt()
-                != 0);
-        // Who has signed out is nobody any more, here and at the service.
+        QSignalSpy welcomed(&ann.auth, &UserAuth::welcomed);
+        ann.auth.registerAccount("Name", "ann2@b.de", "password");
+        QTRY_COMPARE(welcomed.size(), 1);
+        const QString hash = ann.store.user().hash;
         signOut(ann.store, ann.auth.client());
-        QCOMPARE(ann.answerTo([&] { ann.client.remains(id); }), unknown);
+        QCOMPARE(ann.store.user(), UserRecord());
         const auto answer = [&] {
-            return bob.auth.client().postAndWait("auth/check.php", {{"hash", annsHash}}).text;
+            return ann.auth.client().postAndWait("auth/check.php", {{"hash", hash}}).text;
         };
         QTRY_VERIFY2(answer().contains("does not know this sign-in"), qPrintable(answer()));
     }
@@ -174,20 +123,11 @@ private:
         QDir().mkpath(documentsAppFolder());
     }
 
-    static void enter(Person &person, const QString &email)
-    {
-        QSignalSpy welcomed(&person.auth, &UserAuth::welcomed);
-        person.auth.registerAccount("Name", email, "password");
-        QTRY_COMPARE(welcomed.size(), 1);
-    }
-
     [[nodiscard]] QString recoveryCode(const QString &email) const
     {
-        QFile log(m_folder.filePath("service/service.log"));
-        if (!log.open(QIODevice::ReadOnly))
-            return {};
+        const QByteArray log = readFile(m_folder.filePath("service/service.log"));
         const QRegularExpression line("recovery code for " + email + " is (\\w+)");
-        return line.match(QString::fromUtf8(log.readAll())).captured(1);
+        return line.match(QString::fromUtf8(log)).captured(1);
     }
 
     QTemporaryDir m_folder;

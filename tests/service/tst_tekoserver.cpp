@@ -4,9 +4,9 @@
 
 #include "app/base/programdata.h"
 #include "service/connectivity.h"
+#include "tests/support/files.h"
 #include "tests/support/rows.h"
 #include "tests/support/scriptedserver.h"
-#include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
 
 #include <QNetworkProxy>
@@ -16,8 +16,6 @@
 #include <memory>
 
 using Operation = std::function<void(TekoServer &)>;
-Q_DECLARE_METATYPE(Operation)
-Q_DECLARE_METATYPE(ScriptedAnswer)
 
 namespace {
 
@@ -41,6 +39,8 @@ const Operation askRepeatDemo = [](TekoServer &server) { server.repeatDemoFile("
 const Operation askCancel = [](TekoServer &server) { server.cancel(0); };
 const Operation askRemove = [](TekoServer &server) { server.removeUploaded("AB12.wav"); };
 const Operation askRemoveSoon = [](TekoServer &server) { server.removeUploadedSoon("AB12.wav"); };
+const Operation askDownload = [](TekoServer &server) { server.download(5, "x", true); };
+const Operation askDownloadBoth = [](TekoServer &server) { server.downloadBoth(6, "x", "y", 1); };
 const Operation askFilesLeft = [](TekoServer &server) {
     Q_UNUSED(server.processedFilesRemains("h"))
 };
@@ -82,35 +82,27 @@ private slots:
     {
         QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
         m_client.reset();
-        m_store.reset();
-        m_server.reset();
-        m_folder.reset();
     }
 
     void sendsForms_data()
     {
         const Rows<Operation, QByteArray, QByteArray> add;
         add("repeat", askRepeat, repeat,
-            QByteArray("instrument=vocals&uploadedFileName=AB12.wav&fileName="
-                       "a%2Bb%20%26%20c%3D50%25&version=full&hash=ha%20sh&extension=mp3"
-                       "&originalFilePath=/x/n%C3%A4h%20%2520;.mp3"));
-        add("repeat demo", askRepeatDemo, repeatDemo, QByteArray("hash=h&extension=wav&songId=9"));
-        add("remains", askRemains, remains, QByteArray("songID=7"));
-        add("cancel", askCancel, cancel, QByteArray("songID=0"));
-        add("remove", askRemove, removeUploaded, QByteArray("fileName=AB12.wav"));
-        add("remove soon", askRemoveSoon, removeUploaded, QByteArray("fileName=AB12.wav"));
-        add("files left", askFilesLeft, filesLeft, QByteArray("hash=h"));
-        add("download", Operation([](TekoServer &server) { server.download(5, "x", true); }),
-            download, QByteArray("songID=5"));
-        add("download both",
-            Operation([](TekoServer &server) { server.downloadBoth(6, "x", "y", 1); }), download,
-            QByteArray("songID=6"));
+            "instrument=vocals&uploadedFileName=AB12.wav&fileName=a%2Bb%20%26%20c%3D50%25"
+            "&version=full&hash=ha%20sh&extension=mp3&originalFilePath=/x/n%C3%A4h%20%2520;.mp3");
+        add("repeat demo", askRepeatDemo, repeatDemo, "hash=h&extension=wav&songId=9");
+        add("remains", askRemains, remains, "songID=7");
+        add("cancel", askCancel, cancel, "songID=0");
+        add("remove", askRemove, removeUploaded, "fileName=AB12.wav");
+        add("remove soon", askRemoveSoon, removeUploaded, "fileName=AB12.wav");
+        add("files left", askFilesLeft, filesLeft, "hash=h");
+        add("download", askDownload, download, "songID=5");
+        add("download both", askDownloadBoth, download, "songID=6");
     }
 
     void sendsForms()
     {
         const auto [operation, path, body] = fetchRow<Operation, QByteArray, QByteArray>();
-
         m_server->on(path, {Answer::text("1", 200, {"Set-Cookie: teko-session=else; Path=/"})});
         operation(*m_client);
         QTRY_COMPARE(m_server->requests().size(), 1);
@@ -181,7 +173,6 @@ private slots:
     {
         const Rows<Operation, QByteArray, ScriptedAnswer, QString> add;
         const QString unfollowed = "The service answered with a redirect, which is not followed.";
-        const auto failing = Answer::text("sorry", 500);
         add("seconds", askRemains, remains, Answer::text("8"), "seconds 8");
         add("below ready", askRemains, remains, Answer::text("-2"), "seconds -2");
         add("no seconds", askRemains, remains, Answer::text("0"), "seconds 0");
@@ -208,10 +199,9 @@ private slots:
         add("demo accepted", askRepeatDemo, repeatDemo, Answer::text("4"), "id 4");
         add("demo cut", askRepeatDemo, repeatDemo, Answer::wrongLength("1", "2"),
             "error Demo File repeating error:\n\nConnection closed");
-        const Operation ask = [](TekoServer &server) { server.download(5, "x", false); };
-        add("one part", ask, download, Answer::text("http://x/1"), "error http://x/1");
-        add("three parts", ask, download, Answer::text("a|b|c"), "error a|b|c");
-        add("urls cut", ask, download, Answer::wrongLength("a|b", "9"),
+        add("one part", askDownload, download, Answer::text("http://x/1"), "error http://x/1");
+        add("three parts", askDownload, download, Answer::text("a|b|c"), "error a|b|c");
+        add("urls cut", askDownload, download, Answer::wrongLength("a|b", "9"),
             "error Downloading error:\n\nConnection closed");
     }
 
@@ -219,7 +209,6 @@ private slots:
     {
         const auto [operation, path, answer, event] =
             fetchRow<Operation, QByteArray, ScriptedAnswer, QString>();
-
         m_server->on(path, {answer});
         operation(*m_client);
         QTRY_VERIFY(!m_events.isEmpty());
@@ -227,21 +216,16 @@ private slots:
         QCOMPARE(m_server->requests().size(), 1);
     }
 
-    void countsFilesLeft_data()
-    {
-        const Rows<ScriptedAnswer, int> add;
-        add("some", Answer::text("10"), 10);
-        add("none", Answer::text("0"), 0);
-        add("no number", Answer::text("sign in first"), -1);
-        add("refused", Answer::text("3", 500), -1);
-        add("cut", Answer::wrongLength("3", "4"), -1);
-    }
-
     void countsFilesLeft()
     {
-        const auto [answer, left] = fetchRow<ScriptedAnswer, int>();
-        m_server->on(filesLeft, {answer});
-        QCOMPARE(m_client->processedFilesRemains("h"), left);
+        for (const auto &[answer, left] : {std::pair(Answer::text("10"), 10),
+                                           {Answer::text("0"), 0},
+                                           {Answer::text("sign in first"), -1},
+                                           {Answer::text("3", 500), -1},
+                                           {Answer::wrongLength("3", "4"), -1}}) {
+            m_server->on(filesLeft, {answer});
+            QCOMPARE(m_client->processedFilesRemains("h"), left);
+        }
     }
 
     void reportsUnreadableUpload()
@@ -290,10 +274,6 @@ private slots:
         add("reset instead of an answer", Answer::cut(Ending::Reset), closed);
         add("half an answer", Answer::wrongLength("1", "2"), closed);
         add("in pieces", Answer::text("12").inPieces(1), "id 12");
-        add("in chunks",
-            Answer::raw("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\nTransfer-Encoding: "
-                        "chunked\r\n\r\n1\r\n4\r\n1;x=y\r\n2\r\n0\r\nA: b\r\n\r\n"),
-            "id 42");
         add("without a length", Answer::raw("HTTP/1.0 200 OK\n\n13"), "id 13");
         add("refused early", early(Answer::text("No <b>room</b>.")), "error No <b>room</b>.");
         add("too large, told early", early(Answer::text("", 413)),
@@ -325,120 +305,6 @@ private slots:
         QVERIFY(m_server->bytesSent() < 20'000'000);
     }
 
-    void downloadsResults_data()
-    {
-        const Rows<Operation, QByteArray, QByteArray> add;
-        const QByteArray one(3'000'000, '1');
-        const QByteArray two(2'000'000, '2');
-        const QByteArray none = "no such file";
-        const auto fetch = [this](bool second) {
-            return Operation(
-                [this, second](TekoServer &server) { server.download(5, path("1.wav"), second); });
-        };
-        add("first", fetch(false), one, none);
-        add("second", fetch(true), two, none);
-        add("both", Operation([this](TekoServer &server) {
-                server.downloadBoth(5, path("1.wav"), path("2.wav"), 3'000'000);
-            }),
-            one, two);
-    }
-
-    void downloadsResults()
-    {
-        const auto [operation, first, second] = fetchRow<Operation, QByteArray, QByteArray>();
-
-        signInAs("hash");
-        makeFile("1.wav", "earlier result");
-        m_server->on(
-            download,
-            {Answer::text(
-                (m_server->url("/1").toString() + "|" + m_server->url("/2").toString()).toUtf8())});
-        m_server->on("/1", {Answer::text(QByteArray(3'000'000, '1'))});
-        m_server->on("/2", {Answer::raw("HTTP/1.1 200 OK\r\n\r\n" + QByteArray(2'000'000, '2'))});
-        operation(*m_client);
-        QVERIFY(!QFile::exists(path("1.wav")));
-        const qsizetype files = second.startsWith('2') ? 2 : 1;
-        QTRY_COMPARE(m_events.filter(" 100").size(), files);
-        QVERIFY(content("1.wav") == first);
-        QVERIFY(content("2.wav") == second);
-        QVERIFY(m_events.contains("first 100"));
-        QCOMPARE(m_events.filter("error"), QStringList());
-        QCOMPARE(m_server->requests().last().header("Accept-Encoding"), "identity");
-        // Results may lie anywhere, and their addresses open them.
-        QCOMPARE(m_server->requests().last().header("Cookie"), "");
-    }
-
-    void refusesBadDownload_data()
-    {
-        const Rows<QByteArray, ScriptedAnswer, QString> add;
-        const QString notWhole = "The file did not arrive whole.";
-        add("cut", "/1|/2", Answer::wrongLength("half", "8"), "Connection closed");
-        add("length overflows", "/1|/2", Answer::wrongLength("12", "99999999999999999999"),
-            notWhole);
-        add("negative length", "/1|/2", Answer::wrongLength("12", "-5"), notWhole);
-        add("broken chunk", "/1|/2",
-            Answer::raw(
-                "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nab\r\n0\r\n\r\n"),
-            notWhole);
-        add("reset", "/1|/2", Answer::cut(Answer::Ending::Reset), "Connection closed");
-        add("redirected", "/1|/2", Answer::redirect(QUrl("/2")),
-            "The service answered with a redirect, which is not followed.");
-        add("part of it", "/1|/2", Answer::text("part", 206), notWhole);
-        add("compressed", "/1|/2", Answer::text("\x1f\x8b", 200, {"Content-Encoding: gzip"}),
-            "The file arrived in an encoding that was not asked for.");
-        const QString noAddress = "The service gave no usable address of the file.";
-        for (const QByteArray urls : {"|/2", "file:///etc/passwd|/2", "ftp://x/1|/2", "../1|/2"})
-            add(urls, urls, Answer::text("x"), noAddress);
-    }
-
-    void refusesBadDownload()
-    {
-        auto [urls, answer, reason] = fetchRow<QByteArray, ScriptedAnswer, QString>();
-
-        if (urls.startsWith('/'))
-            urls = m_server->url("/1").toEncoded() + urls.mid(2);
-        m_server->on(download, {Answer::text(urls)});
-        m_server->on("/1", {answer});
-        m_client->download(5, path("1.wav"), false);
-        QTRY_COMPARE(m_events.filter("error"), QStringList{"error Download error:\n\n" + reason});
-        QVERIFY(!m_events.contains("first 100"));
-        QCOMPARE(QDir(m_folder->path()).entryList({"1*"}, QDir::Files), QStringList());
-    }
-
-    void reportsUnwritableTarget()
-    {
-        m_server->on(download, {Answer::text(m_server->url("/1").toEncoded() + "|x")});
-        m_server->on("/1", {Answer::text("sound")});
-        m_client->download(5, path("none/1.wav"), false);
-        QTRY_COMPARE(
-            m_events,
-            QStringList{"error Failed to open file for writing:\n\n" + path("none/1.wav")});
-    }
-
-    void reportsFullDisk_data()
-    {
-        const Rows<int, int> add;
-        // The last one fails only when its buffered bytes are flushed.
-        add("far too much", 3'000'000, 2'048);
-        add("a part fits", 3'000'000, 400'000);
-        add("a little too much", 3'000, 2'048);
-    }
-
-    void reportsFullDisk()
-    {
-        const auto [size, room] = fetchRow<int, int>();
-        const SmallDisk disk(path("disk"));
-        if (!disk.isMounted())
-            QSKIP("Mounting a small disk takes the rights of an administrator.");
-        makeFile("disk/filler", QByteArray(1'048'576 - room, 'x'));
-        m_server->on(download, {Answer::text(m_server->url("/1").toEncoded() + "|x")});
-        m_server->on("/1", {Answer::text(QByteArray(size, 'x'))});
-        m_client->download(5, path("disk/1.wav"), false);
-        QTRY_COMPARE(m_events.filter("error"),
-                     QStringList{"error Download error:\n\nNo space left on device"});
-        QCOMPARE(QDir(path("disk")).entryList(QDir::Files), QStringList{"filler"});
-    }
-
     void leavesOpenRequests_data()
     {
         addNames({"dies", "goes on with another run"});
@@ -449,7 +315,7 @@ private slots:
         QFETCH(QString, name);
         const bool dies = name == "dies";
         m_server->on(download,
-                     {Answer::text(m_server->url("/1").toEncoded() + "|"
+                     {Answer::text(m_server->url("/1").toEncoded() + '|'
                                    + m_server->url("/2").toEncoded())});
         m_server->on("/1", {Answer::text(QByteArray(100'000, 'x')).inPieces(100)});
         m_server->on("/2", {Answer::never()});
@@ -483,35 +349,29 @@ private slots:
 
     void diesWhenTold_data()
     {
-        const Rows<ScriptedAnswer> add;
-        add("refused", Answer::text("no"));
-        add("broken", Answer::cut());
+        addNames({"refused", "broken"});
     }
 
     void diesWhenTold()
     {
-        const auto [answer] = fetchRow<ScriptedAnswer>();
-        m_server->on(proceed, {answer});
+        QFETCH(QString, name);
+        m_server->on(proceed, {name == "refused" ? Answer::text("no") : Answer::cut()});
         connect(m_client.get(), &TekoServer::showError, this, [this] { m_client.reset(); });
         upload(makeFile("song.wav", "x"));
         QTRY_VERIFY(!m_client);
     }
 
-    void checksConnectivity_data()
-    {
-        const Rows<ScriptedAnswer, bool> add;
-        add("answers", Answer::raw("HTTP/1.1 204 No Content\r\n\r\n"), true);
-        add("answers otherwise", Answer::text("login page"), true);
-        add("fails", Answer::text("x", 500), false);
-        add("closes", Answer::cut(), false);
-    }
-
     void checksConnectivity()
     {
-        const auto [answer, isOnline] = fetchRow<ScriptedAnswer, bool>();
-        m_server->on("/check", {answer});
-        QCOMPARE(online(m_client->networkAccess(), m_server->url("/check")), isOnline);
         QVERIFY(!online(m_client->networkAccess(), QUrl()));
+        for (const auto &[answer, isOnline] :
+             {std::pair(Answer::raw("HTTP/1.1 204 No Content\r\n\r\n"), true),
+              {Answer::text("login page"), true},
+              {Answer::text("x", 500), false},
+              {Answer::cut(), false}}) {
+            m_server->on("/check", {answer});
+            QCOMPARE(online(m_client->networkAccess(), m_server->url("/check")), isOnline);
+        }
     }
 
     void endsConnectivityCheck_data()
@@ -548,16 +408,7 @@ private:
 
     QString makeFile(const QString &name, const QByteArray &content) const
     {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            qFatal("cannot write %s", qPrintable(name));
-        return file.fileName();
-    }
-
-    QByteArray content(const QString &name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : "no such file";
+        return writeFile(path(name), content);
     }
 
     void upload(const QString &file)
@@ -573,5 +424,4 @@ private:
 };
 
 TEKO_TEST_MAIN(TestTekoServer)
-
 #include "tst_tekoserver.moc"
