@@ -164,20 +164,6 @@ private slots:
         }
     }
 
-    void coversOnlyTheBeginningWhenAsked()
-    {
-        const WavShape shape{1, 8000, 16, 8000};
-        const std::vector<std::int32_t> input =
-            soundOf(shape, [](qint64 frame, int) { return sine(500, frame, 8000); });
-        writeWav(at("in.wav"), shape, input);
-        SeparationTask half = task(Part::Vocals);
-        half.secondsAtMost = 0.5;
-        JobControl control;
-        QVERIFY(separate(half, control));
-        QCOMPARE(readWav(at("main.wav")).size(), std::size_t(4000));
-        QCOMPARE(readWav(at("main.wav"))[3999] + readWav(at("mix.wav"))[3999], input[3999]);
-    }
-
     void stopsAtOnceWhenCancelled()
     {
         const WavShape shape{2, 44100, 16, 120 * 44100};

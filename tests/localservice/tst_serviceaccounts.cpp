@@ -134,15 +134,11 @@ private slots:
         QVERIFY(change(QString(1025, 'x')).contains("too long"));
         QVERIFY(other.post("auth/check.php", {{"hash", hash}}).contains("\"E\""));
 
-        QCOMPARE(other.post("auth/recover.php", {{"email", "e@b.org"}}), "1");
-        QCOMPARE(other.post("auth/recover.php", {{"email", "nobody@b.org"}}), "1");
-        static const QRegularExpression pattern("code for e@b.org is (\\w+)");
-        QTRY_VERIFY(pattern.match(m_service->log()).hasMatch());
-        const QString code = pattern.match(m_service->log()).captured(1);
-        const Form recovery = {{"email", "e@b.org"}, {"code", code}, {"password", "abcdefgh"}};
-        QCOMPARE(other.post("auth/recover.php", recovery), "1");
-        QVERIFY(other.post("auth/recover.php", recovery).contains("no longer valid"));
-        QCOMPARE(other.post("auth/check.php", {{"hash", hash}}), unknownSession);
+        // Nobody learns here who has an account.
+        for (const char *email : {"nobody@b.org", "e@b.org"})
+            QCOMPARE(other.post("auth/recover.php", {{"email", email}}), "1");
+        QTRY_VERIFY(m_service->log().contains("code for e@b.org is "));
+        QCOMPARE(m_service->log().count("code for"), 1);
     }
 
     void limitsSignInTries()
