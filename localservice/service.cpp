@@ -28,7 +28,8 @@ Service::Service(const Options &options)
     , m_jobs(m_database)
     , m_runner(m_jobs, m_uploads, m_folder, separatorOf(options), options.workers, options.keepDays)
     , m_gate(m_accountStore, m_jobs)
-    , m_processing(m_database, m_accountStore, m_uploads, m_jobs, m_runner, m_gate, m_arriving, options.licence)
+    , m_processing(m_database, m_accountStore, m_uploads, m_jobs, m_runner, m_gate, m_arriving,
+                   options.licence)
     , m_accounts(m_accountStore, m_jobs, m_gate, options.licence, options.keepDays)
     , m_server(
           options.host, options.port,

@@ -4,6 +4,7 @@
 
 #include "localservice/server/pages.h"
 #include "localservice/server/replies.h"
+#include "localservice/server/requestbody.h"
 #include "localservice/server/resulthandler.h"
 #include "localservice/server/uploadhandler.h"
 
@@ -16,15 +17,14 @@ namespace {
 
     std::string readForm(Request &request)
     {
-        std::string body;
-        std::vector<char> block(8192);
-        while (request.stream().read(block.data(), static_cast<std::streamsize>(block.size()))
-               || request.stream().gcount() > 0) {
-            body.append(block.data(), static_cast<std::size_t>(request.stream().gcount()));
-            if (body.size() > Fields::kMostBytes)
+        std::string form;
+        RequestBody body(request);
+        for (std::string_view bytes = body.next(); !bytes.empty(); bytes = body.next()) {
+            form += bytes;
+            if (form.size() > Fields::kMostBytes)
                 throw BadRequest("The form is too large.");
         }
-        return body;
+        return form;
     }
 
     using FormCall = std::function<std::string(Backend &, const Fields &, const Caller &)>;

@@ -4,18 +4,13 @@
 
 #include "localservice/base/refusal.h"
 #include "localservice/http/multipart.h"
+#include "localservice/server/requestbody.h"
 
-#include <chrono>
 #include <optional>
-#include <vector>
 
 namespace localservice {
 
 namespace {
-
-    constexpr std::streamsize kBlock = std::streamsize{256} * 1024;
-    constexpr std::chrono::seconds kGrace{60};
-    constexpr double kLeastRate = 4096; // bytes a second
 
     // Sorts the parts of an upload: the file goes to the disk, the rest are fields.
     class UploadParts final : public MultipartParser::Sink
@@ -81,20 +76,9 @@ namespace {
     void receive(Request &request, UploadParts &parts)
     {
         MultipartParser parser(boundaryOf(request.getContentType()), parts);
-        std::vector<char> block(kBlock);
-        std::uint64_t bytes = 0;
-        const auto began = std::chrono::steady_clock::now();
-        std::istream &stream = request.stream();
-        while (stream.read(block.data(), kBlock) || stream.gcount() > 0) {
-            const auto got = static_cast<std::size_t>(stream.gcount());
-            parser.feed({block.data(), got});
-            bytes += got;
-            const auto took = std::chrono::steady_clock::now() - began;
-            if (took > kGrace
-                && static_cast<double>(bytes)
-                    < kLeastRate * std::chrono::duration<double>(took).count())
-                throw BadRequest("The upload is too slow.");
-        }
+        RequestBody body(request);
+        for (std::string_view bytes = body.next(); !bytes.empty(); bytes = body.next())
+            parser.feed(bytes);
         if (!parser.isComplete())
             throw BadRequest("The upload ended before its time.");
         parts.finish();

@@ -4,6 +4,8 @@
 
 #include <QTcpSocket>
 
+#include <Poco/Net/StreamSocket.h>
+
 /// Requests that the real program must not fall for.
 class ServiceRequestsTest final : public ServiceCase
 {
@@ -81,6 +83,20 @@ private slots:
         socket.abort();
         QTRY_COMPARE(filesIn("uploads"), QStringList());
         QVERIFY(m_client->post("repeat.php", repeat).contains("no longer has this file"));
+    }
+
+    void cutFormIsNotTakenForAWholeOne()
+    {
+        Poco::Net::StreamSocket socket(
+            Poco::Net::SocketAddress(m_service->url.mid(7).toStdString()));
+        const QByteArray request =
+            "POST /teko-server/auth/register.php HTTP/1.1\r\nContent-Length: 99\r\n\r\n"
+            "name=Eva&email=eva@b.org&password=12345678";
+        socket.sendBytes(request.data(), int(request.size()));
+        socket.shutdownSend();
+        QByteArray answer(12, ' ');
+        socket.receiveBytes(answer.data(), int(answer.size()));
+        QCOMPARE(answer, "HTTP/1.1 400");
     }
 
     void answersPagesAndForeignRequests_data()

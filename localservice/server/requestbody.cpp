@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/server/requestbody.h"
+
+#include "localservice/http/fields.h"
+
+#include <Poco/Exception.h>
+
+#include <algorithm>
+
+namespace localservice {
+
+namespace {
+
+    constexpr std::size_t kBlock = 16384;
+    constexpr std::chrono::seconds kGrace{60};
+    constexpr double kLeastRate = 4096; // bytes a second
+
+    // What has arrived, at least one byte. A read of the whole block would wait until that is full,
+    // however slowly the bytes come.
+    std::streamsize readSome(std::streambuf &source, std::vector<char> &block)
+    {
+        try {
+            if (source.sgetc() == std::streambuf::traits_type::eof())
+                return 0;
+            const auto room = static_cast<std::streamsize>(block.size());
+            return source.sgetn(block.data(), std::min(room, source.in_avail()));
+        } catch (const Poco::Exception &) {
+            // The other side has gone, or says nothing any longer.
+            return 0;
+        }
+    }
+
+} // namespace
+
+RequestBody::RequestBody(Poco::Net::HTTPServerRequest &request)
+    : m_source(*request.stream().rdbuf())
+    , m_announced(request.hasContentLength() ? request.getContentLength64() : -1)
+    , m_block(kBlock)
+{ }
+
+std::string_view RequestBody::next()
+{
+    const std::streamsize got = readSome(m_source, m_block);
+    m_bytes += got;
+    if (got == 0 && m_bytes < m_announced)
+        throw BadRequest("The request ended before its time.");
+    checkPace();
+    return {m_block.data(), static_cast<std::size_t>(got)};
+}
+
+void RequestBody::checkPace() const
+{
+    const auto took = std::chrono::steady_clock::now() - m_began;
+    if (took > kGrace
+        && static_cast<double>(m_bytes) < kLeastRate * std::chrono::duration<double>(took).count())
+        throw BadRequest("The request is too slow.");
+}
+
+} // namespace localservice
