@@ -51,8 +51,6 @@ Account Gate::requireSession(const std::string &session)
 
 Job Gate::requireJob(const Fields &fields, std::string_view field, const Caller &caller)
 {
-    if (!m_wrongNumbers.mayGoOn(caller.address))
-        throw Refusal("Too many requests for unknown files. Please wait a minute.");
     // Nobody in particular hears the same about every number.
     std::optional<Account> account;
     if (!sessionOf(fields, caller).empty())
@@ -61,9 +59,10 @@ Job Gate::requireJob(const Fields &fields, std::string_view field, const Caller 
     const std::optional<Job> job = number > 0 ? m_jobs.find(number) : std::nullopt;
     if (job && account && account->id == job->account)
         return *job;
-    // Clients cancel number 0 before they know a number: that is no guess.
-    if (number > 0)
-        m_wrongNumbers.count(caller.address);
+    // Clients cancel number 0 before they know a number: that is no guess. Other people's guesses,
+    // from behind the same address, do not keep an owner from his jobs.
+    if (number > 0 && !m_wrongNumbers.count(caller.address))
+        throw Refusal("Too many requests for unknown files. Please wait a minute.");
     throw Refusal(kUnknownJob);
 }
 

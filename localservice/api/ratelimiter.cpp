@@ -15,14 +15,6 @@ bool RateLimiter::count(const std::string &party, Time now)
     return true;
 }
 
-bool RateLimiter::mayGoOn(const std::string &party, Time now)
-{
-    const std::lock_guard lock(m_mutex);
-    forgetBefore(now - std::chrono::minutes(1));
-    const auto found = m_deeds.find(party);
-    return found == m_deeds.end() || found->second.size() < m_perMinute;
-}
-
 void RateLimiter::forgetBefore(Time time)
 {
     for (auto entry = m_deeds.begin(); entry != m_deeds.end();) {

@@ -22,9 +22,6 @@ public:
 
     /// Counts one deed of a party at a time; gives whether it is still within the limit.
     bool count(const std::string &party, Time now = std::chrono::steady_clock::now());
-    /// Whether a party may do it once more.
-    [[nodiscard]] bool mayGoOn(const std::string &party,
-                               Time now = std::chrono::steady_clock::now());
 
 private:
     void forgetBefore(Time time);

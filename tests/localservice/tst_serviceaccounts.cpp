@@ -141,7 +141,7 @@ private slots:
         QCOMPARE(m_service->log().count("code for"), 1);
     }
 
-    void limitsSignInTries()
+    void limitsGuesses()
     {
         const auto tryPassword = [this](const QString &email) {
             return m_client->post("auth/login.php", {{"email", email}, {"password", "wrong"}});
@@ -153,6 +153,16 @@ private slots:
             QCOMPARE(tryPassword("Local@localhost"), wrong);
         QVERIFY(tryPassword("local@localhost").contains("Too many tries"));
         QCOMPARE(tryPassword("nobody@localhost"), wrong);
+
+        const auto askFor = [](Client &client, const QByteArray &number) {
+            return client.post("remains.php", {{"songID", number}});
+        };
+        Client nobody(m_service->url, {});
+        for (int i = 0; i < 60; ++i)
+            (void)askFor(nobody, "7");
+        QVERIFY(askFor(nobody, m_job).contains("Too many requests"));
+        // The guesses of whoever shares his address are not the owner's.
+        QCOMPARE(askFor(*m_client, m_job), "-1");
     }
 
 private:
