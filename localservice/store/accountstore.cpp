@@ -175,8 +175,8 @@ void AccountStore::setPassword(std::int64_t account, const std::string &password
     Transaction transaction(access.session);
     access.session << "UPDATE users SET password = ?, code = '', code_until = 0 WHERE id = ?",
         bind(passwordHash), bind(account), now;
-    access.session << "DELETE FROM sessions WHERE account = ? AND digest <> ?", bind(account),
-        bind(sessionDigest(session)), now;
+    access.session << "DELETE FROM sessions WHERE account = ? AND digest <> ? AND expires < ?",
+        bind(account), bind(sessionDigest(session)), bind(kNever), now;
     transaction.commit();
 }
 

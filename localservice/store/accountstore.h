@@ -53,14 +53,14 @@ public:
     void closeSession(const std::string &hash);
     /// The access token that belongs to a session.
     [[nodiscard]] std::string tokenOf(const std::string &hash) const;
-    /// Changes an account; a new password ends all its sessions but `hash`. Throws Refusal when the
-    /// e-mail address is another one's.
+    /// Changes an account; a new password ends all its sessions but `hash` and the local one.
+    /// Throws Refusal when the e-mail address is another one's.
     void change(const Account &account, const AccountChange &change, const std::string &hash);
 
     /// A code for a new password, valid once and for half an hour; nothing for an unknown address.
     [[nodiscard]] std::optional<std::string> openRecovery(const std::string &email);
-    /// Sets a new password with such a code and ends all sessions; gives whether the code was
-    /// right.
+    /// Sets a new password with such a code and ends all sessions but the local one; gives whether
+    /// the code was right.
     [[nodiscard]] bool recover(const std::string &email, const std::string &code,
                                const std::string &password);
 

@@ -312,6 +312,8 @@ private slots:
         house.secondsLater = 0;
         QCOMPARE(house.accounts.accountOf(hash).has_value(), lasts);
         house.accounts.closeSession(hash);
+        if (isLocal)
+            house.accounts.change(house.accounts.accountOf(hash).value(), {"L", "l@b", "new"}, "");
         QCOMPARE(house.accounts.accountOf(hash).has_value(), isLocal);
     }
 
