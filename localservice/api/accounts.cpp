@@ -112,9 +112,10 @@ void Accounts::countTry(const std::string &email, const Caller &caller)
 std::string Accounts::login(const Fields &fields, const Caller &caller)
 {
     const std::string email = Poco::trim(fields["email"]);
-    countTry(email, caller);
-    if (fields["password"].size() > kLongestPassword)
+    // Nobody has these; the tries of a minute are kept in memory, so they stay short.
+    if (email.size() > kLongestText || fields["password"].size() > kLongestPassword)
         throw Refusal(kWrongSignIn);
+    countTry(email, caller);
     const std::optional<Account> account = m_accounts.signIn(email, fields["password"]);
     if (!account)
         throw Refusal(kWrongSignIn);
