@@ -86,6 +86,12 @@ Item {
         onTriggered: root.currentLayer = layerTimer.layer
     }
 
+    Timer {
+        id: doubleClick
+
+        interval: Application.styleHints.mouseDoubleClickInterval
+    }
+
     // The panels can match the background only once they have been laid out.
     Timer {
         id: gradientTimer
@@ -151,7 +157,10 @@ Item {
             selectedInstrument: root.selectedInstrument
             selectedOutputFormat: root.selectedOutputFormat
             isVideo: root.isVideo
-            onChooseInstrument: root.currentLayer = "instrument_list"
+            onChooseInstrument: {
+                root.currentLayer = "instrument_list";
+                doubleClick.restart();
+            }
             onChosenFormat: format => root.selectedOutputFormat = format
             onStartProcess: root.startProcess()
         }
@@ -164,6 +173,7 @@ Item {
             onPicked: instrument => {
                 root.selectedInstrument = instrument;
                 root.currentLayer = "select_instrument";
+                doubleClick.restart();
             }
         }
 
@@ -220,5 +230,12 @@ Item {
         Item {
             Layout.fillHeight: true
         }
+    }
+
+    // The second half of a double click is not meant for the picture that has just come under the mouse.
+    MouseArea {
+        anchors.fill: parent
+        visible: doubleClick.running
+        Accessible.ignored: true
     }
 }
