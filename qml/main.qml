@@ -11,13 +11,14 @@ ApplicationWindow {
 
     designedWidth: 470
     designedHeight: 210
-    visible: true
     color: "#00050b"
     title: mainFunctions.setApplicationWindowTitle()
 
     Component.onCompleted: {
         backendLoader.onCompleted();
         prop.loggingActive = backendLoader.getLoggingStatus();
+        // Not before it has its size, by which the system finds its place.
+        root.visible = true;
     }
     Component.onDestruction: backendLoader.clearMemory()
 

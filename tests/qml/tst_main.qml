@@ -36,9 +36,8 @@ ViewCase {
         test.window.color = "red";
         verify(waitForRendering(test.root));
         compare(test.account.checks, 1);
-        const unseen = test.make("main", null, {
-                "visible": false
-            });
+        const unseen = test.make("main", null);
+        unseen.visible = false;
         tryCompare(findChild(unseen, "account"), "checks", 1);
     }
     function test_account() {
