@@ -37,6 +37,7 @@ private slots:
     void cleanup()
     {
         m_window.reset();
+        m_store.reset(); // which would write its file into a folder that is gone
         QDir::setCurrent(QDir::rootPath());
     }
 
