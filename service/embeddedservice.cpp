@@ -67,6 +67,8 @@ void EmbeddedService::start()
     qInfo() << "EmbeddedService::start";
     m_state = State::Starting;
     QDir().mkpath(m_dataFolder);
+    // The service's log holds recovery codes, its database the session of this computer's account.
+    QFile::setPermissions(m_dataFolder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QFile log(m_dataFolder + QLatin1String("/service.log"));
     // Appended to, since another instance of the program may be writing there.
     if (log.size() > mostLogBytes)

@@ -3,6 +3,7 @@
 #include "localservice/jobs/datafolder.h"
 
 #include <algorithm>
+#include <fstream>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -22,6 +23,16 @@ namespace {
             fs::remove_all(path, ignored);
     }
 
+    // SQLite gives the files beside it the same access. A disk that knows no owners is none's
+    // fault.
+    void keepFromOthers(const fs::path &file)
+    {
+        if (!fs::exists(file))
+            std::ofstream stream(file);
+        std::error_code ignored;
+        fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, ignored);
+    }
+
 } // namespace
 
 DataFolder::DataFolder(fs::path root)
@@ -32,6 +43,7 @@ DataFolder::DataFolder(fs::path root)
         fs::permissions(m_root, fs::perms::owner_all);
     for (const char *name : {"uploads", "work", "results"})
         fs::create_directory(m_root / name);
+    keepFromOthers(database());
 }
 
 fs::path DataFolder::upload(const std::string &file) const

@@ -107,6 +107,9 @@ private slots:
             QTRY_VERIFY(house.jobs.find(id)->state == JobState::Running);
         }
         House house(*m_dir);
+        QCOMPARE(QFile::permissions(m_dir->filePath("data/service.db"))
+                     & ~(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
         QCOMPARE(house.accounts.localSession(), hash);
         const Job kept = house.jobs.find(id).value();
         QCOMPARE(kept.instrument, std::string("drums"));

@@ -58,6 +58,7 @@ private slots:
         m_service.reset();
         QVERIFY(exists("ended"));
         QVERIFY(exists("service.log"));
+        QVERIFY(!QFile::permissions(m_data).testAnyFlags(QFile::ReadOther | QFile::ReadGroup));
     }
 
     void reportsFailureOnce_data()
