@@ -77,6 +77,11 @@ Fusion.ComboBox {
         topMargin: 6 * dropdown.scf
         bottomMargin: 6 * dropdown.scf
         padding: 1
+        // A box that cannot be seen must not be turned by the keyboard.
+        onClosed: {
+            if (!dropdown.mainVisible)
+                dropdown.focus = false;
+        }
 
         contentItem: DropdownList {
             prop: dropdown.prop

@@ -21,6 +21,8 @@ Column {
 
     function openFormats() {
         formats.currentIndex = formats.model.indexOf(area.selectedOutputFormat);
+        // The open list answers the arrow keys, Return and Escape by its box.
+        formats.forceActiveFocus();
         formats.popup.open();
     }
 

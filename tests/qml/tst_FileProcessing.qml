@@ -115,10 +115,10 @@ ViewCase {
     }
     function test_formats_data(): var {
         const audio = ["MP3", "WAV", "M4A", "AIFF", "FLAC", "WMA"];
-        const table = States.table("isVideo", "selected", "rows", "index");
-        table.add("video", true, "MKV", ["MP4", "MKV", "MOV", "WMV", "MPG", "WEBM"].concat(audio), 1);
-        table.add("audio", false, "WMA", audio, 5);
-        table.add("not in the list", false, "MKV", audio, -1);
+        const table = States.table("isVideo", "selected", "rows", "index", "next");
+        table.add("video", true, "MKV", ["MP4", "MKV", "MOV", "WMV", "MPG", "WEBM"].concat(audio), 1, "MOV");
+        table.add("audio", false, "WMA", audio, 5, "WMA");
+        table.add("not in the list", false, "MKV", audio, -1, "MP3");
         return table.rows;
     }
     function test_formats(data: var) {
@@ -130,6 +130,14 @@ ViewCase {
         const rows = test.items(test.window.contentItem).filter(i => i.Accessible.role === Accessible.ListItem);
         compare(rows.map(r => r.modelData), data.rows);
         compare(rows[0].list.chosenIndex, data.index);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => !test.find(test.window.contentItem, "WMA"));
+        keyClick(Qt.Key_Down);
+        compare(test.view.selectedOutputFormat, data.selected);
+        test.click(test.view, "Output Format: " + data.selected);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        compare(test.view.selectedOutputFormat, data.next);
     }
     /// The controller announces each answer, one that changes nothing as well.
     function test_repeatedAnswer() {
