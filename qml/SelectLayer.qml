@@ -20,7 +20,7 @@ Column {
     readonly property bool hasFormat: area.selectedOutputFormat !== Vocabulary.none
 
     function openFormats() {
-        formats.currentIndex = formats.model.indexOf(area.selectedOutputFormat);
+        formats.currentIndex = formats.model.indexOf(area.selectedOutputFormat.toUpperCase());
         // The open list answers the arrow keys, Return and Escape by its box.
         formats.forceActiveFocus();
         formats.popup.open();

@@ -19,7 +19,8 @@ QtObject {
         return vocabulary.busyLayers.includes(layer);
     }
 
+    /// The archive writes its formats in lower case.
     function isAudio(format: string): bool {
-        return vocabulary.audioFormats.includes(format);
+        return vocabulary.audioFormats.includes(format.toUpperCase());
     }
 }

@@ -115,10 +115,11 @@ ViewCase {
     }
     function test_formats_data(): var {
         const audio = ["MP3", "WAV", "M4A", "AIFF", "FLAC", "WMA"];
-        const table = States.table("isVideo", "selected", "rows", "index", "next");
-        table.add("video", true, "MKV", ["MP4", "MKV", "MOV", "WMV", "MPG", "WEBM"].concat(audio), 1, "MOV");
-        table.add("audio", false, "WMA", audio, 5, "WMA");
-        table.add("not in the list", false, "MKV", audio, -1, "MP3");
+        const table = States.table("isVideo", "selected", "rows", "index", "next", "player");
+        table.add("video", true, "MKV", ["MP4", "MKV", "MOV", "WMV", "MPG", "WEBM"].concat(audio), 1, "MOV", "Video");
+        table.add("audio", false, "WMA", audio, 5, "WMA", "Audio");
+        table.add("of the archive", false, "wma", audio, 5, "WMA", "Audio");
+        table.add("not in the list", false, "MKV", audio, -1, "MP3", "Video");
         return table.rows;
     }
     function test_formats(data: var) {
@@ -126,6 +127,9 @@ ViewCase {
                 "isVideo": data.isVideo,
                 "selectedOutputFormat": data.selected
             }, 0.6);
+        test.view.currentLayer = "success";
+        verify(test.shows(test.view, "Open Mix In\nDefault " + data.player + " Player"));
+        test.view.currentLayer = "select_instrument";
         test.click(test.view, "Output Format: " + data.selected);
         const rows = test.items(test.window.contentItem).filter(i => i.Accessible.role === Accessible.ListItem);
         compare(rows.map(r => r.modelData), data.rows);
