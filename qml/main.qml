@@ -21,6 +21,9 @@ ApplicationWindow {
         root.visible = true;
     }
     Component.onDestruction: backendLoader.clearMemory()
+    // He may come back from where a subscription is sold.
+    onActiveChanged: if (root.active)
+        userAuth.recheck()
 
     OS.CurrentTheme {
         id: theme
