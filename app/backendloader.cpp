@@ -90,10 +90,15 @@ MyAccount &BackendLoader::account()
 
 void BackendLoader::loadFile(QString path)
 {
+    open(path);
+}
+
+bool BackendLoader::open(const QString &path)
+{
     qInfo() << "BackendLoader::loadFile" << path;
     FileProcessing &window = processing();
     emit hideMainWindow();
-    window.openWindow(path);
+    return window.openWindow(path);
 }
 
 void BackendLoader::reProcessDemo(QString filePath, QString instrument, QString extension)
@@ -101,9 +106,9 @@ void BackendLoader::reProcessDemo(QString filePath, QString instrument, QString 
     qInfo() << "BackendLoader::reProcessDemo" << filePath;
     m_demo.instrument = instrument;
     m_demo.extension = extension;
-    loadFile(filePath);
-    // It is not while the service is out of reach or allows no further file today.
-    if (processing().isVisible())
+    // Not while the service is out of reach or allows no further file today, nor when the user was
+    // quicker: the window then works for something else.
+    if (open(filePath))
         emit runFromDemo();
 }
 

@@ -62,6 +62,8 @@ public slots:
     [[nodiscard]] bool getLoggingStatus();
 
 private:
+    /// loadFile(), which gives whether the window waits for what is to be done with the file.
+    bool open(const QString &path);
     [[nodiscard]] FileProcessing &processing();
     [[nodiscard]] MyAccount &account();
     [[nodiscard]] Archive &archive();

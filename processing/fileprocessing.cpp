@@ -63,7 +63,7 @@ void FileProcessing::connectRoot()
     connectToView(SIGNAL(changeLayerWithDelay(QString)), SIGNAL(changeLayerWithDelay(QString)));
 }
 
-void FileProcessing::openWindow(const QString &path)
+bool FileProcessing::openWindow(const QString &path)
 {
     qInfo() << "FileProcessing::openWindow" << path;
     m_server.dropEarlierReplies();
@@ -75,23 +75,24 @@ void FileProcessing::openWindow(const QString &path)
     const auto isOvertaken = [&] { return !self || m_turn != turn; };
     const bool isOnline = online(m_server.networkAccess(), m_store.endpoints().connectivity);
     if (isOvertaken())
-        return;
+        return false;
     if (!isOnline) {
         MessageBoxCustom::critical(
             tr("No Internet Connection"),
             tr("An active internet connection is required to use current application\n"
                "Please check your network settings and try again."));
         closeWindow();
-        return;
+        return false;
     }
     removeUploadedFile();
     if (isOvertaken())
-        return;
+        return false;
     m_sourcePath = path;
     resetView(path);
     show();
     raise();
     emit loaded();
+    return !isOvertaken();
 }
 
 void FileProcessing::resetView(const QString &path)

@@ -28,8 +28,9 @@ public:
 
     /// Shows the window for a file, after asking whether the service can be reached; while the
     /// answer is awaited the caller's event loop is nested. Offline it says so and emits
-    /// showParent() instead.
-    void openWindow(const QString &path);
+    /// showParent() instead. Gives whether the window stands there now for that file, with nothing
+    /// done in it yet.
+    bool openWindow(const QString &path);
 
     /// Deletes the temporary WAV file of the last source, here and at the service, if there is one.
     /// Waits for the service's answer.

@@ -319,12 +319,16 @@ private slots:
         QCOMPARE(view->property("downloadingPercent"), QVariant(0));
     }
 
-    void fromTheMainWindow_data() { addNames({"the whole of a demo", "out of reach"}); }
+    void fromTheMainWindow_data()
+    {
+        addNames({"the whole of a demo", "out of reach", "another file meanwhile"});
+    }
 
     void fromTheMainWindow()
     {
         QFETCH(QString, name);
         const bool isOnline = name != "out of reach";
+        const bool isRun = name == "the whole of a demo";
         const QByteArray repeat = "/teko-server/repeatDemo.php";
         RecordedMessages messages;
         m_window.reset();
@@ -341,12 +345,22 @@ private slots:
         auto *archive = topLevelWindow<Archive>();
         if (!isOnline)
             connectivity.clear();
+        const auto overtake = [&] {
+            QTRY_COMPARE(server().requests("/generate_204").size(), 1);
+            backend.loadFile(m_service->path("other.wav"));
+            server().release();
+        };
+        if (name == "another file meanwhile") {
+            server().clearRequests();
+            server().on("/generate_204", {Answer::text({}, 204).held(), Answer::text({}, 204)});
+            QMetaObject::invokeMethod(&backend, overtake, Qt::QueuedConnection);
+        }
         archive->getFullFile(0);
         QVERIFY(!archive->isVisible());
         QCOMPARE(topLevelWindow<FileProcessing>()->isVisible(), isOnline);
         QCOMPARE(shown.size(), isOnline ? 0 : 1);
         QCOMPARE(messages.texts().size(), isOnline ? 0 : 1);
-        if (isOnline) {
+        if (isRun) {
             QTRY_COMPARE(server().requests(repeat).size(), 1);
             QCOMPARE(server().requests(repeat).constFirst().field("songId"), "17");
         }
@@ -355,7 +369,7 @@ private slots:
         backend.openArchive();
         archive->close();
         QCOMPARE(shown.size(), 1);
-        QCOMPARE(server().requests(repeat).size(), isOnline ? 1 : 0);
+        QCOMPARE(server().requests(repeat).size(), isRun ? 1 : 0);
         ProgramData::instance().setEndpointSource({});
     }
 
