@@ -107,7 +107,7 @@ Item {
                 text: qsTr("No processed files for last 30 days")
                 textFormat: Text.PlainText
                 font: prop.fonts.font12_16
-                color: "white"
+                color: "#011b37"
                 wrapMode: Text.WordWrap
                 horizontalAlignment: Text.AlignHCenter
             }

@@ -25,7 +25,10 @@ Item {
     implicitHeight: btn.iconHeight
     Accessible.role: Accessible.Button
     Accessible.name: btn.tooltip !== "" ? btn.tooltip : btn.label !== "" ? btn.label.replace("\n", " ") : btn.iconName
-    Accessible.onPressAction: btn.clicked()
+    Accessible.onPressAction: {
+        if (btn.enabled)
+            btn.clicked();
+    }
 
     states: [
         State {

@@ -8,7 +8,6 @@ QtObject {
     id: vocabulary
 
     readonly property string none: "none"
-    readonly property list<string> instruments: ["guitar", "vocals", "piano", "bass", "drums"]
     readonly property list<string> videoFormats: ["MP4", "MKV", "MOV", "WMV", "MPG", "WEBM"]
     readonly property list<string> audioFormats: ["MP3", "WAV", "M4A", "AIFF", "FLAC", "WMA"]
     readonly property list<string> allFormats: ["MP4", "MKV", "MOV", "WMV", "MPG", "WEBM", "MP3", "WAV", "M4A", "AIFF", "FLAC", "WMA"]
