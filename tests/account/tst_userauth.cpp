@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
+#include "account/licencegate.h"
 #include "account/userauth.h"
 #include "tests/account/accountfixture.h"
 #include "tests/support/smalldisk.h"
@@ -114,6 +115,8 @@ private slots:
         store().setLocalAccount(LocalAccount{"me@here", "h1"});
         m_auth->signInLocally();
         QTRY_COMPARE(m_events.constLast(), "in");
+        // Unchecked, but his own.
+        QCOMPARE(runMode(store().user()), "full");
         const qsizetype lines = log.count('\n');
         const qsizetype checks = server().requests("/generate_204").size();
         QTRY_VERIFY(server().requests("/generate_204").size() > checks + 3);
