@@ -34,7 +34,8 @@ QByteArray toJson(const Credentials &credentials)
                                      {QStringLiteral("email"), credentials.email},
                                      {QStringLiteral("hash"), credentials.hash},
                                      {QStringLiteral("accessToken"), credentials.accessToken},
-                                     {QStringLiteral("signedOut"), credentials.hasSignedOut}})
+                                     {QStringLiteral("signedOut"), credentials.hasSignedOut},
+                                     {QStringLiteral("service"), credentials.service}})
         .toJson(QJsonDocument::Compact);
 }
 
@@ -45,7 +46,8 @@ Credentials fromJson(const QByteArray &json)
             object.value(QLatin1String("email")).toString(),
             object.value(QLatin1String("hash")).toString(),
             object.value(QLatin1String("accessToken")).toString(),
-            object.value(QLatin1String("signedOut")).toBool()};
+            object.value(QLatin1String("signedOut")).toBool(),
+            object.value(QLatin1String("service")).toString()};
 }
 
 } // namespace

@@ -19,6 +19,18 @@ CredentialsFile fileOf(const ProgramData &store)
     return {store.appFolder(), credentialsKey(store.credentialsText(), machine)};
 }
 
+/// As the credentials name it. The address of the service of this computer changes at each start.
+QString serviceOf(const ProgramData &store)
+{
+    return store.localAccount() ? QString() : store.endpoints().base.toString();
+}
+
+/// What a service may hear that the credentials were not made for.
+Credentials forAnotherService(const Credentials &kept)
+{
+    return {kept.publicKey, kept.email, {}, {}, false, {}};
+}
+
 } // namespace
 
 QList<SessionCandidate> sessionsToTry(const Credentials &kept,
@@ -43,12 +55,15 @@ Credentials Session::restore()
     const AccessCredentials &access = m_store.access();
     const UserRecord &user = m_store.user();
     if (!access.publicKey.isEmpty())
-        return {access.publicKey, user.email, user.hash, access.accessToken, access.hasSignedOut};
+        return {access.publicKey,   user.email,          user.hash,
+                access.accessToken, access.hasSignedOut, serviceOf(m_store)};
     Credentials kept = fileOf(m_store).read().value_or(Credentials());
     if (kept.publicKey.isEmpty()) {
         kept.publicKey = QUuid::createUuid().toString(QUuid::WithoutBraces);
         fileOf(m_store).write(kept);
     }
+    if (kept.service != serviceOf(m_store))
+        kept = forAnotherService(kept);
     m_store.setAccess({kept.publicKey, kept.accessToken, kept.hasSignedOut});
     if (!kept.hash.isEmpty())
         resume({kept.email, kept.hash, false});
@@ -62,7 +77,7 @@ void Session::begin(const UserReply &reply)
     const bool hasToken = !reply.accessToken.isEmpty();
     m_store.setUser(reply.user);
     keep({before.publicKey, reply.user.email, reply.user.hash,
-          hasToken ? reply.accessToken : before.accessToken, false});
+          hasToken ? reply.accessToken : before.accessToken, false, serviceOf(m_store)});
 }
 
 void Session::resume(const SessionCandidate &candidate)
@@ -81,7 +96,7 @@ void Session::resume(const SessionCandidate &candidate)
 void Session::end(bool byWish)
 {
     const Credentials before = restore();
-    const Credentials left{before.publicKey, before.email, {}, {}, byWish};
+    const Credentials left{before.publicKey, before.email, {}, {}, byWish, before.service};
     m_store.setUser({});
     m_store.setAccess({left.publicKey, left.accessToken, left.hasSignedOut});
     // An old file would sign him in again at the next start.

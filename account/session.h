@@ -34,7 +34,7 @@ public:
     explicit Session(ProgramData &store);
 
     /// The session as this run knows it; the first call in a run reads the file, and makes the
-    /// installation's public key where there is none.
+    /// installation's public key where there is none. A session of another service is left out.
     Credentials restore();
 
     /// Takes the service's word for who is signed in. The reply must be a user.

@@ -104,7 +104,7 @@ Item {
         Text {
             width: emailField.width
             visible: form.mode === "recover"
-            text: qsTr("A code to set a new password with is sent to this address.")
+            text: form.canUseLocalAccount ? qsTr("A code to set a new password with is written to the service's log on this computer.") : qsTr("A code to set a new password with is sent to this address.")
             textFormat: Text.PlainText
             font: form.prop.fonts.font9_12
             color: "#a9c4ea"

@@ -11,7 +11,7 @@
 
 namespace {
 
-const Credentials sample{"key-1234", "ann@b.de", "hash-5678", "token-9", false};
+const Credentials sample{"key-1234", "ann@b.de", "hash-5678", "token-9", false, "https://s"};
 
 } // namespace
 
@@ -25,7 +25,7 @@ private slots:
     {
         const CredentialsFile file(m_folder.path(), m_key);
         QCOMPARE(file.read(), std::nullopt);
-        for (const Credentials &credentials : {sample, Credentials{"key", {}, {}, {}, true}}) {
+        for (const Credentials &credentials : {sample, Credentials{"key", {}, {}, {}, true, {}}}) {
             QVERIFY(file.write(credentials));
             QCOMPARE(file.read(), credentials);
         }

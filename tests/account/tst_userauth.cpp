@@ -146,8 +146,34 @@ private slots:
         QCOMPARE(store().user().hash, "own");
     }
 
+    void sessionIsShownToItsServiceAlone_data()
+    {
+        const Rows<std::optional<LocalAccount>, std::optional<LocalAccount>, QStringList> add;
+        const LocalAccount local{"me@here", "own"};
+        add("from this computer to a far service", local, std::nullopt, QStringList());
+        add("from a far service to this computer", std::nullopt, local, QStringList{"own"});
+    }
+
+    void sessionIsShownToItsServiceAlone()
+    {
+        const auto [before, after, asked] =
+            fetchRow<std::optional<LocalAccount>, std::optional<LocalAccount>, QStringList>();
+        store().setLocalAccount(before);
+        signIn("h1");
+        server().clearRequests();
+        nextRun(Answer::text(userJson("own")), after);
+        QTRY_COMPARE(m_events, QStringList{after ? "in" : "out"});
+        QStringList hashes;
+        for (const ScriptedRequest &request : server().requests(m_check)) {
+            hashes << request.field("hash");
+            QCOMPARE(request.field("accessToken"), "");
+        }
+        QCOMPARE(hashes, asked);
+    }
+
     void ownAccountFollowsARefusedSession()
     {
+        store().setLocalAccount(LocalAccount{"me@here", "own"});
         signIn("h1");
         server().on(m_check, {Answer::text("Who?"), Answer::text(userJson("own"))});
         nextRun({}, LocalAccount{"me@here", "own"});
@@ -182,6 +208,7 @@ private slots:
         const SmallDisk disk(documentsAppFolder());
         if (!disk.isMounted())
             QSKIP("needs the right to mount a small file system");
+        store().setLocalAccount(LocalAccount{"me@here", "own"});
         signIn("h1");
         QFile filler(documentsAppFolder() + "/filler");
         QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
