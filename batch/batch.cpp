@@ -57,6 +57,7 @@ int runFiles(const BatchOptions &options)
     const QTemporaryDir folder;
     ProgramData store(folder.filePath(QStringLiteral("call.ini")));
     applyBatchOptions(options, ProgramData::instance().settings(), store.settings());
+    removeAtSuddenEnd(folder.filePath(QStringLiteral("call.ini")));
     const ServiceConnection service(store);
     findUser(store);
     BatchRunner runner(store);

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "batch/console.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QSocketNotifier>
 
 #include <csignal>
@@ -11,11 +13,22 @@
 namespace {
 
 int wakeUp[2] = {-1, -1};
+QByteArray scratchFile;
+QByteArray scratchFolder;
 
-// Only what is safe in a signal handler: one byte wakes the event loop.
+// Only what is safe in a signal handler, here and below.
+void endAtOnce(int number)
+{
+    unlink(scratchFile.constData());
+    rmdir(scratchFolder.constData());
+    std::signal(number, SIG_DFL);
+    std::raise(number);
+}
+
+// One byte wakes the event loop.
 void handleSignal(int number)
 {
-    std::signal(number, SIG_DFL);
+    std::signal(number, endAtOnce);
     const char byte = 0;
     [[maybe_unused]] const auto written = write(wakeUp[0], &byte, 1);
 }
@@ -34,6 +47,14 @@ bool hasDisplay()
 {
     return !qEnvironmentVariableIsEmpty("DISPLAY")
         || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+void removeAtSuddenEnd(const QString &file)
+{
+    scratchFile = QFile::encodeName(file);
+    scratchFolder = QFile::encodeName(QFileInfo(file).path());
+    std::signal(SIGINT, endAtOnce);
+    std::signal(SIGTERM, endAtOnce);
 }
 
 void onInterrupt(QObject *context, const std::function<void()> &callback)

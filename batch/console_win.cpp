@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "batch/console.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QPointer>
 
 #include <atomic>
@@ -14,12 +17,22 @@ QPointer<QObject> interruptContext;
 std::function<void()> interruptCallback;
 
 std::atomic<bool> wasInterrupted = false;
+QString scratchFile;
+
+BOOL endAtOnce()
+{
+    if (!scratchFile.isEmpty()) {
+        QFile::remove(scratchFile);
+        QDir().rmdir(QFileInfo(scratchFile).path());
+    }
+    return FALSE;
+}
 
 // Windows calls this on a thread of its own.
 BOOL WINAPI handleControl(DWORD event)
 {
     if (!interruptContext || wasInterrupted.exchange(true))
-        return FALSE;
+        return endAtOnce();
     QMetaObject::invokeMethod(interruptContext.data(), interruptCallback, Qt::QueuedConnection);
     // A console that closes takes the program along as soon as this returns, or a few seconds
     // later.
@@ -48,9 +61,14 @@ bool hasDisplay()
     return true;
 }
 
+void removeAtSuddenEnd(const QString &file)
+{
+    scratchFile = file;
+    SetConsoleCtrlHandler(handleControl, TRUE);
+}
+
 void onInterrupt(QObject *context, const std::function<void()> &callback)
 {
     interruptContext = context;
     interruptCallback = callback;
-    SetConsoleCtrlHandler(handleControl, TRUE);
 }

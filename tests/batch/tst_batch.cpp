@@ -95,7 +95,9 @@ private slots:
         const QTemporaryDir home;
         QProcess batch;
         start(batch, {"song one.mp3", "-i", "bass", "-f", "mp3"},
-              {{"HOME", home.path()}, {"TEKO_SERVICE_URL", service.url().toString()}});
+              {{"HOME", home.path()},
+               {"TMPDIR", home.path()},
+               {"TEKO_SERVICE_URL", service.url().toString()}});
         QTRY_COMPARE(service.requests("/generate_204").size(), 1);
         ::kill(pid_t(batch.processId()), SIGINT);
         QTRY_COMPARE(service.requests("/teko-server/cancel.php").size(), 1);
@@ -107,6 +109,7 @@ private slots:
         QCOMPARE(batch.exitStatus(), doesAnswer ? QProcess::NormalExit : QProcess::CrashExit);
         QCOMPARE(service.requests("/teko-server/proceed.php").size(), 0);
         QCOMPARE(batch.readAllStandardError().contains("Interrupted."), doesAnswer);
+        QCOMPARE(QDir(home.path()).entryList({"TEKO-*"}, QDir::Dirs), QStringList());
     }
 
     void interruptLeavesNothing()
