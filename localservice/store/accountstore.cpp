@@ -194,21 +194,28 @@ std::optional<std::string> AccountStore::openRecovery(const std::string &email)
 bool AccountStore::recover(const std::string &email, const std::string &code,
                            const std::string &password)
 {
-    std::optional<Account> account;
-    {
-        Database::Access access = m_database.access();
-        std::string kept;
-        access.session << "SELECT code FROM users WHERE email = ? AND code_until >= ?", bind(email),
-            bind(m_clock()), into(kept), now;
-        if (kept.empty() || !sameSecret(kept, keyedDigest("code " + code, m_key)))
-            return false;
-        access.session << "UPDATE users SET code = '', code_until = 0 WHERE email = ?", bind(email),
-            now;
-        account = find(email);
-    }
-    if (account)
-        setPassword(account->id, passwordHash(password), {});
-    return account.has_value();
+    if (!ownerOfCode(email, code))
+        return false;
+    const std::string hash = passwordHash(password);
+    // That took its time: somebody else may have used the code meanwhile.
+    Database::Access access = m_database.access();
+    const std::optional<std::int64_t> owner = ownerOfCode(email, code);
+    if (owner)
+        setPassword(*owner, hash, {});
+    return owner.has_value();
+}
+
+std::optional<std::int64_t> AccountStore::ownerOfCode(const std::string &email,
+                                                      const std::string &code)
+{
+    Database::Access access = m_database.access();
+    std::int64_t id = 0;
+    std::string kept;
+    access.session << "SELECT id, code FROM users WHERE email = ? AND code_until >= ?", bind(email),
+        bind(m_clock()), into(id), into(kept), now;
+    if (kept.empty() || !sameSecret(kept, keyedDigest("code " + code, m_key)))
+        return std::nullopt;
+    return id;
 }
 
 int AccountStore::processedToday(std::int64_t account)

@@ -78,6 +78,9 @@ private:
     void setSetting(const std::string &name, const std::string &value);
     void keepSession(const std::string &hash, std::int64_t account, std::int64_t expires);
     void prolong(const std::string &digest, std::int64_t expires);
+    [[nodiscard]] std::optional<std::int64_t> ownerOfCode(const std::string &email,
+                                                          const std::string &code);
+    // Uses up the recovery code as well.
     void setPassword(std::int64_t account, const std::string &passwordHash,
                      const std::string &session);
     [[nodiscard]] std::string sessionDigest(const std::string &hash) const;

@@ -255,6 +255,14 @@ private slots:
         QVERIFY(!house.accounts.openRecovery("x@b"));
         QVERIFY(!house.accounts.recover("a@b", "0000000000", "new password"));
         QVERIFY(!house.accounts.recover("x@b", code, "new password"));
+        // A password that cannot be kept does not use up the code.
+        const auto run = [&house](const char *statement) {
+            house.database.access().session << statement, Poco::Data::Keywords::now;
+        };
+        run("CREATE TRIGGER broken BEFORE DELETE ON sessions BEGIN SELECT RAISE(ABORT, ''); END");
+        QVERIFY_EXCEPTION_THROWN((void)house.accounts.recover("a@b", code, "new password"),
+                                 Poco::Exception);
+        run("DROP TRIGGER broken");
         QVERIFY(house.accounts.recover("a@b", code, "new password"));
         QVERIFY(house.accounts.signIn("a@b", "new password"));
         QVERIFY(!house.accounts.accountOf(session));
