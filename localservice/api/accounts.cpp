@@ -47,6 +47,11 @@ namespace {
                             [](unsigned char c) { return c <= ' ' || c == 0x7f; });
     }
 
+    bool isSameEmail(const std::string &one, const std::string &other)
+    {
+        return Poco::icompare(one, other) == 0;
+    }
+
     void checkPassword(const std::string &password)
     {
         if (password.size() < kShortestPassword)
@@ -172,6 +177,9 @@ std::string Accounts::update(const Fields &fields, const Caller &caller)
     const AccountChange person = personFrom(fields);
     if (!person.password.empty())
         checkPassword(person.password);
+    // As by registerAccount(), one learns whether an address is taken, or makes work.
+    if (!person.password.empty() || !isSameEmail(person.email, account.email))
+        countTry("", caller);
     m_accounts.change(account, person, session);
     return userJson(m_gate.requireSession(session), session);
 }

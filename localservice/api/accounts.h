@@ -24,6 +24,7 @@ public:
     [[nodiscard]] std::string check(const Fields &fields, const Caller &caller);
     /// Ends the session, but for the one that localSession() gives.
     [[nodiscard]] std::string logout(const Fields &fields, const Caller &caller);
+    /// Counts as a try when the e-mail address or the password changes.
     [[nodiscard]] std::string update(const Fields &fields, const Caller &caller);
     [[nodiscard]] std::string archive(const Fields &fields, const Caller &caller);
 

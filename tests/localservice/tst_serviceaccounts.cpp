@@ -154,6 +154,17 @@ private slots:
         QVERIFY(tryPassword("local@localhost").contains("Too many tries"));
         QCOMPARE(tryPassword("nobody@localhost"), wrong);
 
+        const auto change = [this](const QString &email, const QString &password = {}) {
+            return m_client->post("auth/update.php",
+                                  {{"name", "L"}, {"email", email}, {"password", password}});
+        };
+        for (int i = 0; i < 10; ++i)
+            (void)change(QString("local%1@b.org").arg(i));
+        QVERIFY(change("local@b.org").contains("Too many tries"));
+        const QString email = m_client->json("auth/check.php", {})["email"].toString();
+        QVERIFY(change(email.toUpper()).contains("\"L\""));
+        QVERIFY(change(email, "12345678").contains("Too many tries"));
+
         const auto askFor = [](Client &client, const QByteArray &number) {
             return client.post("remains.php", {{"songID", number}});
         };
