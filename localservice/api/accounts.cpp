@@ -60,13 +60,17 @@ namespace {
             throw Refusal("The password is too long.");
     }
 
-    AccountChange personFrom(const Fields &fields)
+    // `ownEmail` is the one that the person has already.
+    AccountChange personFrom(const Fields &fields, const std::string &ownEmail)
     {
         AccountChange person{Poco::trim(fields["name"]), Poco::trim(fields["email"]),
                              fields["password"]};
         if (person.name.empty() || person.name.size() > kLongestText)
             throw Refusal("The name is missing or too long.");
         if (!looksLikeEmail(person.email))
+            throw Refusal("This is not an e-mail address.");
+        // Whoever had it before this computer's owner does would own what is the owner's.
+        if (isSameEmail(person.email, kLocalEmail) && !isSameEmail(ownEmail, kLocalEmail))
             throw Refusal("This is not an e-mail address.");
         return person;
     }
@@ -129,7 +133,7 @@ std::string Accounts::login(const Fields &fields, const Caller &caller)
 
 std::string Accounts::registerAccount(const Fields &fields, const Caller &caller)
 {
-    const AccountChange person = personFrom(fields);
+    const AccountChange person = personFrom(fields, "");
     checkPassword(person.password);
     countTry("", caller);
     const Account account = m_accounts.add(person);
@@ -174,7 +178,7 @@ std::string Accounts::update(const Fields &fields, const Caller &caller)
 {
     const Account account = m_gate.require(fields, caller);
     const std::string &session = sessionOf(fields, caller);
-    const AccountChange person = personFrom(fields);
+    const AccountChange person = personFrom(fields, account.email);
     if (!person.password.empty())
         checkPassword(person.password);
     // As by registerAccount(), one learns whether an address is taken, or makes work.
