@@ -4,24 +4,12 @@
 
 #include <Poco/Exception.h>
 
+#include <algorithm>
+
 namespace localservice {
 
-namespace {
-
-    void cut(Poco::Net::StreamSocket &socket)
-    {
-        try {
-            socket.shutdown();
-        } catch (const Poco::Exception &) {
-            // The other side was quicker: the connection is gone, which is what was wanted.
-            return;
-        }
-    }
-
-} // namespace
-
-Connections::Connections(std::chrono::seconds headerTime)
-    : m_headerTime(headerTime)
+Connections::Connections(std::chrono::milliseconds time)
+    : m_time(time)
     , m_watcher(&Connections::watch, this)
 { }
 
@@ -41,11 +29,14 @@ void Connections::opened(const std::string &peer, const Poco::Net::StreamSocket 
     m_entries.insert_or_assign(peer, Entry{socket, std::chrono::steady_clock::now()});
 }
 
-void Connections::headerRead(const std::string &peer)
+bool Connections::requestRead(const std::string &peer)
 {
     const std::lock_guard lock(m_mutex);
-    if (const auto found = m_entries.find(peer); found != m_entries.end())
-        found->second.headerRead = true;
+    const auto found = m_entries.find(peer);
+    if (found == m_entries.end() || found->second.state == State::Cut)
+        return false;
+    found->second.state = State::Read;
+    return true;
 }
 
 void Connections::closed(const std::string &peer)
@@ -58,17 +49,29 @@ void Connections::shutdownAll()
 {
     const std::lock_guard lock(m_mutex);
     for (auto &[peer, entry] : m_entries)
-        cut(entry.socket);
+        cut(entry);
+}
+
+void Connections::cut(Entry &entry)
+{
+    entry.state = State::Cut;
+    try {
+        entry.socket.shutdown();
+    } catch (const Poco::Exception &) {
+        // The other side was quicker: the connection is gone, which is what was wanted.
+        return;
+    }
 }
 
 void Connections::watch()
 {
+    const auto pause = std::min<std::chrono::milliseconds>(m_time, std::chrono::seconds(1));
     std::unique_lock lock(m_mutex);
-    while (!m_changed.wait_for(lock, std::chrono::seconds(1), [this] { return m_stopping; })) {
-        const auto latest = std::chrono::steady_clock::now() - m_headerTime;
+    while (!m_changed.wait_for(lock, pause, [this] { return m_stopping; })) {
+        const auto latest = std::chrono::steady_clock::now() - m_time;
         for (auto &[peer, entry] : m_entries) {
-            if (!entry.headerRead && entry.since < latest)
-                cut(entry.socket);
+            if (entry.state == State::Awaited && entry.since < latest)
+                cut(entry);
         }
     }
 }

@@ -13,33 +13,38 @@
 
 namespace localservice {
 
-/// Knows all open connections, and closes those that do not send their request's header in time, so
-/// that nobody can hold the service's threads by saying nothing. Thread-safe.
+/// Knows all open connections, and cuts those whose requests do not arrive in time, so that nobody
+/// can hold the service's threads by saying next to nothing. Thread-safe.
 class Connections final
 {
 public:
-    explicit Connections(std::chrono::seconds headerTime);
+    /// `time` is how long each has for what requestRead() tells the end of.
+    explicit Connections(std::chrono::milliseconds time);
     Connections(const Connections &) = delete;
     Connections &operator=(const Connections &) = delete;
     ~Connections();
 
     void opened(const std::string &peer, const Poco::Net::StreamSocket &socket);
-    void headerRead(const std::string &peer);
+    /// As much of its request has been read as must be there in time. False when the connection was
+    /// cut before: what has been read may then be less than was sent.
+    [[nodiscard]] bool requestRead(const std::string &peer);
     void closed(const std::string &peer);
     /// Cuts all connections.
     void shutdownAll();
 
 private:
+    enum class State { Awaited, Read, Cut };
     struct Entry
     {
         Poco::Net::StreamSocket socket;
         std::chrono::steady_clock::time_point since;
-        bool headerRead = false;
+        State state = State::Awaited;
     };
 
+    static void cut(Entry &entry);
     void watch();
 
-    std::chrono::seconds m_headerTime;
+    std::chrono::milliseconds m_time;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     bool m_stopping = false;

@@ -67,21 +67,26 @@ namespace {
     class FormHandler final : public Poco::Net::HTTPRequestHandler
     {
     public:
-        FormHandler(Backend &backend, const FormCall &call)
+        FormHandler(Backend &backend, Connections &connections, const FormCall &call)
             : m_backend(backend)
+            , m_connections(connections)
             , m_call(call)
         { }
 
         void handleRequest(Request &request, Response &response) override
         {
             answer(request, response, [&] {
-                const Fields fields = Fields::fromForm(readForm(request));
+                const std::string form = readForm(request);
+                if (!m_connections.requestRead(request.clientAddress().toString()))
+                    throw BadRequest("The form came too slowly.");
+                const Fields fields = Fields::fromForm(form);
                 return m_call(m_backend, fields, callerOf(request, m_backend));
             });
         }
 
     private:
         Backend &m_backend;
+        Connections &m_connections;
         const FormCall &m_call;
     };
 
@@ -126,19 +131,22 @@ namespace {
 
 Poco::Net::HTTPRequestHandler *HandlerFactory::createRequestHandler(const Request &request)
 {
-    m_connections.headerRead(request.clientAddress().toString());
     const std::string path = pathOf(request);
+    const auto call = formCalls().find(path);
+    const bool isForm = call != formCalls().end();
+    const bool isPost = request.getMethod() == Request::HTTP_POST;
+    if (isForm && isPost)
+        return new FormHandler(m_backend, m_connections, call->second);
+    // Other bodies may take longer. Of a cut connection nobody hears the answer.
+    (void)m_connections.requestRead(request.clientAddress().toString());
     if (request.getMethod() == Request::HTTP_GET || request.getMethod() == Request::HTTP_HEAD)
         return handlerOfGet(m_backend, path);
-    const auto call = formCalls().find(path);
     const bool isUpload = path == "/teko-server/proceed.php";
-    if (!isUpload && call == formCalls().end())
-        return new FixedHandler(Response::HTTP_NOT_FOUND, kPlainText, "Not found.");
-    if (request.getMethod() != Request::HTTP_POST)
-        return new FixedHandler(Response::HTTP_METHOD_NOT_ALLOWED, kPlainText, "Not allowed.");
-    if (isUpload)
+    if (isUpload && isPost)
         return new UploadHandler(m_backend);
-    return new FormHandler(m_backend, call->second);
+    if (isUpload || isForm)
+        return new FixedHandler(Response::HTTP_METHOD_NOT_ALLOWED, kPlainText, "Not allowed.");
+    return new FixedHandler(Response::HTTP_NOT_FOUND, kPlainText, "Not found.");
 }
 
 } // namespace localservice

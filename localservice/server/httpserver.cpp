@@ -18,7 +18,6 @@ namespace {
 
     constexpr int kMostThreads = 32;
     constexpr int kMostWaiting = 64;
-    constexpr std::chrono::seconds kHeaderTime{10};
     // How long the other side may say nothing, or take nothing, in the middle of a request.
     constexpr int kSilenceSeconds = 30;
 
@@ -77,9 +76,10 @@ namespace {
 
 } // namespace
 
-HttpServer::HttpServer(const std::string &host, std::uint16_t port, Backend backend)
+HttpServer::HttpServer(const std::string &host, std::uint16_t port, Backend backend,
+                       std::chrono::milliseconds requestTime)
     : m_backend(std::move(backend))
-    , m_connections(kHeaderTime)
+    , m_connections(requestTime)
     , m_threads(2, kMostThreads)
 {
     Poco::Net::ServerSocket socket;

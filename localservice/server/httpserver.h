@@ -17,8 +17,9 @@ class HttpServer final
 {
 public:
     /// Listens from here on; throws Poco::Exception when the address cannot be had. Port 0: any
-    /// free one.
-    HttpServer(const std::string &host, std::uint16_t port, Backend backend);
+    /// free one. A request's header, with its form, must be there within `requestTime`.
+    HttpServer(const std::string &host, std::uint16_t port, Backend backend,
+               std::chrono::milliseconds requestTime = std::chrono::seconds(10));
     HttpServer(const HttpServer &) = delete;
     HttpServer &operator=(const HttpServer &) = delete;
     /// Cuts all connections and waits for their threads.

@@ -4,6 +4,7 @@
 #include "localservice/base/refusal.h"
 #include "localservice/base/secrets.h"
 #include "localservice/jobs/runner.h"
+#include "localservice/server/httpserver.h"
 #include "localservice/store/accountstore.h"
 #include "sounds.h"
 #include "tests/support/rows.h"
@@ -18,6 +19,7 @@
 #include <latch>
 
 using namespace localservice;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -375,6 +377,32 @@ private slots:
             QCOMPARE(accepted, kLimit);
         }
         QCOMPARE(house.uploads.files().size(), std::size_t(kDays * kLimit));
+    }
+
+    /// Nor is it taken for a whole one when nobody has told how long it is.
+    void cutsFormsThatDoNotEnd()
+    {
+        House house(*m_dir);
+        Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
+        Gate gate(house.accounts, house.jobs);
+        ArrivingFiles arriving;
+        const Licence licence;
+        Processing processing(house.database, house.accounts, house.uploads, house.jobs, runner,
+                              gate, arriving, licence);
+        Accounts accounts(house.accounts, house.jobs, gate, licence, 30);
+        std::optional<HttpServer> server(
+            std::in_place, "127.0.0.1", 0,
+            Backend{processing, accounts, house.jobs, arriving, house.folder, 0, ""}, 200ms);
+        Poco::Net::StreamSocket socket(Poco::Net::SocketAddress(server->address()));
+        socket.setReceiveTimeout(Poco::Timespan(5, 0));
+        const std::string request =
+            "POST /teko-server/auth/register.php HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n"
+            "2a\r\nname=Eva&email=eva@b.org&password=12345678\r\n";
+        socket.sendBytes(request.data(), int(request.size()));
+        char byte = 0;
+        QCOMPARE(socket.receiveBytes(&byte, 1), 0);
+        server.reset();
+        QVERIFY(!house.accounts.openRecovery("eva@b.org"));
     }
 
 private:
