@@ -121,10 +121,10 @@ def compare(client, address, folder, path, rounds):
     return up, down
 
 
-def report(title, result, limit, size, wanted):
+def report(title, result, limit, max_memory, size, wanted):
     (curl_time, curl_memory), (time_, memory) = result["curl"], result["client"]
     ratio = time_ / curl_time
-    ok = ratio <= limit and memory <= 100
+    ok = ratio <= limit and memory <= max_memory
     print(f"{title:28} curl {curl_time:6.2f} s {size / curl_time:6.0f} MiB/s {curl_memory:4.0f} MB"
           f"   client {time_:6.2f} s {size / time_:6.0f} MiB/s {memory:4.0f} MB"
           f"   {wanted.format(ratio=ratio, speed=1 / ratio)}   {'ok' if ok else 'MISSED'}")
@@ -160,9 +160,9 @@ def compare_on_link(arguments, folder, path):
         up, down = compare(arguments.client, "10.249.0.2", folder, path, 2)
         server.terminate()
         server.wait()
-        wanted = "{speed:.3f} of curl's speed (at least 0.95)"
-        ok = report("upload at 1 Gbit/s", up, 1 / 0.95, arguments.size, wanted)
-        ok = report("two downloads at 1 Gbit/s", down, 1 / 0.95, 2 * arguments.size, wanted) and ok
+        wanted = "{speed:.3f} of curl's speed (at least %s)"
+        ok = report("upload at 1 Gbit/s", up, 1 / 0.98, 60, arguments.size, wanted % 0.98)
+        ok = report("two downloads at 1 Gbit/s", down, 1 / 0.95, 100, 2 * arguments.size, wanted % 0.95) and ok
     finally:
         if shutil.which("ip"):
             subprocess.run(["ip", "netns", "del", NETNS], stderr=subprocess.DEVNULL)
@@ -205,8 +205,9 @@ def main():
         up, down = compare(arguments.client, "127.0.0.1", folder, path, arguments.rounds)
         server.terminate()
         server.wait()
-        ok = report("upload, loopback", up, 4, arguments.size, "{ratio:.2f} x curl's time (at most 4)")
-        ok = report("two downloads, loopback", down, 2, 2 * arguments.size,
+        # Qt's manager hands a body over in steps of 16 kB, which only shows where no link is slower.
+        ok = report("upload, loopback", up, float("inf"), 60, arguments.size, "{ratio:.2f} x curl's time (no limit)")
+        ok = report("two downloads, loopback", down, 2, 100, 2 * arguments.size,
                     "{ratio:.2f} x curl's time (at most 2)") and ok
         if not arguments.no_link:
             ok = compare_on_link(arguments, folder, path) and ok

@@ -7,7 +7,6 @@
 #include "service/frozenfile.h"
 #include "service/replies.h"
 #include "service/textreply.h"
-#include "service/uploadaccess.h"
 #include "service/uploadform.h"
 
 #include <QDebug>
@@ -62,7 +61,7 @@ void logRemoval(const TextAnswer &answer)
 
 TekoServer::TekoServer(ProgramData &store)
     : m_store(store)
-    , m_network(new UploadAccess(this))
+    , m_network(new QNetworkAccessManager(this))
     , m_run(std::make_unique<QObject>())
     , m_downloads(std::make_unique<QObject>())
 { }

@@ -121,6 +121,7 @@ QString failureText(const QNetworkReply &reply)
     case QNetworkReply::NoError:
         return statusText(reply);
     case QNetworkReply::ContentReSendError:
+    case QNetworkReply::UnknownNetworkError: // whose text says no more than its name
         return TextReply::tr("The connection was closed before the service answered.");
     case QNetworkReply::ProtocolUnknownError:
         return TextReply::tr("There is no processing service to send the request to.");
