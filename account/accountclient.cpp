@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "account/accountclient.h"
 
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 
 #include <QDebug>
 #include <QEventLoop>

@@ -5,8 +5,8 @@
 #include "account/formrules.h"
 #include "account/licencegate.h"
 #include "account/userreply.h"
-#include "app/base/guiscale.h"
-#include "app/base/programdata.h"
+#include "base/guiscale.h"
+#include "base/programdata.h"
 #include "service/replies.h"
 
 #include <QDebug>

@@ -4,7 +4,7 @@
 
 #include "account/accountclient.h"
 #include "account/session.h"
-#include "app/base/viewwindow.h"
+#include "base/viewwindow.h"
 
 /// The window that shows who is signed in and what his subscription is worth, and changes his name,
 /// e-mail and password. GUI thread only.

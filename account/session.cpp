@@ -4,7 +4,7 @@
 
 #include "account/credentialsfile.h"
 #include "account/userreply.h"
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 
 #include <QSysInfo>
 #include <QUuid>

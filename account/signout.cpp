@@ -4,7 +4,7 @@
 
 #include "account/accountclient.h"
 #include "account/session.h"
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 
 void signOut(ProgramData &store, AccountClient &client)
 {

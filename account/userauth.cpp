@@ -2,14 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "account/userauth.h"
 
-#include "account/archiverequest.h"
 #include "account/formrules.h"
 #include "account/userreply.h"
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 #include "service/replies.h"
 
 #include <QDebug>
-#include <QPointer>
 
 namespace {
 
@@ -195,19 +193,6 @@ void UserAuth::signInLocally()
     setBusy(true);
     m_candidates = sessionsToTry({}, m_store.localAccount());
     checkNext();
-}
-
-QVariantList UserAuth::fetchArchive(const QString &hash)
-{
-    qInfo() << "UserAuth::fetchArchive";
-    const QPointer<UserAuth> self(this);
-    const AccountAnswer answer = m_client.postAndWait(
-        QStringLiteral("auth/archive.php"), {{QStringLiteral("hash"), hash}}, longestArchive);
-    if (!self)
-        return {};
-    const ArchiveAnswer archive = archiveAnswer(answer);
-    setError(archive.error);
-    return archive.records;
 }
 
 void UserAuth::submit(const QString &problem, const QString &path, const FormFields &fields,

@@ -6,7 +6,6 @@
 #include "account/session.h"
 
 #include <QTimer>
-#include <QVariantList>
 
 /// The account element of the main view: finds out who is signed in, and signs in, registers and
 /// recovers passwords. One request at a time; what a form sends is dropped while another is under
@@ -16,7 +15,7 @@ class UserAuth : public QObject
     Q_OBJECT
     /// Whether a form's request is under way.
     Q_PROPERTY(bool busy READ isBusy NOTIFY busyChanged)
-    /// Why the last request of a form or for the archive came to nothing; empty when it did not.
+    /// Why the last request of a form came to nothing; empty when it did not.
     Q_PROPERTY(QString errorText READ errorText NOTIFY errorTextChanged)
     /// Whoever was signed in last, to start the form with.
     Q_PROPERTY(QString email READ email NOTIFY emailChanged)
@@ -48,18 +47,10 @@ public:
     Q_INVOKABLE void signInLocally();
     Q_INVOKABLE void forgetError();
 
-    /// What the service keeps for the user with that hash, record by record; empty when it does not
-    /// tell, and then errorText() says why. Waits in a local event loop: the caller must expect
-    /// that its own object may be gone afterwards.
-    [[nodiscard]] QVariantList fetchArchive(const QString &hash);
-
     [[nodiscard]] bool isBusy() const { return m_isBusy; }
     [[nodiscard]] const QString &errorText() const { return m_errorText; }
     [[nodiscard]] const QString &email() const { return m_email; }
     [[nodiscard]] bool hasLocalAccount() const;
-
-    /// For other requests of the account side.
-    [[nodiscard]] AccountClient &client() { return m_client; }
 
 signals:
     void signedIn();

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/base/userrecord.h"
+#include "base/userrecord.h"
 
 /// What the service's answer to a sign-in, a registration, a check or a change means.
 struct UserReply

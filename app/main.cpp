@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "app/startup.h"
+#include "base/application.h"
 
 #include <QApplication>
 

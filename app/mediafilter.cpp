@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "app/mediafilter.h"
 
-#include "service/mediaformats.h"
+#include "base/mediaformats.h"
 
 namespace {
 

@@ -3,24 +3,21 @@
 #include "app/startup.h"
 
 #include "account/userauth.h"
-#include "app/appfolder.h"
 #include "app/backendloader.h"
-#include "app/base/hostinfo.h"
-#include "app/base/loghandler.h"
-#include "app/base/messageboxcustom.h"
-#include "app/base/programdata.h"
-#include "app/version.h"
+#include "base/appfolder.h"
+#include "base/application.h"
+#include "base/messageboxcustom.h"
+#include "base/programdata.h"
+#include "base/version.h"
 #include "service/serviceconnection.h"
 
 #include <QApplication>
 #include <QDebug>
 #include <QFileInfo>
 #include <QIcon>
-#include <QOperatingSystemVersion>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQuickStyle>
-#include <QSysInfo>
 
 namespace {
 
@@ -52,49 +49,10 @@ int runMainView(const QStringList &arguments)
 
 } // namespace
 
-void nameApplication()
-{
-    QCoreApplication::setOrganizationName(QStringLiteral("Dravo Software"));
-    QCoreApplication::setApplicationName(QStringLiteral("TEKO"));
-}
-
 void registerBackendTypes()
 {
     qmlRegisterType<BackendLoader>("backend.BackendLoader", 1, 0, "BackendLoader");
     qmlRegisterType<UserAuth>("backend.UserAuth", 1, 0, "UserAuth");
-}
-
-void setUpLogging(ProgramData &store)
-{
-    if (!store.settings().value("APP_LOGFILE_ENABLED").toBool()) {
-        qInfo() << "- - - LOGGING DISABLED - - -";
-        return;
-    }
-    qInfo() << "- - - LOGGING ENABLED - - -";
-    installLogHandler([&store] { return store.defaultPathLogs(); });
-}
-
-void logSystemHeader()
-{
-    const HostInfo host = hostInfo();
-    const auto system = QOperatingSystemVersion::current();
-    qInfo() << "\n- - - - - - - - - - - - - -";
-    qInfo() << "Version:" << appVersion << "[" << buildStamp << "]";
-    qInfo() << "OS:"
-            << QStringLiteral("%1 %2 [%3] (%4)")
-                   .arg(QSysInfo::productType(), QSysInfo::productVersion(),
-                        QSysInfo::currentCpuArchitecture(), QSysInfo::prettyProductName());
-    qInfo() << "OS number:"
-            << QStringLiteral("%1.%2.%3")
-                   .arg(system.majorVersion())
-                   .arg(system.minorVersion())
-                   .arg(system.microVersion());
-    qInfo() << "CPU:" << host.processors << "cores \\ type" << host.processorType;
-    qInfo() << "- - - - - - - - - - - - - -";
-    qInfo() << "Physical Memory (MB)";
-    qInfo() << "Total:" << (host.totalMemory >> 20);
-    qInfo() << "Available:" << (host.availableMemory >> 20);
-    qInfo() << "- - - - - - - - - - - - - -\n";
 }
 
 void openOnceSignedIn(const QObject &mainView, const QString &file)

@@ -4,20 +4,10 @@
 
 #include <QStringList>
 
-class ProgramData;
 class QObject;
-
-/// Names the program; comes before everything else.
-void nameApplication();
 
 /// Makes the backend elements known to QML; comes before the application object.
 void registerBackendTypes();
-
-/// Sends the log to a file if the settings say so. Decided once a run.
-void setUpLogging(ProgramData &store);
-
-/// Writes version, system and memory to the log.
-void logSystemHeader();
 
 /// Opens a file as soon as somebody is signed in, and only once. The main view owns the backend and
 /// the account element.

@@ -3,13 +3,14 @@
 #include "archive/archive.h"
 
 #include "account/licencegate.h"
-#include "app/base/guiscale.h"
-#include "app/base/messageboxcustom.h"
-#include "app/base/programdata.h"
 #include "archive/archivehandler.h"
 #include "archive/archivejob.h"
-#include "service/mediaformats.h"
-#include "service/resultopener.h"
+#include "archive/archiverequest.h"
+#include "base/guiscale.h"
+#include "base/mediaformats.h"
+#include "base/messageboxcustom.h"
+#include "base/programdata.h"
+#include "results/resultopener.h"
 
 #include <QDebug>
 #include <QPointer>
@@ -56,14 +57,14 @@ void Archive::loadArchiveFiles()
     qInfo() << "Archive::loadArchiveFiles";
     const QPointer<Archive> self(this);
     const quint64 load = ++m_load;
-    const QVariantList reply = m_account.fetchArchive(m_store.user().hash);
+    const ArchiveAnswer answer = fetchArchive(m_account, m_store.user().hash);
     if (!self || load != m_load)
         return;
-    takeRecords(reply);
+    takeRecords(answer.records);
     emit updateFiles(rows());
     setViewProperty("isProcessing", false);
-    if (!m_account.errorText().isEmpty())
-        refuse(tr("Archive Error"), m_account.errorText());
+    if (!answer.error.isEmpty())
+        refuse(tr("Archive Error"), answer.error);
 }
 
 void Archive::takeRecords(const QVariantList &reply)
@@ -176,7 +177,7 @@ void Archive::cancel()
 void Archive::windowClosed()
 {
     ++m_load;
-    m_account.client().abandon();
+    m_account.abandon();
     if (m_handler)
         m_handler->closeWindow();
     emit showParent();

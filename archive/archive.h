@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "account/userauth.h"
-#include "app/base/viewwindow.h"
+#include "account/accountclient.h"
 #include "archive/archiverecord.h"
+#include "base/viewwindow.h"
 
 #include <memory>
 
@@ -67,7 +67,7 @@ private:
     void refuse(const QString &title, const QString &text);
 
     ProgramData &m_store;
-    UserAuth m_account;
+    AccountClient m_account;
     std::unique_ptr<ArchiveHandler> m_handler; ///< made when it is first needed
     QList<ArchiveRecord> m_files;
     quint64 m_load = 0; ///< tells the current loading of the list from all earlier ones

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "archive/archivehandler.h"
 
-#include "app/base/guiscale.h"
-#include "app/base/messageboxcustom.h"
-#include "app/base/programdata.h"
 #include "archive/archivejob.h"
+#include "base/guiscale.h"
+#include "base/mediaformats.h"
+#include "base/messageboxcustom.h"
+#include "base/programdata.h"
 #include "service/convertingfile.h"
-#include "service/mediaformats.h"
 
 #include <QDebug>
 #include <QFile>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/base/viewwindow.h"
+#include "base/viewwindow.h"
 #include "service/tekoserver.h"
 #include "service/workerthread.h"
 

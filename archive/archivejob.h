@@ -3,7 +3,7 @@
 #pragma once
 
 #include "archive/archiverecord.h"
-#include "service/resultnames.h"
+#include "results/resultnames.h"
 
 #include <functional>
 

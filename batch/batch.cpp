@@ -3,10 +3,9 @@
 #include "batch/batch.h"
 
 #include "account/userauth.h"
-#include "app/appfolder.h"
-#include "app/base/messagewatcher.h"
-#include "app/base/programdata.h"
-#include "app/startup.h"
+#include "base/appfolder.h"
+#include "base/messagewatcher.h"
+#include "base/programdata.h"
 #include "batch/batchoptions.h"
 #include "batch/batchrunner.h"
 #include "batch/batchsettings.h"

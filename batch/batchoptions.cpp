@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "batch/batchoptions.h"
 
-#include "app/version.h"
-#include "service/mediaformats.h"
+#include "base/mediaformats.h"
+#include "base/version.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>

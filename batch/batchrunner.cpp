@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "batch/batchrunner.h"
 
-#include "app/base/programdata.h"
+#include "base/mediaformats.h"
+#include "base/programdata.h"
 #include "batch/console.h"
 #include "processing/processingrules.h"
-#include "service/mediaformats.h"
 
 #include <QEventLoop>
 #include <QFile>

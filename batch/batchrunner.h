@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/base/messagewatcher.h"
+#include "base/messagewatcher.h"
 #include "batch/batchoptions.h"
 #include "batch/progressreport.h"
 #include "processing/fileprocessing.h"

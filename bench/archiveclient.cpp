@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/programdata.h"
 #include "archive/archive.h"
+#include "base/programdata.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

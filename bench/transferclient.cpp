@@ -4,7 +4,7 @@
 /// Moves one upload, or two downloads at once, through the program's client, for the benchmark:
 ///     transferclient SERVICE up FILE
 ///     transferclient SERVICE down TARGET TARGET
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 #include "service/tekoserver.h"
 
 #include <QCoreApplication>

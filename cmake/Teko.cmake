@@ -46,14 +46,15 @@ function(teko_room name)
     teko_qt_flags(${name})
 endfunction()
 
-# A link to the system's ffmpeg under the name that the program runs, in a folder that holds executables.
-function(teko_link_ffmpeg folder)
+# A link to the system's ffmpeg under the name that the program runs, in the folder that holds the executables. Made when
+# the target is built: configuring needs no ffmpeg.
+function(teko_link_ffmpeg target)
     if(WIN32)
         return()
     endif()
-    find_program(TEKO_FFMPEG ffmpeg REQUIRED)
-    file(MAKE_DIRECTORY ${folder})
-    file(CREATE_LINK ${TEKO_FFMPEG} ${folder}/ffmpeg.exe SYMBOLIC)
+    set(link ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/ffmpeg.exe)
+    add_custom_command(OUTPUT ${link} COMMAND ${CMAKE_COMMAND} -D LINK=${link} -P ${PROJECT_SOURCE_DIR}/cmake/LinkFfmpeg.cmake)
+    add_custom_target(${target} ALL DEPENDS ${link})
 endfunction()
 
 # The environment of a test. Qt's software renderer and SVG pictures keep memory at the end of a process, in

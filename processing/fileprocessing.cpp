@@ -3,13 +3,13 @@
 #include "processing/fileprocessing.h"
 
 #include "account/licencegate.h"
-#include "app/base/guiscale.h"
-#include "app/base/messageboxcustom.h"
-#include "app/base/programdata.h"
+#include "base/guiscale.h"
+#include "base/mediaformats.h"
+#include "base/messageboxcustom.h"
+#include "base/programdata.h"
 #include "processing/processingrules.h"
 #include "service/connectivity.h"
 #include "service/convertingfile.h"
-#include "service/mediaformats.h"
 
 #include <QFile>
 #include <QFileInfo>

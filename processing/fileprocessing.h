@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/base/viewwindow.h"
-#include "service/resultnames.h"
+#include "base/viewwindow.h"
+#include "results/resultnames.h"
 #include "service/tekoserver.h"
 #include "service/workerthread.h"
 

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/messageboxcustom.h"
-#include "app/base/programdata.h"
+#include "base/mediaformats.h"
+#include "base/messageboxcustom.h"
+#include "base/programdata.h"
 #include "processing/fileprocessing.h"
+#include "results/resultopener.h"
 #include "service/convertingfile.h"
-#include "service/mediaformats.h"
-#include "service/resultopener.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "service/convertingfile.h"
 
+#include "base/mediaformats.h"
 #include "service/ffmpegrun.h"
-#include "service/mediaformats.h"
 
 #include <QDateTime>
 #include <QDebug>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "service/serviceconnection.h"
 
-#include "app/base/messageboxcustom.h"
+#include "base/messageboxcustom.h"
 #include "service/serviceaddress.h"
 
 #include <QCoreApplication>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 #include "service/embeddedservice.h"
 
 #include <memory>

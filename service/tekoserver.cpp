@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "service/tekoserver.h"
 
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 #include "service/filefetch.h"
 #include "service/frozenfile.h"
 #include "service/replies.h"

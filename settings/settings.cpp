@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "settings/settings.h"
 
-#include "app/base/guiscale.h"
-#include "app/base/programdata.h"
-#include "app/base/saveortell.h"
+#include "base/guiscale.h"
+#include "base/programdata.h"
+#include "base/saveortell.h"
 #include "settings/siblingprograms.h"
 
 #include <QDebug>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "app/base/filedialogs.h"
-#include "app/base/viewwindow.h"
+#include "base/filedialogs.h"
+#include "base/viewwindow.h"
 
 #include <QVariantMap>
 

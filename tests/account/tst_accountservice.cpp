@@ -3,7 +3,7 @@
 #include "account/licencegate.h"
 #include "account/signout.h"
 #include "account/userauth.h"
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 #include "service/embeddedservice.h"
 #include "tests/support/files.h"
 #include "tests/support/testmain.h"
@@ -80,7 +80,8 @@ private slots:
         ann.auth.initialCheck();
         QTRY_COMPARE(entered.size(), 1);
         QCOMPARE(ann.store.user().email, "ann@b.de");
-        signOut(ann.store, ann.auth.client());
+        AccountClient client(ann.store);
+        signOut(ann.store, client);
 
         ann.auth.signIn("ann@b.de", "password 2");
         QTRY_VERIFY(!ann.auth.errorText().isEmpty());
@@ -108,10 +109,11 @@ private slots:
         ann.auth.registerAccount("Name", "ann2@b.de", "password");
         QTRY_COMPARE(welcomed.size(), 1);
         const QString hash = ann.store.user().hash;
-        signOut(ann.store, ann.auth.client());
+        AccountClient client(ann.store);
+        signOut(ann.store, client);
         QCOMPARE(ann.store.user(), UserRecord());
         const auto answer = [&] {
-            return ann.auth.client().postAndWait("auth/check.php", {{"hash", hash}}).text;
+            return client.postAndWait("auth/check.php", {{"hash", hash}}).text;
         };
         QTRY_VERIFY2(answer().contains("does not know this sign-in"), qPrintable(answer()));
     }

@@ -138,8 +138,8 @@ private slots:
         session.end(true);
         m_fixture->server.release();
         m_fixture->server.on(path, {Answer::text("?")});
-        UserAuth auth(*m_fixture->store);
-        QCOMPARE(auth.client().postAndWait("auth/check.php", {}).text, "?");
+        AccountClient client(*m_fixture->store);
+        QCOMPARE(client.postAndWait("auth/check.php", {}).text, "?");
         QCOMPARE(m_fixture->store->user(), UserRecord());
     }
 

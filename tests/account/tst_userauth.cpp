@@ -94,7 +94,9 @@ private slots:
         m_auth->initialCheck();
         QTRY_COMPARE(m_events, QStringList{"out"});
         // Whatever else was asked has been answered by then as well.
-        QVERIFY(m_auth->client().postAndWait("auth/check.php", {}).text.startsWith("Please"));
+        QVERIFY(AccountClient(*m_fixture->store)
+                    .postAndWait("auth/check.php", {})
+                    .text.startsWith("Please"));
         QCOMPARE(m_events, QStringList{"out"});
     }
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "account/userauth.h"
 #include "app/backendloader.h"
-#include "app/base/programdata.h"
 #include "app/startup.h"
+#include "base/programdata.h"
 #include "settings/settings.h"
 #include "tests/support/files.h"
 #include "tests/support/recordedmessages.h"

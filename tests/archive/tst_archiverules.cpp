@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "account/archiverequest.h"
 #include "archive/archivejob.h"
+#include "archive/archiverequest.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 

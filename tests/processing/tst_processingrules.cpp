@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "processing/processingrules.h"
-#include "service/resultnames.h"
+#include "results/resultnames.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "account/userauth.h"
-#include "app/appfolder.h"
-#include "app/base/programdata.h"
 #include "archive/archive.h"
+#include "base/appfolder.h"
+#include "base/programdata.h"
 #include "processing/fileprocessing.h"
 #include "service/serviceconnection.h"
 #include "tests/support/childprocesses.h"

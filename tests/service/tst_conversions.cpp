@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
+#include "base/mediaformats.h"
 #include "service/convertingfile.h"
 #include "service/ffmpegrun.h"
-#include "service/mediaformats.h"
 #include "tests/support/files.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"

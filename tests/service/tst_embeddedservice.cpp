@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 #include "service/embeddedservice.h"
 #include "service/serviceconnection.h"
 #include "tests/support/recordedmessages.h"

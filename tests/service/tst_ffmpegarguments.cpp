@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
+#include "base/mediaformats.h"
 #include "service/ffmpegarguments.h"
-#include "service/mediaformats.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "service/tekoserver.h"
 
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 #include "service/connectivity.h"
 #include "tests/support/files.h"
 #include "tests/support/rows.h"
@@ -77,10 +77,7 @@ private slots:
                 [this](const QString &text) { m_events += "error " + text; });
     }
 
-    void cleanup()
-    {
-        m_client.reset();
-    }
+    void cleanup() { m_client.reset(); }
 
     void sendsForms_data()
     {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 #include "processing/processingrules.h"
-#include "service/resultopener.h"
+#include "results/resultopener.h"
 #include "settings/settings.h"
 #include "tests/support/files.h"
 #include "tests/support/openedurls.h"

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "account/archiverequest.h"
+#include "archive/archiverequest.h"
 
 #include "service/replies.h"
 
@@ -16,6 +16,12 @@ struct ArchiveRequest
 };
 
 } // namespace
+
+ArchiveAnswer fetchArchive(AccountClient &account, const QString &hash)
+{
+    return archiveAnswer(account.postAndWait(QStringLiteral("auth/archive.php"),
+                                             {{QStringLiteral("hash"), hash}}, longestArchive));
+}
 
 ArchiveAnswer archiveAnswer(const AccountAnswer &answer)
 {

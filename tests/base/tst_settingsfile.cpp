@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/guiscale.h"
-#include "app/base/programdata.h"
+#include "base/guiscale.h"
+#include "base/programdata.h"
 #include "tests/support/files.h"
 #include "tests/support/testmain.h"
 

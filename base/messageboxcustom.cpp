@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/messageboxcustom.h"
+#include "base/messageboxcustom.h"
 
 #include <QApplication>
 #include <QFont>

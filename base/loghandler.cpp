@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/loghandler.h"
+#include "base/loghandler.h"
 
-#include "app/base/logline.h"
+#include "base/logline.h"
 
 #include <QDateTime>
 #include <QFile>

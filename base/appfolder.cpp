@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/appfolder.h"
+#include "base/appfolder.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 
-#include "app/base/settingsfile.h"
+#include "base/settingsfile.h"
 
 #include <QCoreApplication>
 #include <QDir>

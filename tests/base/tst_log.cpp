@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/loghandler.h"
-#include "app/base/logline.h"
+#include "base/loghandler.h"
+#include "base/logline.h"
 #include "tests/support/files.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"

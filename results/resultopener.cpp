@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "service/resultopener.h"
+#include "results/resultopener.h"
 
-#include "app/base/programdata.h"
+#include "base/programdata.h"
 
 #include <QDesktopServices>
 #include <QFile>

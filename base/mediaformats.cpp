@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "service/mediaformats.h"
+#include "base/mediaformats.h"
 
 #include <QFileInfo>
 

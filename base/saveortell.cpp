@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/saveortell.h"
+#include "base/saveortell.h"
 
-#include "app/base/messageboxcustom.h"
-#include "app/base/programdata.h"
+#include "base/messageboxcustom.h"
+#include "base/programdata.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/viewwindow.h"
+#include "base/viewwindow.h"
 
-#include "app/base/windowplace.h"
+#include "base/windowplace.h"
 
 #include <QCloseEvent>
 #include <QQmlError>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/userrecord.h"
+#include "base/userrecord.h"
 
 UserRecord UserRecord::fromMap(const QVariantMap &map)
 {

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/appfolder.h"
-#include "app/base/programdata.h"
 #include "app/mediafilter.h"
 #include "app/webpage.h"
+#include "base/appfolder.h"
+#include "base/programdata.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/base/windowplace.h"
+#include "base/windowplace.h"
 
 QPoint placeOver(const QRect &other, QSize size, const QRect &space)
 {
