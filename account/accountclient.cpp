@@ -3,6 +3,7 @@
 #include "account/accountclient.h"
 
 #include "base/programdata.h"
+#include "service/connectivity.h"
 
 #include <QDebug>
 #include <QEventLoop>
@@ -17,52 +18,54 @@ struct AccountClient::Request
     FormFields fields;
     QPointer<QObject> context;
     Handler handler;
-    qint64 mostBytes;
+    qint64 maxBytes;
 };
 
-AccountClient::AccountClient(ProgramData &store, std::chrono::milliseconds patience,
-                             QObject *parent)
+AccountClient::AccountClient(ProgramData &store, std::chrono::milliseconds timeout, QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_network(new QNetworkAccessManager(this))
-    , m_round(std::make_unique<QObject>())
+    , m_requests(std::make_unique<QObject>())
 {
-    m_network->setTransferTimeout(int(patience.count()));
+    m_network->setTransferTimeout(int(timeout.count()));
 }
 
 AccountClient::~AccountClient() = default;
 
 void AccountClient::post(const QString &path, const FormFields &fields, QObject *context,
-                         Handler handler, qint64 mostBytes)
+                         Handler handler, qint64 maxBytes)
 {
     auto request =
-        std::make_shared<Request>(Request{path, fields, context, std::move(handler), mostBytes});
-    // A reply without an address fails as well, from the event loop.
-    QNetworkReply *check = m_network->get(plainRequest(m_store.endpoints().connectivity));
-    connect(check, &QNetworkReply::finished, check, &QObject::deleteLater);
-    connect(check, &QNetworkReply::finished, m_round.get(), [this, check, request] {
-        if (check->error() == QNetworkReply::NoError)
-            send(request);
-        else
-            finish(*request, {AccountAnswer::Kind::Offline, tr("No internet connection!")});
-    });
+        std::make_shared<Request>(Request{path, fields, context, std::move(handler), maxBytes});
+    checkConnectivity(*m_network, m_store.endpoints().connectivity, m_requests.get(),
+                      [this, request](bool isOnline) {
+                          if (isOnline)
+                              send(request);
+                          else
+                              finish(*request, {AccountAnswer::Kind::Offline, offlineText()});
+                      });
+}
+
+QString AccountClient::offlineText() const
+{
+    return m_store.embeddedServiceLog().isEmpty() ? tr("No internet connection!")
+                                                  : offlineNotice(m_store).text;
 }
 
 void AccountClient::send(const std::shared_ptr<Request> &request)
 {
-    const QUrl url(m_store.endpoints().base.toString() + QLatin1String("/teko-server/")
-                   + request->path);
     QNetworkReply *reply =
-        m_network->post(formRequest(url), formBody(withCredentials(request->fields)));
+        m_network->post(formRequest(m_store.endpoints().operation(request->path)),
+                        formBody(withCredentials(request->fields)));
     collectText(
-        reply, m_round.get(),
+        reply, m_requests.get(),
         [this, request](const TextAnswer &answer) {
             if (answer.error.isEmpty())
                 finish(*request, {AccountAnswer::Kind::Answered, answer.body});
             else
                 finish(*request, {AccountAnswer::Kind::Failed, answer.error});
         },
-        request->mostBytes);
+        request->maxBytes);
 }
 
 void AccountClient::finish(const Request &request, const AccountAnswer &answer)
@@ -71,7 +74,7 @@ void AccountClient::finish(const Request &request, const AccountAnswer &answer)
     const QString news =
         request.path + QLatin1Char(' ') + (isAnswered ? QStringLiteral("answered") : answer.text);
     // A session is checked again and again while the service is out of reach.
-    if (std::exchange(m_lastNews, news) != news)
+    if (std::exchange(m_lastLoggedOutcome, news) != news)
         qInfo().noquote() << "AccountClient:" << news;
     m_replyText = answer.text;
     if (request.context)
@@ -86,23 +89,23 @@ FormFields AccountClient::withCredentials(FormFields fields) const
 }
 
 AccountAnswer AccountClient::postAndWait(const QString &path, const FormFields &fields,
-                                         qint64 mostBytes)
+                                         qint64 maxBytes)
 {
     AccountAnswer answer{AccountAnswer::Kind::Failed, tr("The request was interrupted.")};
     QEventLoop loop;
-    connect(m_round.get(), &QObject::destroyed, &loop, &QEventLoop::quit);
+    connect(m_requests.get(), &QObject::destroyed, &loop, &QEventLoop::quit);
     post(
         path, fields, &loop,
         [&](const AccountAnswer &received) {
             answer = received;
             loop.quit();
         },
-        mostBytes);
+        maxBytes);
     loop.exec();
     return answer;
 }
 
-void AccountClient::abandon()
+void AccountClient::abort()
 {
-    m_round = std::make_unique<QObject>();
+    m_requests = std::make_unique<QObject>();
 }

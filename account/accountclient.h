@@ -35,23 +35,23 @@ public:
     /// The store must outlive this object. A connection that is silent for the given time counts as
     /// failed.
     explicit AccountClient(ProgramData &store,
-                           std::chrono::milliseconds patience = std::chrono::seconds(15),
+                           std::chrono::milliseconds timeout = std::chrono::seconds(15),
                            QObject *parent = nullptr);
     ~AccountClient() override;
 
     /// Posts the fields to a path under "/teko-server/" and hands the answer over once, later, from
     /// the event loop. The handler is not called after the context or this object has died or
-    /// abandon() was called. Of a longer answer only so many bytes are read.
+    /// abort() was called. Of a longer answer only so many bytes are read.
     void post(const QString &path, const FormFields &fields, QObject *context, Handler handler,
-              qint64 mostBytes = mostTextBytes);
+              qint64 maxBytes = maxTextBytes);
 
     /// post() for a caller that waits in a local event loop: it must expect that its own object may
     /// be gone afterwards.
     [[nodiscard]] AccountAnswer postAndWait(const QString &path, const FormFields &fields,
-                                            qint64 mostBytes = mostTextBytes);
+                                            qint64 maxBytes = maxTextBytes);
 
-    /// Forgets all requests that are under way.
-    void abandon();
+    /// Aborts all requests that are under way.
+    void abort();
 
     /// The text of the last answer.
     [[nodiscard]] const QString &replyText() const { return m_replyText; }
@@ -59,13 +59,14 @@ public:
 private:
     struct Request;
 
+    [[nodiscard]] QString offlineText() const;
     void send(const std::shared_ptr<Request> &request);
     void finish(const Request &request, const AccountAnswer &answer);
     [[nodiscard]] FormFields withCredentials(FormFields fields) const;
 
     ProgramData &m_store;
     QNetworkAccessManager *const m_network;
-    std::unique_ptr<QObject> m_round; ///< dies with the requests that it stands for
+    std::unique_ptr<QObject> m_requests; ///< whose death aborts them
     QString m_replyText;
-    QString m_lastNews; ///< what the log was told last
+    QString m_lastLoggedOutcome; ///< so that a repeated one is left out
 };

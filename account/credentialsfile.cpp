@@ -9,7 +9,7 @@
 namespace {
 
 /// Far more than credentials need.
-constexpr qint64 mostBytes = 0x10000;
+constexpr qint64 maxBytes = 0x10000;
 
 QString pathIn(const QString &folder)
 {
@@ -30,7 +30,7 @@ std::optional<Credentials> CredentialsFile::read() const
         return {};
     std::optional<Credentials> credentials;
     if (file.open(QIODevice::ReadOnly))
-        credentials = openCredentials(file.read(mostBytes), m_key);
+        credentials = openCredentials(file.read(maxBytes), m_key);
     file.close();
     if (!credentials)
         setAside();

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr qsizetype shortestPassword = 8;
+constexpr qsizetype minPasswordLength = 8;
 
 struct FormRules
 {
@@ -16,12 +16,12 @@ struct FormRules
 
 } // namespace
 
-QString problemWithName(const QString &name)
+QString validateName(const QString &name)
 {
     return name.trimmed().isEmpty() ? FormRules::tr("Please enter your name.") : QString();
 }
 
-QString problemWithEmail(const QString &email)
+QString validateEmail(const QString &email)
 {
     static const QRegularExpression address(QStringLiteral("^[^@\\s]+@[^@\\s]+$"));
     return address.match(email.trimmed()).hasMatch()
@@ -29,20 +29,20 @@ QString problemWithEmail(const QString &email)
         : FormRules::tr("Please enter a valid e-mail address.");
 }
 
-QString problemWithCode(const QString &code)
+QString validateCode(const QString &code)
 {
     return code.trimmed().isEmpty() ? FormRules::tr("Please enter the code you were sent.")
                                     : QString();
 }
 
-QString problemWithNewPassword(const QString &password)
+QString validateNewPassword(const QString &password)
 {
-    return password.size() < shortestPassword
-        ? FormRules::tr("The password must have at least %1 characters.").arg(shortestPassword)
+    return password.size() < minPasswordLength
+        ? FormRules::tr("The password must have at least %1 characters.").arg(minPasswordLength)
         : QString();
 }
 
-QString problemWithPassword(const QString &password)
+QString validatePassword(const QString &password)
 {
     return password.isEmpty() ? FormRules::tr("Please enter the password.") : QString();
 }

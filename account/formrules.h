@@ -7,10 +7,10 @@
 /// What is wrong with what the user typed, in a sentence for him; empty when nothing is. The
 /// service has the last word.
 
-[[nodiscard]] QString problemWithName(const QString &name);
-[[nodiscard]] QString problemWithEmail(const QString &email);
-[[nodiscard]] QString problemWithCode(const QString &code);
+[[nodiscard]] QString validateName(const QString &name);
+[[nodiscard]] QString validateEmail(const QString &email);
+[[nodiscard]] QString validateCode(const QString &code);
 /// For a password that is to be set.
-[[nodiscard]] QString problemWithNewPassword(const QString &password);
+[[nodiscard]] QString validateNewPassword(const QString &password);
 /// For a password that was set earlier.
-[[nodiscard]] QString problemWithPassword(const QString &password);
+[[nodiscard]] QString validatePassword(const QString &password);

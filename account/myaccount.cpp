@@ -14,7 +14,7 @@
 namespace {
 
 /// A service without a limit names such a number; nobody counts it down.
-constexpr int mostCounted = 100'000;
+constexpr int maxShownCount = 100'000;
 
 QString viewState(Licence licence)
 {
@@ -29,13 +29,13 @@ QString viewState(Licence licence)
     return QStringLiteral("none");
 }
 
-QString problemWithChange(const QString &name, const QString &email, const QString &password)
+QString validateChange(const QString &name, const QString &email, const QString &password)
 {
-    for (const QString &problem : {problemWithName(name), problemWithEmail(email)}) {
+    for (const QString &problem : {validateName(name), validateEmail(email)}) {
         if (!problem.isEmpty())
             return problem;
     }
-    return password.isEmpty() ? QString() : problemWithNewPassword(password);
+    return password.isEmpty() ? QString() : validateNewPassword(password);
 }
 
 } // namespace
@@ -56,7 +56,7 @@ MyAccount::MyAccount(ProgramData &store)
 void MyAccount::openWindow()
 {
     qInfo() << "MyAccount::openWindow";
-    m_client.abandon();
+    m_client.abort();
     applyScale(usableGuiScale(m_store.guiScale()));
     setViewProperty("isEditing", false);
     setViewProperty("isBusy", false);
@@ -83,7 +83,7 @@ void MyAccount::showUser()
 
 void MyAccount::showError(const QString &text)
 {
-    setViewProperty("errorText", shownText(text));
+    setViewProperty("errorText", truncatedForDisplay(text));
 }
 
 void MyAccount::checkSession()
@@ -116,18 +116,18 @@ void MyAccount::askFilesLeft()
                   [this](const AccountAnswer &answer) {
                       const bool isAnswered = answer.kind == AccountAnswer::Kind::Answered;
                       const int left = isAnswered ? filesLeft(answer.text) : -1;
-                      setViewProperty("filesLeft", left < mostCounted ? left : -1);
+                      setViewProperty("filesLeft", left < maxShownCount ? left : -1);
                   });
 }
 
 void MyAccount::save(const QString &name, const QString &email, const QString &password)
 {
     qInfo() << "MyAccount::save";
-    const QString problem = problemWithChange(name, email, password);
+    const QString problem = validateChange(name, email, password);
     showError(problem);
     if (!problem.isEmpty() || viewProperty("isBusy").toBool())
         return;
-    m_client.abandon();
+    m_client.abort();
     setViewProperty("isBusy", true);
     m_client.post(QStringLiteral("auth/update.php"),
                   {{QStringLiteral("hash"), m_store.user().hash},
@@ -159,6 +159,6 @@ void MyAccount::cancel()
 
 void MyAccount::windowClosed()
 {
-    m_client.abandon();
+    m_client.abort();
     emit showParent();
 }

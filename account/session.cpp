@@ -19,12 +19,6 @@ CredentialsFile fileOf(const ProgramData &store)
     return {store.appFolder(), credentialsKey(store.credentialsText(), machine)};
 }
 
-/// As the credentials name it. The address of the service of this computer changes at each start.
-QString serviceOf(const ProgramData &store)
-{
-    return store.localAccount() ? QString() : store.endpoints().base.toString();
-}
-
 /// What a service may hear that the credentials were not made for.
 Credentials forAnotherService(const Credentials &kept)
 {
@@ -56,13 +50,13 @@ Credentials Session::restore()
     const UserRecord &user = m_store.user();
     if (!access.publicKey.isEmpty())
         return {access.publicKey,   user.email,          user.hash,
-                access.accessToken, access.hasSignedOut, serviceOf(m_store)};
+                access.accessToken, access.hasSignedOut, m_store.serviceName()};
     Credentials kept = fileOf(m_store).read().value_or(Credentials());
     if (kept.publicKey.isEmpty()) {
         kept.publicKey = QUuid::createUuid().toString(QUuid::WithoutBraces);
         fileOf(m_store).write(kept);
     }
-    if (kept.service != serviceOf(m_store))
+    if (kept.service != m_store.serviceName())
         kept = forAnotherService(kept);
     m_store.setAccess({kept.publicKey, kept.accessToken, kept.hasSignedOut});
     if (!kept.hash.isEmpty())
@@ -77,7 +71,7 @@ void Session::begin(const UserReply &reply)
     const bool hasToken = !reply.accessToken.isEmpty();
     m_store.setUser(reply.user);
     keep({before.publicKey, reply.user.email, reply.user.hash,
-          hasToken ? reply.accessToken : before.accessToken, false, serviceOf(m_store)});
+          hasToken ? reply.accessToken : before.accessToken, false, m_store.serviceName()});
 }
 
 void Session::resume(const SessionCandidate &candidate)

@@ -51,7 +51,7 @@ void UserAuth::recheck()
 
 void UserAuth::startCheck()
 {
-    m_client.abandon();
+    m_client.abort();
     m_retry.stop();
     m_isChecking = true;
     m_store.whenServiceStarted(this, [this] { checkKept(); });
@@ -60,7 +60,7 @@ void UserAuth::startCheck()
 void UserAuth::checkKept()
 {
     // Two calls of initialCheck() in a row come here twice.
-    m_client.abandon();
+    m_client.abort();
     const Credentials kept = m_session.restore();
     setEmail(kept.email);
     m_candidates = sessionsToTry(kept, m_store.localAccount());
@@ -98,7 +98,7 @@ void UserAuth::checked(const AccountAnswer &answer)
 void UserAuth::refused(const QString &text)
 {
     qInfo() << "UserAuth::refused";
-    setError(shownText(text));
+    setError(truncatedForDisplay(text));
     if (m_candidates.takeFirst().hash == m_store.user().hash)
         m_session.end(false);
     checkNext();
@@ -137,7 +137,7 @@ bool UserAuth::hasLocalAccount() const
 void UserAuth::signIn(const QString &email, const QString &password)
 {
     qInfo() << "UserAuth::signIn";
-    submit(firstOf({problemWithEmail(email), problemWithPassword(password)}),
+    submit(firstOf({validateEmail(email), validatePassword(password)}),
            QStringLiteral("auth/login.php"),
            {{QStringLiteral("email"), email.trimmed()}, {QStringLiteral("password"), password}},
            [this](const QString &body) { enterByForm(body); });
@@ -146,42 +146,40 @@ void UserAuth::signIn(const QString &email, const QString &password)
 void UserAuth::registerAccount(const QString &name, const QString &email, const QString &password)
 {
     qInfo() << "UserAuth::registerAccount";
-    submit(
-        firstOf({problemWithName(name), problemWithEmail(email), problemWithNewPassword(password)}),
-        QStringLiteral("auth/register.php"),
-        {{QStringLiteral("name"), name.trimmed()},
-         {QStringLiteral("email"), email.trimmed()},
-         {QStringLiteral("password"), password}},
-        [this](const QString &body) { enterByForm(body); });
+    submit(firstOf({validateName(name), validateEmail(email), validateNewPassword(password)}),
+           QStringLiteral("auth/register.php"),
+           {{QStringLiteral("name"), name.trimmed()},
+            {QStringLiteral("email"), email.trimmed()},
+            {QStringLiteral("password"), password}},
+           [this](const QString &body) { enterByForm(body); });
 }
 
 void UserAuth::startRecovery(const QString &email)
 {
     qInfo() << "UserAuth::startRecovery";
-    submit(problemWithEmail(email), QStringLiteral("auth/recover.php"),
+    submit(validateEmail(email), QStringLiteral("auth/recover.php"),
            {{QStringLiteral("email"), email.trimmed()}}, [this](const QString &body) {
                if (body.trimmed() == QLatin1String("1"))
                    emit recoveryStarted();
                else
-                   setError(shownText(body));
+                   setError(truncatedForDisplay(body));
            });
 }
 
 void UserAuth::recover(const QString &email, const QString &code, const QString &password)
 {
     qInfo() << "UserAuth::recover";
-    submit(
-        firstOf({problemWithEmail(email), problemWithCode(code), problemWithNewPassword(password)}),
-        QStringLiteral("auth/recover.php"),
-        {{QStringLiteral("email"), email.trimmed()},
-         {QStringLiteral("code"), code.trimmed()},
-         {QStringLiteral("password"), password}},
-        [this, email, password](const QString &body) {
-            if (body.trimmed() == QLatin1String("1"))
-                signIn(email, password);
-            else
-                setError(shownText(body));
-        });
+    submit(firstOf({validateEmail(email), validateCode(code), validateNewPassword(password)}),
+           QStringLiteral("auth/recover.php"),
+           {{QStringLiteral("email"), email.trimmed()},
+            {QStringLiteral("code"), code.trimmed()},
+            {QStringLiteral("password"), password}},
+           [this, email, password](const QString &body) {
+               if (body.trimmed() == QLatin1String("1"))
+                   signIn(email, password);
+               else
+                   setError(truncatedForDisplay(body));
+           });
 }
 
 void UserAuth::signInLocally()
@@ -210,7 +208,7 @@ void UserAuth::submit(const QString &problem, const QString &path, const FormFie
                       if (answer.kind == AccountAnswer::Kind::Answered)
                           answered(answer.text);
                       else
-                          setError(shownText(answer.text));
+                          setError(truncatedForDisplay(answer.text));
                   });
 }
 

@@ -24,5 +24,5 @@ QString refusalText(const QString &body)
 {
     if (body.trimmed().isEmpty())
         return QCoreApplication::translate("UserReply", "The service gave an empty answer.");
-    return shownText(body);
+    return truncatedForDisplay(body);
 }

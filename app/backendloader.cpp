@@ -12,17 +12,20 @@
 #include "base/guiscale.h"
 #include "base/messageboxcustom.h"
 #include "base/programdata.h"
-#include "base/saveortell.h"
+#include "base/savesettings.h"
 #include "processing/fileprocessing.h"
 #include "settings/settings.h"
 
 #include <QDebug>
 #include <QDesktopServices>
-#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QUrl>
 
 namespace {
+
+/// How long the end of the program may wait for the service.
+constexpr std::chrono::seconds exitTimeout(3);
 
 /// The window that an element stands in.
 QWindow *windowAround(QObject *element)
@@ -39,6 +42,7 @@ QWindow *windowAround(QObject *element)
 BackendLoader::BackendLoader(QObject *parent)
     : QObject(parent)
     , m_store(ProgramData::instance())
+    , m_temporaryFolder(m_store.defaultPathTemp())
     , m_signOff(std::make_unique<AccountClient>(m_store))
     , m_lastOpenFolder(m_store.defaultPathOpen())
 { }
@@ -60,8 +64,10 @@ void BackendLoader::selectFile()
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return;
-    m_lastOpenFolder = dialog.directory().absolutePath();
-    loadFile(dialog.selectedFiles().constFirst());
+    const QString file = dialog.selectedFiles().constFirst();
+    // Not the dialog's own folder: a path may be typed.
+    m_lastOpenFolder = QFileInfo(file).absolutePath();
+    loadFile(file);
 }
 
 FileProcessing &BackendLoader::processing()
@@ -126,6 +132,7 @@ void BackendLoader::openSettingsWindow()
 
 void BackendLoader::afterSettings()
 {
+    qInfo() << "BackendLoader::afterSettings";
     emit scfChanged(usableGuiScale(m_store.guiScale()));
     emit showMainWindow();
 }
@@ -174,6 +181,7 @@ void BackendLoader::unlockFullAccess()
 
 void BackendLoader::onCompleted()
 {
+    qInfo() << "BackendLoader::onCompleted";
     emit scfChanged(usableGuiScale(m_store.guiScale()));
 }
 
@@ -181,14 +189,8 @@ void BackendLoader::clearMemory()
 {
     qInfo() << "BackendLoader::clearMemory";
     if (m_processing)
-        m_processing->removeUploadedFile();
-    const QString folder = m_store.defaultPathTemp();
-    if (folder.isEmpty())
-        return;
-    const QStringList names = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System
-                                                     | QDir::NoDotAndDotDot);
-    for (const QString &name : names)
-        QFile::remove(folder + QLatin1Char('/') + name);
+        m_processing->removeUploadedFile(exitTimeout);
+    m_temporaryFolder.clear();
 }
 
 void BackendLoader::openUrl(QString url)
@@ -197,10 +199,14 @@ void BackendLoader::openUrl(QString url)
     QDesktopServices::openUrl(webPage(url, m_store.endpoints()));
 }
 
-void BackendLoader::checkForUpdates() { }
+void BackendLoader::checkForUpdates()
+{
+    qInfo() << "BackendLoader::checkForUpdates";
+}
 
 void BackendLoader::showLogs()
 {
+    qInfo() << "BackendLoader::showLogs";
     QDesktopServices::openUrl(QUrl::fromLocalFile(m_store.defaultPathLogs()));
 }
 
@@ -214,8 +220,9 @@ void BackendLoader::logout()
 
 void BackendLoader::resetScf()
 {
-    m_store.settings().remove("settings_gui_scale");
-    saveOrTell(m_store);
+    qInfo() << "BackendLoader::resetScf";
+    if (!saveOrShowError(m_store, {{SettingsKeys::guiScale.name, {}}}))
+        emit scfChanged(usableGuiScale(m_store.guiScale()));
 }
 
 void BackendLoader::showInitialMessage()
@@ -226,11 +233,12 @@ void BackendLoader::showInitialMessage()
 
 void BackendLoader::toggleLogging(bool active)
 {
-    m_store.settings().setValue("APP_LOGFILE_ENABLED", active);
-    saveOrTell(m_store);
+    qInfo() << "BackendLoader::toggleLogging" << active;
+    saveOrShowError(m_store, {{SettingsKeys::logging.name, active}});
 }
 
 bool BackendLoader::getLoggingStatus()
 {
-    return m_store.settings().value("APP_LOGFILE_ENABLED").toBool();
+    qInfo() << "BackendLoader::getLoggingStatus";
+    return m_store.isLoggingEnabled();
 }

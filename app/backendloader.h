@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "base/temporaryfolder.h"
+
 #include <QObject>
 #include <QString>
 
@@ -47,7 +49,8 @@ public slots:
     void openSettingsWindow();
     void openArchive();
     void onCompleted();
-    /// Removes the uploaded file from the service and all files from the temporary folder.
+    /// Removes the uploaded file from the service, for which it waits a little, and all files from
+    /// the temporary folder, unless another running program works there.
     void clearMemory();
     void openUrl(QString url);
     void checkForUpdates();
@@ -56,13 +59,13 @@ public slots:
     /// from now on.
     void logout();
     void resetScf();
-    /// Welcomes the signed-in user and tells him what his licence allows.
+    /// Welcomes the signed-in user and says what their licence allows.
     void showInitialMessage();
     void toggleLogging(bool active);
     [[nodiscard]] bool getLoggingStatus();
 
 private:
-    /// loadFile(), which gives whether the window waits for what is to be done with the file.
+    /// loadFile(), which returns whether the window waits for what is to be done with the file.
     bool open(const QString &path);
     [[nodiscard]] FileProcessing &processing();
     [[nodiscard]] MyAccount &account();
@@ -76,6 +79,7 @@ private:
     };
 
     ProgramData &m_store;
+    TemporaryFolder m_temporaryFolder;
     std::unique_ptr<AccountClient> m_signOff; ///< tells the service who has signed out
     std::unique_ptr<FileProcessing> m_processing;
     std::unique_ptr<Settings> m_settings;

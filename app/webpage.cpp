@@ -7,6 +7,5 @@ QUrl webPage(const QString &name, const ServiceEndpoints &endpoints)
     if (!name.startsWith(QLatin1Char('/')))
         return QUrl(name);
     const bool isService = name.startsWith(QLatin1String("/teko-server/"));
-    const QUrl &host = isService ? endpoints.base : endpoints.website;
-    return QUrl(host.toString() + name);
+    return urlBelow(isService ? endpoints.base : endpoints.website, name);
 }

@@ -7,7 +7,6 @@
 #include "archive/archivejob.h"
 #include "archive/archiverequest.h"
 #include "base/guiscale.h"
-#include "base/mediaformats.h"
 #include "base/messageboxcustom.h"
 #include "base/programdata.h"
 #include "results/resultopener.h"
@@ -20,12 +19,11 @@ Archive::Archive(ProgramData &store)
                  Sizing::Resizable)
     , m_store(store)
     , m_account(store)
+    , m_memory(store)
 {
     connectRoot();
     resize(540, 500);
 }
-
-Archive::~Archive() = default;
 
 void Archive::connectRoot()
 {
@@ -46,6 +44,9 @@ void Archive::openWindow()
     qInfo() << "Archive::openWindow";
     applyScale(usableGuiScale(m_store.guiScale()));
     setViewProperty("isProcessing", true);
+    // Another user may have signed in since.
+    takeRecords({});
+    emit updateFiles(rows());
     show();
     raise();
     emit loaded();
@@ -55,10 +56,10 @@ void Archive::openWindow()
 void Archive::loadArchiveFiles()
 {
     qInfo() << "Archive::loadArchiveFiles";
-    const QPointer<Archive> self(this);
-    const quint64 load = ++m_load;
+    m_loading = std::make_unique<QObject>();
+    const QPointer<QObject> loading(m_loading.get());
     const ArchiveAnswer answer = fetchArchive(m_account, m_store.user().hash);
-    if (!self || load != m_load)
+    if (!loading)
         return;
     takeRecords(answer.records);
     emit updateFiles(rows());
@@ -82,8 +83,19 @@ QVariantList Archive::rows() const
     QVariantList rows;
     rows.reserve(m_files.size());
     for (const ArchiveRecord &record : m_files)
-        rows << archiveRow(record, folder, isDemoUser, isFileHere);
+        rows << archiveRow(record, pathsOf(record, folder, record.extension), isDemoUser,
+                           isFileHere);
     return rows;
+}
+
+ResultPaths Archive::pathsOf(const ArchiveRecord &record, const QString &folder,
+                             const QString &extension) const
+{
+    if (record.id != 0 && canNameFiles(record)) {
+        if (const auto saved = m_memory.find(record.id, extension))
+            return *saved;
+    }
+    return archivePaths(folder, record, extension);
 }
 
 void Archive::changedFormat(int id, QString format)
@@ -92,7 +104,7 @@ void Archive::changedFormat(int id, QString format)
     const ArchiveRecord *record = usableRecord(id);
     if (!record)
         return;
-    const ResultPaths paths = archivePaths(m_store.defaultPathSave(), *record, format);
+    const ResultPaths paths = pathsOf(*record, m_store.defaultPathSave(), format);
     emit changeButtons(id, buttonOf(paths.main, isFileHere), buttonOf(paths.mix, isFileHere));
 }
 
@@ -102,29 +114,34 @@ void Archive::operateFile(int id, bool isMix, QString newExtension)
     const ArchiveRecord *record = usableRecord(id);
     if (!record)
         return;
-    const QString folder = saveFolderOrTell();
+    const QString folder = saveFolderOrShowError();
     if (folder.isEmpty())
         return;
     m_pendingRow = id;
     m_pendingExtension = newExtension;
-    carryOut(archiveJob(*record, folder, isMix, newExtension, isFileHere), *record, isMix);
+    // A file may have come or gone since the row was shown.
+    finishConverting();
+    const ResultPaths stored = pathsOf(*record, folder, record->extension);
+    const ResultPaths target = pathsOf(*record, folder, newExtension);
+    carryOut(archiveJob(*record, isMix ? stored.mix : stored.main, isMix ? target.mix : target.main,
+                        isFileHere),
+             *record, isMix);
 }
 
 void Archive::carryOut(const ArchiveJob &job, const ArchiveRecord &record, bool isMix)
 {
     switch (job.action) {
     case ArchiveJob::Action::Play:
-        openInPlayer(m_store,
-                     isVideoOutput(m_pendingExtension) ? m_store.defaultVideoPlayer()
-                                                       : m_store.defaultAudioPlayer(),
-                     job.target);
+        openInPlayer(m_store, job.target);
         break;
     case ArchiveJob::Action::Refuse:
         refuseWithoutFilm(m_pendingExtension, record);
         break;
     case ArchiveJob::Action::Download:
-        handler().openWindow(job.stored, job.target, record.localFilePath);
-        handler().download(record.id, isMix);
+        if (isKnownToService(record)) {
+            handler().openWindow(job.stored, job.target, record.localFilePath);
+            handler().download(record.id, isMix);
+        }
         break;
     case ArchiveJob::Action::Convert:
         handler().openWindow(job.stored, job.target, record.localFilePath);
@@ -133,12 +150,21 @@ void Archive::carryOut(const ArchiveJob &job, const ArchiveRecord &record, bool 
     }
 }
 
+bool Archive::isKnownToService(const ArchiveRecord &record)
+{
+    if (record.id == 0)
+        refuse(tr("Archive Error"),
+               tr("The service named no number for this file, by which it could be asked for."));
+    return record.id != 0;
+}
+
 ArchiveHandler &Archive::handler()
 {
     if (!m_handler) {
         m_handler = std::make_unique<ArchiveHandler>(m_store);
         m_handler->setHome(windowHandle());
         connect(m_handler.get(), &ArchiveHandler::finishWork, this, &Archive::finishConverting);
+        connect(m_handler.get(), &ArchiveHandler::ended, this, &Archive::finishConverting);
     }
     return *m_handler;
 }
@@ -152,7 +178,7 @@ void Archive::getFullFile(int id)
 {
     qInfo() << "Archive::getFullFile" << id;
     const ArchiveRecord *record = usableRecord(id);
-    if (!record)
+    if (!record || !isKnownToService(*record))
         return;
     const FullRun run = fullRun(*record, m_store.defaultAudioFormat(), isFileHere);
     if (run.lacksFilm)
@@ -164,7 +190,7 @@ void Archive::getFullFile(int id)
 void Archive::openFolder()
 {
     qInfo() << "Archive::openFolder";
-    if (const QString folder = saveFolderOrTell(); !folder.isEmpty())
+    if (const QString folder = saveFolderOrShowError(); !folder.isEmpty())
         openFolderInBrowser(folder);
 }
 
@@ -176,8 +202,8 @@ void Archive::cancel()
 
 void Archive::windowClosed()
 {
-    ++m_load;
-    m_account.abandon();
+    m_loading.reset();
+    m_account.abort();
     if (m_handler)
         m_handler->closeWindow();
     emit showParent();
@@ -190,7 +216,7 @@ const ArchiveRecord *Archive::usableRecord(int row) const
     return &m_files[row];
 }
 
-QString Archive::saveFolderOrTell()
+QString Archive::saveFolderOrShowError()
 {
     QString folder = m_store.defaultPathSave();
     if (folder.isEmpty())

@@ -3,12 +3,13 @@
 #pragma once
 
 #include "account/accountclient.h"
+#include "archive/archivehandler.h"
 #include "archive/archiverecord.h"
 #include "base/viewwindow.h"
+#include "results/resultmemory.h"
 
 #include <memory>
 
-class ArchiveHandler;
 class ProgramData;
 struct ArchiveJob;
 
@@ -21,7 +22,6 @@ class Archive final : public ViewWindow
 public:
     /// The store must outlive the window.
     explicit Archive(ProgramData &store);
-    ~Archive() override;
 
     /// Shows the window and loads the list. The caller's event loop is nested until the service has
     /// answered or the window is closed.
@@ -59,18 +59,25 @@ private:
     [[nodiscard]] QVariantList rows() const;
     /// The record of a row whose files may be named after it, or null.
     [[nodiscard]] const ArchiveRecord *usableRecord(int row) const;
+    /// Where a record's results lie in a format: where this installation has saved them, or else
+    /// under the record's name.
+    [[nodiscard]] ResultPaths pathsOf(const ArchiveRecord &record, const QString &folder,
+                                      const QString &extension) const;
     void carryOut(const ArchiveJob &job, const ArchiveRecord &record, bool isMix);
     [[nodiscard]] ArchiveHandler &handler();
-    /// Empty when the folder is not available, which the user is told then.
-    [[nodiscard]] QString saveFolderOrTell();
+    /// Shows the user when it is not.
+    [[nodiscard]] bool isKnownToService(const ArchiveRecord &record);
+    /// Empty when the folder is not available, which the user is shown then.
+    [[nodiscard]] QString saveFolderOrShowError();
     void refuseWithoutFilm(const QString &extension, const ArchiveRecord &record);
     void refuse(const QString &title, const QString &text);
 
     ProgramData &m_store;
     AccountClient m_account;
+    ResultMemory m_memory;
     std::unique_ptr<ArchiveHandler> m_handler; ///< made when it is first needed
     QList<ArchiveRecord> m_files;
-    quint64 m_load = 0; ///< tells the current loading of the list from all earlier ones
+    std::unique_ptr<QObject> m_loading; ///< gone once the answer is no longer wanted
     int m_pendingRow = -1;
     QString m_pendingExtension;
 };

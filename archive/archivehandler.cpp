@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "archive/archivehandler.h"
 
-#include "archive/archivejob.h"
 #include "base/guiscale.h"
 #include "base/mediaformats.h"
 #include "base/messageboxcustom.h"
@@ -28,23 +27,12 @@ ArchiveHandler::ArchiveHandler(ProgramData &store)
     connectView(SIGNAL(cancelProcess()), SLOT(cancelProcess()));
 }
 
-ArchiveHandler::~ArchiveHandler()
-{
-    // The worker reads the flag until its thread has ended.
-    m_cancelState = 1;
-    m_worker.stop();
-}
-
 void ArchiveHandler::openWindow(const QString &storedPath, const QString &targetPath,
                                 const QString &sourcePath)
 {
     qInfo() << "ArchiveHandler::openWindow" << targetPath;
-    m_server.dropEarlierReplies();
-    m_downloadId = -1;
-    m_cancelState = 0;
-    m_storedPath = storedPath;
-    m_targetPath = targetPath;
-    m_sourcePath = sourcePath;
+    m_run.reset();
+    m_run = std::make_unique<ArchiveRun>(m_server, storedPath, targetPath, sourcePath);
     applyScale(usableGuiScale(m_store.guiScale()));
     setMode("");
     setViewProperty("fileName", QFileInfo(sourcePath).fileName());
@@ -56,65 +44,67 @@ void ArchiveHandler::openWindow(const QString &storedPath, const QString &target
 void ArchiveHandler::download(int id, bool isMix)
 {
     qInfo() << "ArchiveHandler::download" << id;
-    m_downloadId = id;
     setMode("downloading");
-    m_server.download(id, downloadTarget(m_storedPath), isMix);
+    m_run->download(id, isMix);
 }
 
 void ArchiveHandler::downloadingFirst(double percents)
 {
-    if (m_cancelState != 0)
+    if (!m_run)
         return;
+    qInfo() << "ArchiveHandler::downloadingFirst" << percents;
     setViewProperty("downloadingPercent", percents);
     if (percents != 100.0)
         return;
-    const QString file = downloadTarget(m_storedPath);
-    if (QFile::exists(file))
-        useDownload(file);
+    if (QFile::exists(m_run->downloadPath()))
+        useDownload();
     else
         showError(tr("File not downloaded"));
 }
 
-void ArchiveHandler::useDownload(const QString &file)
+void ArchiveHandler::useDownload()
 {
-    if (mediaSuffix(m_storedPath) == QStringLiteral("wav")) {
-        if (QFile::rename(file, m_storedPath))
+    const QString download = m_run->downloadPath();
+    const QString stored = m_run->storedPath();
+    if (mediaSuffix(stored) == QStringLiteral("wav")) {
+        if (QFile::rename(download, stored))
             doneDownloadedConvert();
         else
-            showError(tr("The result could not be saved:\n\n%1").arg(m_storedPath));
-        return;
-    }
-    // Without the user's own film the stored one cannot be made again, but its sound can be.
-    const bool isFilmGone =
-        isVideoOutput(mediaSuffix(m_storedPath)) && !isOriginalHere(m_sourcePath);
-    if (isFilmGone)
-        startWorker(file, m_targetPath, &ConvertingFile::prepareFinal,
+            showError(tr("The result could not be saved:\n\n%1").arg(stored));
+    } else if (m_run->isFilmGone()) {
+        // Without the user's own film the stored one cannot be made again, but its sound can be.
+        startWorker(download, m_run->targetPath(), &ConvertingFile::prepareFinal,
                     &ArchiveHandler::doneConvert);
-    else
-        startWorker(file, m_storedPath, &ConvertingFile::prepareFinal,
+    } else {
+        startWorker(download, stored, &ConvertingFile::prepareFinal,
                     &ArchiveHandler::doneDownloadedConvert);
+    }
 }
 
 void ArchiveHandler::doneDownloadedConvert()
 {
+    if (!m_run)
+        return;
     qInfo() << "ArchiveHandler::doneDownloadedConvert";
-    if (m_storedPath == m_targetPath)
+    if (m_run->storedPath() == m_run->targetPath())
         doneConvert();
-    else if (isMade(m_storedPath))
+    else if (isMade(m_run->storedPath()))
         convert();
 }
 
 void ArchiveHandler::convert()
 {
     qInfo() << "ArchiveHandler::convert";
-    startWorker(m_storedPath, m_targetPath, &ConvertingFile::convertFile,
+    startWorker(m_run->storedPath(), m_run->targetPath(), &ConvertingFile::convertFile,
                 &ArchiveHandler::doneConvert);
 }
 
 void ArchiveHandler::doneConvert()
 {
+    if (!m_run)
+        return;
     qInfo() << "ArchiveHandler::doneConvert";
-    if (!isMade(m_targetPath))
+    if (!isMade(m_run->targetPath()))
         return;
     emit finishWork();
     closeWindow();
@@ -124,12 +114,11 @@ void ArchiveHandler::startWorker(const QString &input, const QString &output,
                                  void (ConvertingFile::*entry)(), void (ArchiveHandler::*slot)())
 {
     setMode("converting");
-    const QString source = isOriginalHere(m_sourcePath) ? m_sourcePath : m_storedPath;
-    m_worker.start(std::make_unique<ConvertingFile>(&m_cancelState, input, output, source, true),
-                   entry, &ConvertingFile::doneMain, this, slot);
+    m_run->worker().start(m_run->converter(input, output), entry, &ConvertingFile::doneMain, this,
+                          slot);
 }
 
-/// Tells the user when it is not.
+/// Shows the user when it is not.
 bool ArchiveHandler::isMade(const QString &result)
 {
     if (QFile::exists(result))
@@ -141,7 +130,7 @@ bool ArchiveHandler::isMade(const QString &result)
 void ArchiveHandler::showError(QString message)
 {
     qCritical() << "ArchiveHandler::showError" << message;
-    m_server.abortDownloads();
+    m_run.reset();
     const QPointer<ArchiveHandler> self(this);
     MessageBoxCustom::critical(tr("File Processing Error"), message);
     if (self)
@@ -156,16 +145,8 @@ void ArchiveHandler::cancelProcess()
 
 void ArchiveHandler::windowClosed()
 {
-    m_cancelState = 1;
-    m_worker.stop();
-    m_server.abortDownloads();
-    if (m_downloadId == -1)
-        return;
-    m_server.cancel(m_downloadId);
-    m_downloadId = -1;
-    const QString file = downloadTarget(m_storedPath);
-    if (QFile::exists(file))
-        QFile::remove(file);
+    m_run.reset();
+    emit ended();
 }
 
 void ArchiveHandler::setMode(const char *mode)

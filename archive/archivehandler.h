@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "archive/archiverun.h"
 #include "base/viewwindow.h"
 #include "service/tekoserver.h"
-#include "service/workerthread.h"
 
-#include <atomic>
+#include <memory>
 
 class ConvertingFile;
 class ProgramData;
@@ -21,7 +21,6 @@ class ArchiveHandler final : public ViewWindow
 public:
     /// The store must outlive the window.
     explicit ArchiveHandler(ProgramData &store);
-    ~ArchiveHandler() override;
 
     /// Shows the window for a job, which download() or convert() then starts. The stored path is
     /// the result in the format in which it was saved, the target path in the one that is wanted;
@@ -40,6 +39,8 @@ signals:
     void loaded();
     /// The target exists now.
     void finishWork();
+    /// The window has closed, whatever became of the job.
+    void ended();
 
 public slots:
     void downloadingFirst(double percents);
@@ -53,17 +54,12 @@ protected:
 
 private:
     void setMode(const char *mode);
-    void useDownload(const QString &file);
+    void useDownload();
     void startWorker(const QString &input, const QString &output, void (ConvertingFile::*entry)(),
                      void (ArchiveHandler::*slot)());
     [[nodiscard]] bool isMade(const QString &result);
 
     ProgramData &m_store;
     TekoServer m_server;
-    WorkerThread m_worker;
-    std::atomic<int> m_cancelState = 0;
-    QString m_storedPath;
-    QString m_targetPath;
-    QString m_sourcePath;
-    int m_downloadId = -1; ///< the service's number while a job that began with a download runs
+    std::unique_ptr<ArchiveRun> m_run; ///< none once it has ended
 };

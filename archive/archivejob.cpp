@@ -67,16 +67,15 @@ QString buttonOf(const QString &path, const FileTest &exists)
     return buttonFor(exists(path));
 }
 
-QVariantMap archiveRow(const ArchiveRecord &record, const QString &folder, bool isDemoUser,
+QVariantMap archiveRow(const ArchiveRecord &record, const ResultPaths &stored, bool isDemoUser,
                        const FileTest &exists)
 {
     // With ten thousand rows each look at the disk counts.
-    const ResultPaths paths = archivePaths(folder, record, record.extension);
-    const bool hasMain = exists(paths.main);
-    const bool hasMix = exists(paths.mix);
+    const bool hasMain = exists(stored.main);
+    const bool hasMix = exists(stored.mix);
     const bool isVideo = (isVideoSource(mediaSuffix(record.localFilePath))
                           && isOriginalHere(record.localFilePath, exists))
-        || (hasMain && hasMix && isVideoSource(mediaSuffix(paths.main)));
+        || (hasMain && hasMix && isVideoSource(mediaSuffix(stored.main)));
     return {{u"name"_s, record.name},
             {u"deleted"_s, record.deleted},
             {u"instrument"_s, record.instrument},
@@ -91,21 +90,14 @@ QVariantMap archiveRow(const ArchiveRecord &record, const QString &folder, bool 
             {u"isUsable"_s, canNameFiles(record)}};
 }
 
-ArchiveJob archiveJob(const ArchiveRecord &record, const QString &folder, bool isMix,
-                      const QString &extension, const FileTest &exists)
+ArchiveJob archiveJob(const ArchiveRecord &record, const QString &stored, const QString &target,
+                      const FileTest &exists)
 {
-    const auto path = [&](const QString &suffix) {
-        const ResultPaths paths = archivePaths(folder, record, suffix);
-        return isMix ? paths.mix : paths.main;
-    };
-    ArchiveJob job{ArchiveJob::Action::Refuse, path(record.extension), path(extension)};
-    if (exists(job.target))
+    ArchiveJob job{ArchiveJob::Action::Refuse, stored, target};
+    if (exists(target))
         job.action = ArchiveJob::Action::Play;
-    else if (isVideoOutput(extension) && !canGivePicture(record, job.stored, exists))
-        job.action = ArchiveJob::Action::Refuse;
-    else
-        job.action =
-            exists(job.stored) ? ArchiveJob::Action::Convert : ArchiveJob::Action::Download;
+    else if (!isVideoOutput(mediaSuffix(target)) || canGivePicture(record, stored, exists))
+        job.action = exists(stored) ? ArchiveJob::Action::Convert : ArchiveJob::Action::Download;
     return job;
 }
 

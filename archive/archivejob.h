@@ -28,8 +28,9 @@ using FileTest = std::function<bool(const QString &path)>;
 /// The picture of a button: "play" for a file that exists, else "download".
 [[nodiscard]] QString buttonOf(const QString &path, const FileTest &exists);
 
-/// The row that the view shows for a record: the service's keys and those that the window adds.
-[[nodiscard]] QVariantMap archiveRow(const ArchiveRecord &record, const QString &folder,
+/// The row that the view shows for a record: the service's keys and those that the window adds. The
+/// stored paths are those of the record's own extension.
+[[nodiscard]] QVariantMap archiveRow(const ArchiveRecord &record, const ResultPaths &stored,
                                      bool isDemoUser, const FileTest &exists);
 
 /// How one result is got in one format.
@@ -48,9 +49,10 @@ struct ArchiveJob
     bool operator==(const ArchiveJob &) const = default;
 };
 
-/// The paths are those of archivePaths(), which must not be empty here.
-[[nodiscard]] ArchiveJob archiveJob(const ArchiveRecord &record, const QString &folder, bool isMix,
-                                    const QString &extension, const FileTest &exists);
+/// What to do for the target, a path in the format that is asked for, where the result was saved as
+/// the stored one. Both paths must not be empty.
+[[nodiscard]] ArchiveJob archiveJob(const ArchiveRecord &record, const QString &stored,
+                                    const QString &target, const FileTest &exists);
 
 /// How a demo is processed in full.
 struct FullRun

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype mostProblems = 20;
+constexpr qsizetype maxLoggedProblems = 20;
 
 QString textOf(const QVariant &value)
 {
@@ -50,9 +50,7 @@ QString missingKey(const ArchiveRecord &record)
         return u"name"_s;
     if (record.instrument.isEmpty())
         return u"instrument"_s;
-    if (record.extension.isEmpty())
-        return u"extension"_s;
-    return record.id == 0 ? u"ai_id"_s : QString();
+    return record.extension.isEmpty() ? u"extension"_s : QString();
 }
 
 /// Windows takes such a name for a device, with any suffix and in any case.
@@ -73,11 +71,11 @@ bool isForbidden(QChar c)
         || (isWindows && u":*?\"<>|"_s.contains(c));
 }
 
-bool isPlainNamePart(const QString &part)
+/// What a file name may begin with.
+bool isPlainBeginning(const QString &part)
 {
     const bool hasDrive = part.size() > 1 && part[0].isLetter() && part[1] == u':';
-    return part != u"."_s && part != u".."_s && !hasDrive && !isDeviceName(part)
-        && std::ranges::none_of(part, isForbidden);
+    return part != u"."_s && part != u".."_s && !hasDrive && !isDeviceName(part);
 }
 
 bool isPlainExtension(const QString &extension)
@@ -99,7 +97,7 @@ ArchiveRecords archiveRecords(const QVariantList &reply)
             continue;
         }
         ++records.leftOut;
-        if (records.problems.size() < mostProblems)
+        if (records.problems.size() < maxLoggedProblems)
             records.problems << u"\"%1\" has no usable \"%2\""_s.arg(record.name.left(80), missing);
     }
     return records;
@@ -107,6 +105,8 @@ ArchiveRecords archiveRecords(const QVariantList &reply)
 
 bool canNameFiles(const ArchiveRecord &record)
 {
-    return isPlainNamePart(record.name) && isPlainNamePart(record.instrument)
-        && isPlainNamePart(record.extension) && isPlainExtension(record.extension);
+    // Files are called "vocals - Song.mp3": only an instrument can be taken for a drive or a
+    // device.
+    return isPlainBeginning(record.instrument) && isPlainExtension(record.extension)
+        && std::ranges::none_of(record.instrument + record.name, isForbidden);
 }

@@ -14,7 +14,7 @@ struct ArchiveRecord
     QString extension; ///< of the result as it was saved, without the dot
     QString demoFile; ///< "no" for a whole result
     QString localFilePath; ///< the user's file, if it is on this machine
-    int id = 0; ///< the service's number of the result
+    int id = 0; ///< the service's number of the result; 0 when it names none that can be asked for
 
     [[nodiscard]] bool isDemo() const { return demoFile != QStringLiteral("no"); }
 
@@ -29,8 +29,8 @@ struct ArchiveRecords
     qsizetype leftOut = 0; ///< how many were
 };
 
-/// Reads a reply. A record that is no object, or lacks its name, instrument, extension or id, is
-/// left out; numbers may come as text and short texts as numbers.
+/// Reads a reply. A record that is no object, or lacks its name, instrument or extension, is left
+/// out; numbers may come as text and short texts as numbers.
 [[nodiscard]] ArchiveRecords archiveRecords(const QVariantList &reply);
 
 /// Whether files may be named after the record: nothing in it leads out of a folder, is a device on

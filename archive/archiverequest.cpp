@@ -20,20 +20,20 @@ struct ArchiveRequest
 ArchiveAnswer fetchArchive(AccountClient &account, const QString &hash)
 {
     return archiveAnswer(account.postAndWait(QStringLiteral("auth/archive.php"),
-                                             {{QStringLiteral("hash"), hash}}, longestArchive));
+                                             {{QStringLiteral("hash"), hash}}, maxArchiveBytes));
 }
 
 ArchiveAnswer archiveAnswer(const AccountAnswer &answer)
 {
     if (answer.kind != AccountAnswer::Kind::Answered)
-        return {shownText(answer.text), {}};
+        return {truncatedForDisplay(answer.text), {}};
     const QByteArray json = answer.text.toUtf8();
-    if (json.size() >= longestArchive)
+    if (json.size() >= maxArchiveBytes)
         return {ArchiveRequest::tr("The service's list of files is too long to be shown."), {}};
     const QJsonDocument document = QJsonDocument::fromJson(json);
     if (document.isArray())
         return {{}, document.array().toVariantList()};
     if (answer.text.trimmed().isEmpty())
         return {ArchiveRequest::tr("The service gave an empty answer."), {}};
-    return {shownText(answer.text), {}};
+    return {truncatedForDisplay(answer.text), {}};
 }

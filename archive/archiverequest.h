@@ -14,7 +14,7 @@ struct ArchiveAnswer
 };
 
 /// How much of the list is read, in bytes; room for well over ten thousand records.
-inline constexpr qint64 longestArchive = qint64(16) * 1024 * 1024;
+inline constexpr qint64 maxArchiveBytes = qint64(16) * 1024 * 1024;
 
 /// Asks the service what it keeps for the user with that hash. Waits in a local event loop: the
 /// caller must expect that its own object may be gone afterwards.

@@ -18,16 +18,14 @@ void nameApplication()
     QCoreApplication::setApplicationName(QStringLiteral("TEKO"));
 }
 
-bool setUpLogging(ProgramData &store)
+void setUpLogging(const ProgramData &store)
 {
-    const bool isEnabled = store.settings().value("APP_LOGFILE_ENABLED").toBool();
-    if (isEnabled) {
-        qInfo() << "- - - LOGGING ENABLED - - -";
-        installLogHandler([&store] { return store.defaultPathLogs(); });
-    } else {
+    if (!store.isLoggingEnabled()) {
         qInfo() << "- - - LOGGING DISABLED - - -";
+        return;
     }
-    return isEnabled;
+    qInfo() << "- - - LOGGING ENABLED - - -";
+    installLogHandler([&store] { return store.defaultPathLogs(); });
 }
 
 void logSystemHeader()

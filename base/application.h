@@ -8,8 +8,8 @@ class ProgramData;
 /// everything else.
 void nameApplication();
 
-/// Sends the log to a file if the settings say so, and returns whether they do. Decided once a run.
-bool setUpLogging(ProgramData &store);
+/// Sends the log to a file if the settings say so. Decided once a run.
+void setUpLogging(const ProgramData &store);
 
 /// Writes version, system and memory to the log.
 void logSystemHeader();

@@ -9,5 +9,5 @@ double usableGuiScale(double stored)
 {
     if (!std::isfinite(stored) || stored <= 0)
         return 1;
-    return std::clamp(stored, smallestGuiScale, largestGuiScale);
+    return std::clamp(stored, minGuiScale, maxGuiScale);
 }

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-inline constexpr double smallestGuiScale = 0.6;
-inline constexpr double largestGuiScale = 1.5;
+inline constexpr double minGuiScale = 0.6;
+inline constexpr double maxGuiScale = 1.5;
 
 /// The scale at which windows are shown for a stored one: the nearest that can be used, and 1 for a
 /// value that is no positive number.

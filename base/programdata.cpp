@@ -49,6 +49,7 @@ ProgramData &ProgramData::instance()
 
 ProgramData::ProgramData(const QString &settingsFile)
     : m_credentialsText(QStringLiteral("TEKO credentials, sealed for this machine"))
+    , m_isFirstSession(QFileInfo(settingsFile).dir().isRoot())
     , m_settings(settingsFile, QSettings::IniFormat)
 {
     keepDamagedSettings(settingsFile);
@@ -66,49 +67,47 @@ QString ProgramData::appFolder() const
 
 QString ProgramData::defaultVideoPlayer() const
 {
-    return m_settings.value("default_video_player", QStringLiteral("Default Video Player"))
-        .toString();
+    return text(SettingsKeys::videoPlayer);
 }
 
 QString ProgramData::defaultAudioPlayer() const
 {
-    return m_settings.value("default_audio_player", QStringLiteral("Default Audio Player"))
-        .toString();
+    return text(SettingsKeys::audioPlayer);
 }
 
 QString ProgramData::defaultVideoFormat() const
 {
-    return m_settings.value("default_video_format", QStringLiteral("none")).toString();
+    return text(SettingsKeys::videoFormat);
 }
 
 QString ProgramData::defaultAudioFormat() const
 {
-    return m_settings.value("default_audio_format", QStringLiteral("none")).toString();
+    return text(SettingsKeys::audioFormat);
 }
 
 QString ProgramData::defaultInstrument() const
 {
-    return m_settings.value("default_instrument", QStringLiteral("none")).toString();
+    return text(SettingsKeys::instrument);
 }
 
 QString ProgramData::defaultPathSave() const
 {
-    return folder(QStringLiteral("default_path_save"), QStringLiteral("Save"));
+    return folder(SettingsKeys::saveFolder);
 }
 
 QString ProgramData::defaultPathOpen() const
 {
-    return folder(QStringLiteral("default_path_open"), QStringLiteral("Audio"));
+    return folder(SettingsKeys::openFolder);
 }
 
 QString ProgramData::defaultPathLogs() const
 {
-    return folder(QStringLiteral("default_path_logs"), QStringLiteral("Logs"));
+    return folder(SettingsKeys::logFolder);
 }
 
 QString ProgramData::defaultPathTemp() const
 {
-    return folder(QStringLiteral("default_path_temp"), QStringLiteral("Temp"));
+    return folder(SettingsKeys::tempFolder);
 }
 
 QString ProgramData::stringValue(const QString &key) const
@@ -118,12 +117,23 @@ QString ProgramData::stringValue(const QString &key) const
 
 double ProgramData::guiScale() const
 {
-    return m_settings.value("settings_gui_scale", QStringLiteral("1")).toDouble();
+    return text(SettingsKeys::guiScale).toDouble();
+}
+
+bool ProgramData::isLoggingEnabled() const
+{
+    const auto &[name, fallback] = SettingsKeys::logging;
+    return !isFirstSession() && m_settings.value(name, fallback).toBool();
 }
 
 ServiceEndpoints ProgramData::endpoints() const
 {
     return m_endpointSource ? m_endpointSource() : ServiceEndpoints();
+}
+
+QString ProgramData::serviceName() const
+{
+    return m_local ? QString() : endpoints().base.toString();
 }
 
 void ProgramData::whenServiceStarted(QObject *context, std::function<void()> started) const
@@ -134,10 +144,17 @@ void ProgramData::whenServiceStarted(QObject *context, std::function<void()> sta
         QMetaObject::invokeMethod(context, std::move(started), Qt::QueuedConnection);
 }
 
-QString ProgramData::folder(const QString &key, const QString &name) const
+QString ProgramData::text(const SettingsKey &key) const
 {
-    const QString standard = QStringLiteral("%1/%2").arg(appFolder(), name);
-    const QString path = m_settings.value(key, standard).toString();
+    return m_settings.value(key.name, key.fallback).toString();
+}
+
+QString ProgramData::folder(const SettingsKey &key) const
+{
+    const QString parent = appFolder();
+    // Without an application folder a default would be "/Temp", which is not ours to empty.
+    const QString standard = parent.isEmpty() ? QString() : parent + u'/' + key.fallback;
+    const QString path = m_settings.value(key.name, standard).toString();
     if (!path.isEmpty() && !QFileInfo::exists(path))
         QDir().mkdir(path);
     return QFileInfo::exists(path) ? path : QString();

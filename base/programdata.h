@@ -2,35 +2,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "base/serviceendpoints.h"
+#include "base/settingskeys.h"
 #include "base/userrecord.h"
 
 #include <QSettings>
 #include <QString>
-#include <QUrl>
 
 #include <functional>
 #include <optional>
 
 class QObject;
-
-/// Where the outside world is. An empty URL means: not available.
-struct ServiceEndpoints
-{
-    QUrl base; ///< the processing service, without a trailing slash
-    QUrl connectivity; ///< answers HTTP 204 while the service can be reached
-    QUrl website; ///< the maker's web site, without a trailing slash
-
-    bool operator==(const ServiceEndpoints &) const = default;
-};
-
-/// The account that the embedded service keeps for whoever uses this machine.
-struct LocalAccount
-{
-    QString email;
-    QString hash;
-
-    bool operator==(const LocalAccount &) const = default;
-};
 
 /// The process-wide program data store: settings with their defaults, standard folders, signed-in
 /// user. Creation is safe from any thread; everything else belongs to the GUI thread.
@@ -58,6 +40,9 @@ public:
     /// The folder "TEKO" in the documents or else the local data location; empty while neither
     /// exists.
     [[nodiscard]] QString appFolder() const;
+    /// Whether the settings file lies outside the application folder, since there was none when the
+    /// program started: what is saved is lost, or cannot even be written.
+    [[nodiscard]] bool isFirstSession() const { return m_isFirstSession; }
 
     [[nodiscard]] QString defaultVideoPlayer() const;
     [[nodiscard]] QString defaultAudioPlayer() const;
@@ -65,7 +50,8 @@ public:
     [[nodiscard]] QString defaultAudioFormat() const;
     [[nodiscard]] QString defaultInstrument() const;
 
-    /// A folder that exists now (one missing level is made), or empty when it is not available.
+    /// A folder that exists now (one missing level is made), or empty when it is not available. A
+    /// default is not available without an application folder.
     [[nodiscard]] QString defaultPathSave() const;
     [[nodiscard]] QString defaultPathOpen() const;
     [[nodiscard]] QString defaultPathLogs() const;
@@ -75,6 +61,8 @@ public:
     [[nodiscard]] QString stringValue(const QString &key) const;
     /// The interface scale as stored: 1 when missing, 0 when it is not a number.
     [[nodiscard]] double guiScale() const;
+    /// Whether the next run writes a log. False in a first session, which cannot store it.
+    [[nodiscard]] bool isLoggingEnabled() const;
 
     [[nodiscard]] const UserRecord &user() const { return m_user; }
     void setUser(const UserRecord &user) { m_user = user; }
@@ -90,25 +78,36 @@ public:
     [[nodiscard]] ServiceEndpoints endpoints() const;
     void setEndpointSource(EndpointSource source) { m_endpointSource = std::move(source); }
 
+    /// Which service the endpoints are of: its address, or empty for the one of this computer, whose
+    /// address changes at each start.
+    [[nodiscard]] QString serviceName() const;
+
     /// Calls back once, from the event loop and unless the context dies first: at once, or as soon
     /// as an embedded service listens or has failed.
     void whenServiceStarted(QObject *context, std::function<void()> started) const;
     void setStartWaiter(StartWaiter waiter) { m_startWaiter = std::move(waiter); }
+
+    /// The log of the service of this computer; empty when another service is configured.
+    [[nodiscard]] const QString &embeddedServiceLog() const { return m_embeddedServiceLog; }
+    void setEmbeddedServiceLog(const QString &path) { m_embeddedServiceLog = path; }
 
     /// Nothing while no embedded service has announced itself.
     [[nodiscard]] const std::optional<LocalAccount> &localAccount() const { return m_local; }
     void setLocalAccount(std::optional<LocalAccount> account) { m_local = std::move(account); }
 
 private:
-    [[nodiscard]] QString folder(const QString &key, const QString &name) const;
+    [[nodiscard]] QString text(const SettingsKey &key) const;
+    [[nodiscard]] QString folder(const SettingsKey &key) const;
 
     const QString m_credentialsText;
+    const bool m_isFirstSession;
     UserRecord m_user;
     mutable QSettings m_settings;
     AccessCredentials m_access;
     EndpointSource m_endpointSource;
     StartWaiter m_startWaiter;
     std::optional<LocalAccount> m_local;
+    QString m_embeddedServiceLog;
 };
 
 /// "%1/TEKO" of the documents location, where the application folder belongs.

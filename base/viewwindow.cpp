@@ -5,8 +5,10 @@
 #include "base/windowplace.h"
 
 #include <QCloseEvent>
+#include <QMouseEvent>
 #include <QQmlError>
 #include <QQuickItem>
+#include <QQuickWindow>
 #include <QScreen>
 
 ViewWindow::ViewWindow(const QString &title, const QUrl &view, QSize baseSize, Sizing sizing)
@@ -37,6 +39,16 @@ void ViewWindow::applyScale(double scale)
     if (m_sizing == Sizing::Fixed)
         setMaximumSize(size);
     setViewProperty("scf", scale);
+    if (isVisible())
+        keepOnScreen();
+}
+
+void ViewWindow::keepOnScreen()
+{
+    const QRect frame(pos(), size().grownBy(windowHandle()->frameMargins()));
+    const QRect space = screen()->availableGeometry();
+    if (!space.contains(frame))
+        move(placeWithin(frame, space));
 }
 
 QQuickItem *ViewWindow::view() const
@@ -73,6 +85,20 @@ void ViewWindow::showEvent(QShowEvent *event)
         move(placeOver(m_home->frameGeometry(), whole, m_home->screen()->availableGeometry()));
     }
     QQuickWidget::showEvent(event);
+}
+
+void ViewWindow::mousePressEvent(QMouseEvent *event)
+{
+    QQuickWidget::mousePressEvent(event);
+    m_pressedItem = quickWindow()->mouseGrabberItem();
+}
+
+void ViewWindow::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QQuickWidget::mouseDoubleClickEvent(event);
+    QQuickItem *item = quickWindow()->mouseGrabberItem();
+    if (item && item != m_pressedItem)
+        item->ungrabMouse();
 }
 
 void ViewWindow::closeEvent(QCloseEvent *event)

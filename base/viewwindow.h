@@ -9,7 +9,8 @@
 class QQuickItem;
 
 /// A top-level window that hosts one view from the resources: what all window controllers share.
-/// Loading a view that has errors is a programming mistake and ends the process.
+/// Loading a view that has errors is a programming mistake and ends the process. When the view
+/// changes under the mouse, the second half of a double click is ignored.
 class ViewWindow : public QQuickWidget
 {
     Q_OBJECT
@@ -29,7 +30,8 @@ public:
     void closeWindow();
 
 protected:
-    /// The scale is passed in, so that all that one opening does uses the same one.
+    /// Sizes the window and its view. A visible window that grows stays on its screen. The scale is
+    /// passed in, so that all that one opening does uses the same one.
     void applyScale(double scale);
     [[nodiscard]] QQuickItem *view() const;
     void setViewProperty(const char *name, const QVariant &value);
@@ -44,10 +46,15 @@ protected:
     virtual void windowClosed() = 0;
 
     void showEvent(QShowEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void keepOnScreen();
+
     const QSize m_baseSize;
     const Sizing m_sizing;
     QPointer<QWindow> m_home;
+    QPointer<QQuickItem> m_pressedItem; ///< took the last press
 };

@@ -4,7 +4,10 @@
 
 #include <QRect>
 
-/// Where a window of a size stands in place of another one: over its middle, and within the space
-/// of its screen as far as the size allows. A window that is too large keeps its title bar in
-/// reach.
+/// Where a window stands within the space of its screen, moved no farther than it has to be. One
+/// that is too large keeps its title bar in reach.
+[[nodiscard]] QPoint placeWithin(QRect window, const QRect &space);
+
+/// Where a window of a size stands in place of another one: over its middle, as far as the space
+/// allows.
 [[nodiscard]] QPoint placeOver(const QRect &other, QSize size, const QRect &space);

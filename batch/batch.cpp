@@ -4,8 +4,10 @@
 
 #include "account/userauth.h"
 #include "base/appfolder.h"
+#include "base/application.h"
 #include "base/messagewatcher.h"
 #include "base/programdata.h"
+#include "base/temporaryfolder.h"
 #include "batch/batchoptions.h"
 #include "batch/batchrunner.h"
 #include "batch/batchsettings.h"
@@ -57,11 +59,25 @@ int runFiles(const BatchOptions &options)
     ProgramData store(folder.filePath(QStringLiteral("call.ini")));
     applyBatchOptions(options, ProgramData::instance().settings(), store.settings());
     removeAtSuddenEnd(folder.filePath(QStringLiteral("call.ini")));
+    TemporaryFolder temporaryFolder(store.defaultPathTemp());
     const ServiceConnection service(store);
     findUser(store);
     BatchRunner runner(store);
     onInterrupt(&runner, [&] { runner.interrupt(); });
-    return runner.run(options.files);
+    const int exitCode = runner.run(options.files);
+    temporaryFolder.clear();
+    return exitCode;
+}
+
+/// The log goes to its file if it goes anywhere: standard error is for the user.
+void setUpLog()
+{
+    const ProgramData &store = ProgramData::instance();
+    if (!store.isLoggingEnabled())
+        QLoggingCategory::setFilterRules(
+            QStringLiteral("default.debug=false\ndefault.info=false\ndefault.critical=false"));
+    setUpLogging(store);
+    logSystemHeader();
 }
 
 } // namespace
@@ -83,9 +99,6 @@ int runBatch(const QStringList &arguments)
         notes << options.text << Qt::endl;
         return usageError;
     }
-    // The log goes to its file if it goes anywhere: standard error is for the user.
-    QLoggingCategory::setFilterRules(
-        QStringLiteral("default.debug=false\ndefault.info=false\ndefault.critical=false"));
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const AppFolderOutcome home = makeAppFolder(documentsAppFolder(), localDataAppFolder());
@@ -93,5 +106,6 @@ int runBatch(const QStringList &arguments)
         notes << home.error << Qt::endl;
         return cannotStart;
     }
+    setUpLog();
     return runFiles(options);
 }

@@ -48,7 +48,7 @@ BatchOptions refusal(const QString &why)
     return options;
 }
 
-BatchOptions shownText(const QString &text)
+BatchOptions truncatedForDisplay(const QString &text)
 {
     BatchOptions options;
     options.action = BatchOptions::Action::ShowText;
@@ -103,11 +103,12 @@ BatchOptions parseBatchOptions(const QStringList &arguments)
     parser.addOptions({instrument, format, save, help, version});
     const bool isRead = parser.parse(arguments);
     if (parser.isSet(help))
-        return shownText(helpText());
+        return truncatedForDisplay(helpText());
     if (!isRead)
         return refusal(parser.errorText());
     if (parser.isSet(version))
-        return shownText(QStringLiteral("teko-batch %1\n").arg(QLatin1String(appVersion)));
+        return truncatedForDisplay(
+            QStringLiteral("teko-batch %1\n").arg(QLatin1String(appVersion)));
     BatchOptions options;
     options.instrument = parser.value(instrument).toLower();
     options.format = parser.value(format).toUpper();

@@ -19,6 +19,8 @@ namespace {
 constexpr int terminalColumns = 79;
 constexpr int allSucceeded = 0;
 constexpr int oneFailed = 1;
+/// How long the end of the program may wait for the service.
+constexpr std::chrono::seconds exitTimeout(3);
 
 } // namespace
 
@@ -59,14 +61,15 @@ int BatchRunner::run(const QStringList &files)
         if (m_isInterrupted || !runFile(file))
             exitCode = oneFailed;
     }
-    m_window.removeUploadedFile();
+    m_window.removeUploadedFile(exitTimeout);
     return exitCode;
 }
 
 void BatchRunner::interrupt()
 {
     m_isInterrupted = true;
-    m_window.cancelProcess();
+    // Ends whatever the window waits for, too.
+    m_window.closeWindow();
 }
 
 QString BatchRunner::refusedBeforehand(const QString &file) const

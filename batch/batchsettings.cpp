@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "batch/batchsettings.h"
 
+#include "base/settingskeys.h"
+
 #include <QSettings>
 
 void applyBatchOptions(const BatchOptions &options, const QSettings &user, QSettings &call)
@@ -9,12 +11,12 @@ void applyBatchOptions(const BatchOptions &options, const QSettings &user, QSett
     const QStringList keys = user.allKeys();
     for (const QString &key : keys)
         call.setValue(key, user.value(key));
-    const auto choose = [&](const char *key, const QString &value) {
+    const auto choose = [&](const SettingsKey &key, const QString &value) {
         if (!value.isEmpty())
-            call.setValue(QLatin1String(key), value);
+            call.setValue(key.name, value);
     };
-    choose("default_instrument", options.instrument);
-    choose("default_video_format", options.format);
-    choose("default_audio_format", options.format);
-    choose("default_path_save", options.saveFolder);
+    choose(SettingsKeys::instrument, options.instrument);
+    choose(SettingsKeys::videoFormat, options.format);
+    choose(SettingsKeys::audioFormat, options.format);
+    choose(SettingsKeys::saveFolder, options.saveFolder);
 }

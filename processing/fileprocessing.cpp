@@ -4,36 +4,33 @@
 
 #include "account/licencegate.h"
 #include "base/guiscale.h"
-#include "base/mediaformats.h"
 #include "base/messageboxcustom.h"
 #include "base/programdata.h"
 #include "processing/processingrules.h"
+#include "results/resultopener.h"
 #include "service/connectivity.h"
 #include "service/convertingfile.h"
+#include "service/pictureprobe.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
 #include <QQuickItem>
-#include <QRandomGenerator>
 
 FileProcessing::FileProcessing(ProgramData &store)
     : ViewWindow(tr("TEKO: Selecting Instrument"),
                  QUrl(QStringLiteral("qrc:/qml/FileProcessing.qml")), QSize(470, 350),
                  Sizing::Fixed)
     , m_store(store)
+    , m_memory(store)
     , m_server(store)
+    , m_view(*view())
 {
     connectServer();
     connectRoot();
 }
 
-FileProcessing::~FileProcessing()
-{
-    // The worker reads the flag until its thread has ended.
-    m_cancelState = 1;
-    m_worker.stop();
-}
+FileProcessing::~FileProcessing() = default;
 
 void FileProcessing::connectServer()
 {
@@ -66,215 +63,296 @@ void FileProcessing::connectRoot()
 bool FileProcessing::openWindow(const QString &path)
 {
     qInfo() << "FileProcessing::openWindow" << path;
-    m_server.dropEarlierReplies();
-    m_cancelState = 0;
-    // While this waits the user may close the window, choose another file or start a run: what he
-    // did last counts.
-    const QPointer<FileProcessing> self(this);
-    const quint64 turn = ++m_turn;
-    const auto isOvertaken = [&] { return !self || m_turn != turn; };
-    const bool isOnline = online(m_server.networkAccess(), m_store.endpoints().connectivity);
-    if (isOvertaken())
-        return false;
-    if (!isOnline) {
-        MessageBoxCustom::critical(
-            tr("No Internet Connection"),
-            tr("An active internet connection is required to use current application\n"
-               "Please check your network settings and try again."));
-        closeWindow();
-        return false;
-    }
-    removeUploadedFile();
-    if (isOvertaken())
-        return false;
-    m_sourcePath = path;
-    resetView(path);
+    m_run.reset();
+    // While this waits the user may close the window or choose another file: their last wish
+    // counts.
+    m_opening = std::make_unique<QObject>();
+    const QPointer<QObject> opening(m_opening.get());
+    applyScale(usableGuiScale(m_store.guiScale()));
+    m_view.presentFile(path, m_store);
     show();
     raise();
+    const QUrl check = m_store.endpoints().connectivity;
+    const bool isOnline = online(m_server.networkAccess(), check, opening);
+    if (opening && !isOnline) {
+        const OfflineNotice notice = offlineNotice(m_store);
+        MessageBoxCustom::critical(notice.title, notice.text);
+        if (opening)
+            closeWindow();
+    }
+    if (opening) {
+        const QString name = m_source.discardWav();
+        if (!name.isEmpty())
+            m_server.removeUploaded(name, opening);
+    }
+    if (!opening)
+        return false;
+    m_source = {path, {}, false, {}};
+    m_view.uncover();
     emit loaded();
-    return !isOvertaken();
-}
-
-void FileProcessing::resetView(const QString &path)
-{
-    resetRun();
-    m_isUploaded = false;
-    m_savedId = 0;
-    applyScale(usableGuiScale(m_store.guiScale()));
-    setViewProperty("fileName", QFileInfo(path).fileName());
-    setLayer("select_instrument");
-    setViewProperty("selectedInstrument", offeredInstrument(m_store.defaultInstrument()));
-    const bool isVideo = isVideoSource(mediaSuffix(path));
-    const QString format = isVideo ? m_store.defaultVideoFormat() : m_store.defaultAudioFormat();
-    setViewProperty("selectedOutputFormat", offeredFormat(format, isVideo));
-    setViewProperty("isVideo", isVideo);
-    setViewProperty("playerForVideo", m_store.defaultVideoPlayer());
-    setViewProperty("playerForAudio", m_store.defaultAudioPlayer());
-}
-
-void FileProcessing::resetRun()
-{
-    m_cancelState = 0;
-    m_results = {};
-    m_downloadPercent[0] = m_downloadPercent[1] = 0;
+    return !opening.isNull();
 }
 
 void FileProcessing::checkRemains()
 {
     qInfo() << "FileProcessing::checkRemains";
-    const QPointer<FileProcessing> self(this);
-    const bool isLimit = isDailyLimitReached(m_server.processedFilesRemains(m_store.user().hash));
-    if (!self || !isVisible() || !isLimit
-        || viewProperty("currentLayer") != QStringLiteral("select_instrument"))
+    if (!m_opening)
+        return;
+    const QPointer<QObject> opening(m_opening.get());
+    const int left = m_server.processedFilesRemains(m_store.user().hash, opening);
+    if (!opening || !isDailyLimitReached(left) || !m_view.isLayer("select_instrument"))
         return;
     MessageBoxCustom::critical(
         tr("Files Limit"),
         tr("You have already processed 10 files, the maximum daily number you "
            "can process as a customer."));
-    closeWindow();
+    if (opening)
+        closeWindow();
+}
+
+void FileProcessing::beginRun()
+{
+    m_opening.reset();
+    m_run.reset();
+    m_run = std::make_unique<ProcessingRun>(m_server, m_source, m_view.instrument(),
+                                            m_view.extension());
+    m_view.resetCounters();
+    emit resetProccesing();
 }
 
 void FileProcessing::startProcess()
 {
     qInfo() << "FileProcessing::startProcess";
-    ++m_turn;
-    m_server.dropEarlierReplies();
-    resetRun();
-    for (const char *name : {"uploadingPercent", "downloading1Percent", "downloading2Percent",
-                             "remainingProcessingTime"})
-        setViewProperty(name, 0);
-    emit resetProccesing();
-    if (const QString problem =
-            unusableFolder(m_store.defaultPathSave(), m_store.defaultPathTemp());
-        !problem.isEmpty()) {
+    beginRun();
+    const QString problem = unusableFolder(m_store.defaultPathSave(), m_store.defaultPathTemp());
+    if (!problem.isEmpty())
         refuse(tr("File Processing Error"), problem);
-        return;
-    }
-    if (QFile::exists(m_tempWavPath))
-        repeatUploaded();
+    else if (m_source.isUploaded && m_source.hasWav())
+        continueWithWav();
     else
         prepareUpload();
 }
 
 void FileProcessing::prepareUpload()
 {
-    m_isUploaded = false;
-    m_tempWavPath = temporaryWavPath(m_store.defaultPathTemp(), *QRandomGenerator64::global());
-    removeUploadedFile();
-    // What fails here is told by the missing file.
-    if (!isFileOfThisMachine(m_sourcePath)) {
+    if (m_run->prepareWithoutConverting(m_store.defaultPathTemp())) {
         doneUploadConverting();
         return;
     }
-    if (mediaSuffix(m_sourcePath) == QStringLiteral("wav")) {
-        QFile::copy(m_sourcePath, m_tempWavPath);
-        // A copy of a read-only file is read-only too, and could not be removed on Windows.
-        QFile::setPermissions(m_tempWavPath, QFile::permissions(m_tempWavPath) | QFile::WriteOwner);
-        doneUploadConverting();
-        return;
-    }
-    setLayer("converting");
-    setViewProperty("convertingText", tr("Preparing a file for upload"));
-    m_worker.start(std::make_unique<ConvertingFile>(&m_cancelState, m_sourcePath, m_tempWavPath,
-                                                    QString(), true),
-                   &ConvertingFile::prepareToUpload, &ConvertingFile::doneUploadConverting, this,
-                   &FileProcessing::doneUploadConverting);
+    m_view.showConverting(tr("Preparing a file for upload"));
+    m_run->worker().start(m_run->uploadConverter(), &ConvertingFile::prepareToUpload,
+                          &ConvertingFile::doneUploadConverting, this,
+                          &FileProcessing::doneUploadConverting);
 }
 
 void FileProcessing::doneUploadConverting()
 {
-    if (isCancelled())
+    if (!m_run)
         return;
     qInfo() << "FileProcessing::doneUploadConverting";
-    if (!QFile::exists(m_tempWavPath)) {
+    if (QFile::exists(m_source.wavPath))
+        continueWithWav();
+    else
         refuse(tr("Converting Error"), tr("An error occurred preparing the file for upload"));
-        return;
-    }
-    setLayer("uploading");
-    m_server.uploadFile(instrument(), m_tempWavPath, QFileInfo(m_sourcePath).completeBaseName(),
-                        m_store.user().hash, runModeOfUser(), m_sourcePath, extension());
-    if (!m_server.errorText().isEmpty())
-        showError(m_server.errorText());
 }
 
-void FileProcessing::repeatUploaded()
+void FileProcessing::continueWithWav()
 {
-    if (isCancelled())
-        return;
-    setLayer("uploading");
-    setViewProperty("uploadingPercent", 100);
-    m_server.repeatFile(instrument(), QFileInfo(m_tempWavPath).fileName(),
-                        QFileInfo(m_sourcePath).completeBaseName(), m_store.user().hash,
-                        runModeOfUser(), m_sourcePath, extension());
+    const std::optional<bool> lacksPicture = m_run->lacksPicture();
+    if (!lacksPicture) {
+        m_view.showConverting(tr("Preparing a file for upload"));
+        m_run->worker().start(m_run->pictureProbe(), &PictureProbe::probe, &PictureProbe::done,
+                              this, &FileProcessing::pictureProbed);
+    } else if (*lacksPicture) {
+        refuse(tr("Converting Error"), noPictureText(m_run->extension()));
+    } else {
+        send();
+    }
+}
+
+void FileProcessing::pictureProbed(bool hasPicture)
+{
+    m_source.hasPicture = hasPicture;
+    continueWithWav();
+}
+
+void FileProcessing::send()
+{
+    m_view.setLayer("uploading");
+    if (m_source.isUploaded)
+        m_view.setUploadPercent(100);
+    const QString problem = m_run->send(m_store.user());
+    if (!problem.isEmpty())
+        showError(problem);
 }
 
 void FileProcessing::runFromDemo(QString instrument, QString extension, int number)
 {
     qInfo() << "FileProcessing::runFromDemo" << instrument << extension << number;
-    resetRun();
-    setViewProperty("selectedInstrument", instrument);
-    setViewProperty("selectedOutputFormat", extension);
-    setViewProperty("isVideo", isVideoSource(extension));
-    setLayer("uploading");
-    setViewProperty("uploadingPercent", 100);
+    m_view.setChoice(instrument, extension);
+    beginRun();
+    m_view.setLayer("uploading");
+    m_view.setUploadPercent(100);
     m_server.repeatDemoFile(m_store.user().hash, extension, number);
 }
 
 void FileProcessing::progressPercents(double percent)
 {
-    if (!isCancelled())
-        setViewProperty("uploadingPercent", percent);
+    if (m_run)
+        m_view.setUploadPercent(percent);
 }
 
 void FileProcessing::savedWithId(int id)
 {
-    m_isUploaded = true;
-    if (isCancelled())
+    if (!m_run)
         return;
     qInfo() << "FileProcessing::savedWithId" << id;
-    m_savedId = id;
-    setLayer("processing");
-    m_server.remains(m_savedId);
+    // A demo that runs in full has no WAV file here.
+    m_source.isUploaded = !m_source.wavPath.isEmpty();
+    m_run->setSongId(id);
+    m_view.setLayer("processing");
+    m_server.remains(id);
 }
 
 void FileProcessing::remainSeconds(int seconds)
 {
-    if (isCancelled())
+    if (!m_run)
         return;
-    const bool isNews = viewProperty("remainingProcessingTime") != seconds;
-    setViewProperty("remainingProcessingTime", seconds);
-    // The view asks again only after an answer: one that repeats the last number counts as well.
-    if (!isNews)
-        QMetaObject::invokeMethod(view(), "remainingProcessingTimeChanged", Qt::DirectConnection);
+    qInfo() << "FileProcessing::remainSeconds" << seconds;
+    m_view.setRemainingSeconds(seconds);
 }
 
 void FileProcessing::getRemainsSeconds()
 {
     // The view still asks while it waits to show the download.
-    if (!isCancelled() && !areResultsReady())
-        m_server.remains(m_savedId);
+    if (m_run && !m_run->areResultsReady())
+        m_server.remains(m_run->songId());
+}
+
+void FileProcessing::filesReady()
+{
+    if (!m_run || m_run->areResultsReady())
+        return;
+    qInfo() << "FileProcessing::filesReady";
+    // A second question about the remaining time may still be open.
+    m_server.abort();
+    if (m_view.remainingSeconds() > 0)
+        m_view.setRemainingSeconds(0);
+    emit changeLayerWithDelay(QStringLiteral("downloading"));
+    m_run->chooseResults(m_store.defaultPathSave());
+    const ResultPaths &results = m_run->results();
+    m_server.downloadBoth(m_run->songId(), downloadTarget(results.main),
+                          downloadTarget(results.mix), QFileInfo(m_source.wavPath).size());
+}
+
+void FileProcessing::downloadingFirst(double percents)
+{
+    downloaded(false, percents);
+}
+
+void FileProcessing::downloadingSecond(double percents)
+{
+    downloaded(true, percents);
+}
+
+void FileProcessing::downloaded(bool isSecond, double percents)
+{
+    if (!m_run)
+        return;
+    m_view.setDownloadPercent(isSecond, percents);
+    if (m_run->completesDownloads(isSecond, percents))
+        finalConvert();
+}
+
+void FileProcessing::finalConvert()
+{
+    qInfo() << "FileProcessing::finalConvert";
+    if (m_run->extension() == QStringLiteral("wav")) {
+        saveDownloads();
+        return;
+    }
+    m_view.setConvertingText(
+        tr("Converting '%1 - file.wav'\nto selected output format").arg(m_run->instrument()));
+    emit changeLayerWithDelay(QStringLiteral("converting"));
+    m_run->worker().start(m_run->finalConverter(m_run->results().main),
+                          &ConvertingFile::prepareFinal, &ConvertingFile::doneMain, this,
+                          &FileProcessing::finalConvertMix);
+}
+
+void FileProcessing::saveDownloads()
+{
+    const QString unsaved = m_run->moveDownloads();
+    if (!unsaved.isEmpty()) {
+        showError(tr("The result could not be saved:\n\n%1").arg(unsaved));
+        return;
+    }
+    m_memory.remember(m_run->songId(), m_run->results());
+    emit changeLayerWithDelay(QStringLiteral("success"));
+}
+
+void FileProcessing::finalConvertMix()
+{
+    if (!m_run)
+        return;
+    qInfo() << "FileProcessing::finalConvertMix";
+    const ResultPaths &results = m_run->results();
+    if (!QFile::exists(results.main)) {
+        reportUnconverted(results.main);
+        return;
+    }
+    m_view.setConvertingText(tr("Converting 'mix without %1 - file.wav'\nto selected output format")
+                                 .arg(m_run->instrument()));
+    m_run->worker().start(m_run->finalConverter(results.mix), &ConvertingFile::prepareFinal,
+                          &ConvertingFile::doneMix, this, &FileProcessing::successProcces);
+}
+
+void FileProcessing::successProcces()
+{
+    if (!m_run)
+        return;
+    qInfo() << "FileProcessing::successProcces";
+    if (const QString missing = m_run->missingResult(); !missing.isEmpty()) {
+        reportUnconverted(missing);
+        return;
+    }
+    m_memory.remember(m_run->songId(), m_run->results());
+    m_view.setDemo(runMode(m_store.user()) == QStringLiteral("demo"));
+    m_view.setLayer("success");
+}
+
+void FileProcessing::reportUnconverted(const QString &missing)
+{
+    refuse(tr("Converting Error"), unconvertedText(missing, m_run->saveUnconverted()));
 }
 
 void FileProcessing::showError(QString message)
 {
     qCritical() << "FileProcessing::showError" << message;
-    m_server.dropEarlierReplies();
-    discardDownloads();
-    // A WAV file that never reached the service would only be asked for in vain at the next run.
-    if (!m_isUploaded && QFile::exists(m_tempWavPath))
-        QFile::remove(m_tempWavPath);
+    // The service did not take what it had acknowledged before: the next run uploads it again.
+    if (m_run && m_run->songId() == 0 && m_source.isUploaded)
+        forgetUploadedFile();
+    m_run.reset();
+    const QPointer<FileProcessing> self(this);
     MessageBoxCustom::critical(tr("File Processing Error"), message);
-    setLayer("select_instrument");
+    if (self && !m_run)
+        m_view.setLayer("select_instrument");
+}
+
+void FileProcessing::refuse(const QString &title, const QString &text)
+{
+    qCritical() << "FileProcessing" << text;
+    m_run.reset();
+    m_view.setLayer("select_instrument");
+    MessageBoxCustom::critical(title, text);
 }
 
 void FileProcessing::cancelProcess()
 {
     qInfo() << "FileProcessing::cancelProcess";
-    m_cancelState = 1;
-    m_worker.stop();
-    m_server.cancel(m_savedId);
-    discardDownloads();
-    setLayer("select_instrument");
+    const int id = m_run ? m_run->songId() : 0;
+    m_run.reset();
+    m_server.cancel(id);
+    m_view.setLayer("select_instrument");
 }
 
 void FileProcessing::cancel()
@@ -285,71 +363,48 @@ void FileProcessing::cancel()
 
 void FileProcessing::windowClosed()
 {
-    ++m_turn;
-    if (isBusy())
+    m_opening.reset();
+    if (m_view.isBusy())
         cancelProcess();
+    m_run.reset();
     emit showParent();
 }
 
 void FileProcessing::proceedAnotherFile()
 {
     qInfo() << "FileProcessing::proceedAnotherFile";
-    setLayer("select_instrument");
+    m_view.setLayer("select_instrument");
     emit forceProcessAnotherFile();
 }
 
 void FileProcessing::proceedAnotherInstrument()
 {
     qInfo() << "FileProcessing::proceedAnotherInstrument";
-    setLayer("select_instrument");
+    m_view.setLayer("select_instrument");
 }
 
-void FileProcessing::removeUploadedFile()
+void FileProcessing::removeUploadedFile(std::chrono::milliseconds timeout)
 {
-    // A copy: while the service is asked this object may go or begin with another file.
-    const QString path = m_tempWavPath;
-    if (!QFile::exists(path))
-        return;
-    m_server.removeUploaded(QFileInfo(path).fileName());
-    QFile::remove(path);
+    if (const QString name = m_source.discardWav(); !name.isEmpty())
+        m_server.removeUploaded(name, this, timeout);
 }
 
 void FileProcessing::forgetUploadedFile()
 {
-    if (!QFile::exists(m_tempWavPath))
-        return;
-    m_server.removeUploadedSoon(QFileInfo(m_tempWavPath).fileName());
-    QFile::remove(m_tempWavPath);
+    if (const QString name = m_source.discardWav(); !name.isEmpty())
+        m_server.requestRemoval(name);
 }
 
-void FileProcessing::refuse(const QString &title, const QString &text)
+void FileProcessing::openFinalFiles(QString type)
 {
-    qCritical() << "FileProcessing" << text;
-    setLayer("select_instrument");
-    MessageBoxCustom::critical(title, text);
+    qInfo() << "FileProcessing::openFinalFiles" << type;
+    const QString missing = openResult(m_store, results(), type);
+    if (!missing.isEmpty())
+        MessageBoxCustom::critical(tr("File Processing Error"),
+                                   tr("Downloaded files not exists:\n\n%1").arg(missing));
 }
 
-void FileProcessing::setLayer(const char *layer)
+ResultPaths FileProcessing::results() const
 {
-    setViewProperty("currentLayer", QString::fromLatin1(layer));
-}
-
-bool FileProcessing::isBusy() const
-{
-    return isBusyLayer(viewProperty("currentLayer").toString());
-}
-
-QString FileProcessing::instrument() const
-{
-    return viewProperty("selectedInstrument").toString();
-}
-
-QString FileProcessing::extension() const
-{
-    return viewProperty("selectedOutputFormat").toString().toLower();
-}
-
-QString FileProcessing::runModeOfUser() const
-{
-    return runMode(m_store.user());
+    return m_run ? m_run->results() : ResultPaths();
 }

@@ -3,20 +3,20 @@
 #pragma once
 
 #include "base/viewwindow.h"
-#include "results/resultnames.h"
+#include "processing/processingrun.h"
+#include "processing/processingview.h"
+#include "results/resultmemory.h"
 #include "service/tekoserver.h"
-#include "service/workerthread.h"
 
-#include <atomic>
+#include <chrono>
 #include <memory>
 
-class ConvertingFile;
 class ProgramData;
 
 /// The processing window: takes one media file at a time through the choice of instrument and
 /// format, conversion, upload, separation, download and final conversion. Its view's property
-/// "currentLayer" is the state; every failure is told in a message box and leads back to
-/// "select_instrument". GUI thread only.
+/// "currentLayer" is the state; every failure is shown in a message box and leads back to
+/// "select_instrument". What still comes of a run that has ended is ignored. GUI thread only.
 class FileProcessing final : public ViewWindow
 {
     Q_OBJECT
@@ -26,20 +26,19 @@ public:
     explicit FileProcessing(ProgramData &store);
     ~FileProcessing() override;
 
-    /// Shows the window for a file, after asking whether the service can be reached; while the
-    /// answer is awaited the caller's event loop is nested. Offline it says so and emits
-    /// showParent() instead. Gives whether the window stands there now for that file, with nothing
-    /// done in it yet.
+    /// Shows the window for a file, covered until it is known whether the service can be reached;
+    /// the caller's event loop is nested for so long. Offline it says so and emits showParent()
+    /// instead. Returns whether the window is open for that file, with nothing done in it yet.
     bool openWindow(const QString &path);
 
     /// Deletes the temporary WAV file of the last source, here and at the service, if there is one.
-    /// Waits for the service's answer.
-    void removeUploadedFile();
-    /// The same without waiting, for a user who signs out: it is still asked in his name.
+    /// Waits for the service's answer, at most for the timeout.
+    void removeUploadedFile(std::chrono::milliseconds timeout);
+    /// The same without waiting, for a user who signs out: it is still asked on their behalf.
     void forgetUploadedFile();
 
     /// Where the results of the current run go; empty before the service reported them ready.
-    [[nodiscard]] const ResultPaths &results() const { return m_results; }
+    [[nodiscard]] ResultPaths results() const;
 
 signals:
     /// The user wants to choose another file.
@@ -80,36 +79,23 @@ protected:
 private:
     void connectServer();
     void connectRoot();
-    void resetView(const QString &path);
-    void resetRun();
-    [[nodiscard]] bool isCancelled() const { return m_cancelState != 0; }
-    [[nodiscard]] bool isBusy() const;
-    /// Whether the service has reported the results of this run.
-    [[nodiscard]] bool areResultsReady() const { return m_results != ResultPaths(); }
-    [[nodiscard]] QString instrument() const;
-    [[nodiscard]] QString extension() const;
-    [[nodiscard]] QString runModeOfUser() const;
-    void setLayer(const char *layer);
+    void beginRun();
+    void prepareUpload();
+    void continueWithWav();
+    void pictureProbed(bool hasPicture);
+    void send();
+    void downloaded(bool isSecond, double percents);
+    void finalConvert();
+    void saveDownloads();
+    void reportUnconverted(const QString &missing);
+    /// Ends the run and shows why.
     void refuse(const QString &title, const QString &text);
 
-    void prepareUpload();
-    void repeatUploaded();
-    void discardDownloads();
-    void downloaded(int which, const char *property, double percents);
-    void finalConvert();
-    void moveDownloads();
-    [[nodiscard]] std::unique_ptr<ConvertingFile> finalConverter(const QString &result,
-                                                                 bool isMain);
-
     ProgramData &m_store;
+    ResultMemory m_memory;
     TekoServer m_server;
-    WorkerThread m_worker;
-    std::atomic<int> m_cancelState = 0;
-    quint64 m_turn = 0; ///< tells the user's last wish from one that an opening still waits for
-    QString m_sourcePath;
-    QString m_tempWavPath;
-    qint32 m_savedId = 0;
-    bool m_isUploaded = false; ///< the service has told an id for the temporary WAV file
-    ResultPaths m_results;
-    double m_downloadPercent[2] = {0, 0};
+    ProcessingView m_view;
+    Source m_source;
+    std::unique_ptr<ProcessingRun> m_run; ///< none after an end, but for a success
+    std::unique_ptr<QObject> m_opening; ///< gone once the user wants something else
 };

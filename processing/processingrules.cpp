@@ -14,6 +14,11 @@
 
 namespace {
 
+struct ProcessingRules
+{
+    Q_DECLARE_TR_FUNCTIONS(ProcessingRules)
+};
+
 bool isWritable(const QString &folder)
 {
     // Permissions do not tell on network drives and read-only mounts; a file does.
@@ -35,12 +40,10 @@ QString temporaryWavPath(const QString &folder, QRandomGenerator64 &random)
 QString unusableFolder(const QString &saveFolder, const QString &tempFolder)
 {
     if (!isWritable(saveFolder))
-        return QCoreApplication::translate("FileProcessing",
-                                           "The folder for saved files cannot be used.\nPlease "
-                                           "choose another one in the settings.");
+        return ProcessingRules::tr("The folder for saved files cannot be used.\nPlease "
+                                   "choose another one in the settings.");
     if (!isWritable(tempFolder))
-        return QCoreApplication::translate("FileProcessing",
-                                           "The folder for temporary files cannot be used.");
+        return ProcessingRules::tr("The folder for temporary files cannot be used.");
     return {};
 }
 
@@ -48,6 +51,25 @@ bool isFileOfThisMachine(const QString &path)
 {
     const QFileInfo file(path);
     return file.isAbsolute() && file.isFile();
+}
+
+QString noPictureText(const QString &extension)
+{
+    return ProcessingRules::tr(
+               "This file has no picture, so that it cannot be saved as %1.\nPlease "
+               "choose one of the audio formats: %2.")
+        .arg(extension.toUpper(), audioFormats().join(QStringLiteral(", ")));
+}
+
+QString unconvertedText(const QString &result, const QStringList &savedInstead)
+{
+    const QString text =
+        ProcessingRules::tr("The result could not be converted:\n\n%1").arg(result);
+    if (savedInstead.isEmpty())
+        return text;
+    return text + QStringLiteral("\n\n")
+        + ProcessingRules::tr("What the service delivered was saved as it came:\n\n%1")
+              .arg(savedInstead.join(u'\n'));
 }
 
 QString offeredInstrument(const QString &stored)
@@ -61,11 +83,4 @@ QString offeredFormat(const QString &stored, bool isVideo)
     const bool isOffered =
         audioFormats().contains(stored) || (isVideo && videoFormats().contains(stored));
     return isOffered ? stored : QStringLiteral("none");
-}
-
-bool isBusyLayer(const QString &layer)
-{
-    static const QStringList busy{QStringLiteral("converting"), QStringLiteral("uploading"),
-                                  QStringLiteral("processing"), QStringLiteral("downloading")};
-    return busy.contains(layer);
 }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 class QRandomGenerator64;
 
@@ -17,9 +17,12 @@ class QRandomGenerator64;
 /// address or a protocol if it looks like one.
 [[nodiscard]] bool isFileOfThisMachine(const QString &path);
 
+/// Why a film cannot be saved in a format with a picture, and what can be chosen instead.
+[[nodiscard]] QString noPictureText(const QString &extension);
+
+/// That a result could not be converted, and where the downloads were saved instead, if they were.
+[[nodiscard]] QString unconvertedText(const QString &result, const QStringList &savedInstead);
+
 /// The stored choice as the window takes it over: "none" for one that it does not offer.
 [[nodiscard]] QString offeredInstrument(const QString &stored);
 [[nodiscard]] QString offeredFormat(const QString &stored, bool isVideo);
-
-/// Whether that layer shows a run going on.
-[[nodiscard]] bool isBusyLayer(const QString &layer);

@@ -4,17 +4,13 @@ import QtQuick
 import QtQuick.Controls.Fusion as Fusion
 import QtQuick.Layouts
 import qml
-import "OS" as OS
 
 /// The archive window: earlier results and the ways to get them.
-Item {
+WindowView {
     id: root
 
-    property double scf: 1
-    property int gradiendVar: 0
     property bool isProcessing: true
 
-    signal loaded
     signal updateFiles(var data)
     signal changeButtons(int idx, string i, string m)
     signal cancel
@@ -24,25 +20,14 @@ Item {
     signal changedFormat(int id, string format)
     signal operateFile(int id, bool isMix, string format)
 
-    onLoaded: gradientTimer.restart()
-    onScfChanged: gradientTimer.restart()
     onUpdateFiles: data => files.setRows(data)
     onChangeButtons: (idx, i, m) => {
         files.setValue(idx, "btnInstrument", i);
         files.setValue(idx, "btnMix", m);
     }
 
-    Background {
-        id: background
-    }
-
-    // The panels can match the background only once they have been laid out.
-    Timer {
-        id: gradientTimer
-
-        interval: 20
-        onTriggered: ++root.gradiendVar
-    }
+    // The rows go before the theme that they look at.
+    Component.onDestruction: list.model = null
 
     ArchiveModel {
         id: files
@@ -59,7 +44,7 @@ Item {
 
             Btn {
                 anchors.verticalCenter: parent.verticalCenter
-                prop: prop
+                prop: root.prop
                 iconName: "home"
                 iconWidth: 28 * root.scf
                 tooltip: qsTr("Home")
@@ -70,10 +55,7 @@ Item {
                 id: heading
 
                 anchors.centerIn: parent
-                prop: prop
-                mainFunctions: mainFunctions
-                background: background
-                recalc: root.gradiendVar
+                view: root
                 text: qsTr("LIST OF THE PROCEED FILES")
             }
         }
@@ -85,11 +67,11 @@ Item {
             gradient: Gradient {
                 GradientStop {
                     position: 0
-                    color: "#ffffff"
+                    color: Colors.frameTop
                 }
                 GradientStop {
                     position: 1
-                    color: "#4c63bc"
+                    color: Colors.frameBottom
                 }
             }
 
@@ -97,7 +79,7 @@ Item {
                 anchors.fill: parent
                 anchors.margins: Math.max(1, root.scf)
                 radius: 9 * root.scf
-                color: "#7d97b5"
+                color: Colors.list
             }
 
             Text {
@@ -106,8 +88,8 @@ Item {
                 visible: files.count === 0 && !root.isProcessing
                 text: qsTr("No processed files for last 30 days")
                 textFormat: Text.PlainText
-                font: prop.fonts.font12_16
-                color: "#011b37"
+                font: root.prop.fonts.font12_16
+                color: Colors.listText
                 wrapMode: Text.WordWrap
                 horizontalAlignment: Text.AlignHCenter
             }
@@ -133,8 +115,8 @@ Item {
                     id: row
 
                     width: list.width
-                    look: prop
-                    functions: mainFunctions
+                    look: root.prop
+                    functions: root.mainFunctions
                     onActiveFocusChanged: {
                         if (row.activeFocus)
                             list.currentIndex = row.index;
@@ -160,7 +142,7 @@ Item {
             TextBtn {
                 Layout.preferredWidth: 160 * root.scf
                 Layout.preferredHeight: 40 * root.scf
-                prop: prop
+                prop: root.prop
                 text: qsTr("Open Saved Folder")
                 onClicked: root.openFolder()
             }
@@ -172,7 +154,7 @@ Item {
             TextBtn {
                 Layout.preferredWidth: 140 * root.scf
                 Layout.preferredHeight: 40 * root.scf
-                prop: prop
+                prop: root.prop
                 text: qsTr("CLOSE")
                 onClicked: root.cancel()
             }
@@ -181,23 +163,6 @@ Item {
 
     LoadingHover {
         visible: root.isProcessing
-        prop: prop
-    }
-
-    // Last, so that they outlive the rows of the list.
-    OS.CurrentTheme {
-        id: theme
-
-        scf: root.scf
-    }
-
-    Properties {
-        id: prop
-
-        theme: theme
-    }
-
-    Functions {
-        id: mainFunctions
+        prop: root.prop
     }
 }

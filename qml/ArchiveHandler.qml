@@ -2,56 +2,22 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 import QtQuick.Layouts
-import "OS" as OS
 
 /// The window that gets one archived result; its controller writes the mode.
-Item {
+WindowView {
     id: root
 
-    property double scf: 1
     property string mode
     property int downloadingPercent: 0
     property string fileName
-    property int gradiendVar: 0
 
-    signal loaded
     signal cancelProcess
 
-    onLoaded: gradientTimer.restart()
-    onScfChanged: gradientTimer.restart()
     onModeChanged: {
         if (root.mode !== "")
             return;
         root.fileName = "";
         root.downloadingPercent = 0;
-    }
-
-    OS.CurrentTheme {
-        id: theme
-
-        scf: root.scf
-    }
-
-    Properties {
-        id: prop
-
-        theme: theme
-    }
-
-    Functions {
-        id: mainFunctions
-    }
-
-    Background {
-        id: background
-    }
-
-    // The panels can match the background only once they have been laid out.
-    Timer {
-        id: gradientTimer
-
-        interval: 20
-        onTriggered: ++root.gradiendVar
     }
 
     ColumnLayout {
@@ -62,10 +28,7 @@ Item {
 
         FileNameField {
             Layout.fillWidth: true
-            prop: prop
-            mainFunctions: mainFunctions
-            background: background
-            recalc: root.gradiendVar
+            view: root
             fileName: root.fileName
         }
 
@@ -76,7 +39,7 @@ Item {
         BusyLayer {
             Layout.fillWidth: true
             visible: root.mode === "downloading"
-            prop: prop
+            prop: root.prop
             text: qsTr("Downloading file: ") + root.downloadingPercent.toFixed(1) + "%"
             percent: root.downloadingPercent
             onCancelProcess: root.cancelProcess()
@@ -85,7 +48,7 @@ Item {
         BusyLayer {
             Layout.fillWidth: true
             visible: root.mode === "converting"
-            prop: prop
+            prop: root.prop
             text: qsTr("File Converting")
             percent: 100
             onCancelProcess: root.cancelProcess()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import qml
 import QtQuick.Layouts
 
 /// One result in the archive's list, with the ways to get it.
@@ -27,6 +28,8 @@ FocusScope {
 
     readonly property real scf: row.look.scf
     readonly property bool isDemo: row.demoFile !== "no"
+    /// Which take it is: files of both may have the same name.
+    readonly property string takeText: row.isDemo ? qsTr("demo, the first 30 seconds") : qsTr("whole file")
     readonly property var formats: row.isVideo ? Vocabulary.allFormats : Vocabulary.audioFormats
     readonly property int formatIndex: Math.max(0, row.formats.indexOf(row.chosen !== "" ? row.chosen : row.extension.toUpperCase()))
     readonly property string format: row.formats[row.formatIndex]
@@ -38,11 +41,11 @@ FocusScope {
 
     height: 40 * row.scf
     Accessible.role: Accessible.ListItem
-    Accessible.name: row.name
+    Accessible.name: row.name + ", " + row.takeText
 
     Rectangle {
         anchors.fill: parent
-        color: row.index % 2 === 0 ? "#496993" : "#6d8baf"
+        color: row.index % 2 === 0 ? Colors.rowEven : Colors.rowOdd
     }
 
     RowLayout {
@@ -55,12 +58,22 @@ FocusScope {
             Layout.fillWidth: true
             Layout.alignment: Qt.AlignVCenter
 
+            HoverHandler {
+                id: titleHover
+            }
+
+            Tip {
+                prop: row.look
+                text: row.name + "\n" + row.takeText
+                visible: titleHover.hovered
+            }
+
             Text {
                 width: parent.width
                 text: row.name
                 textFormat: Text.PlainText
                 font: row.look.fonts.font10_13
-                color: "white"
+                color: Colors.text
                 elide: Text.ElideRight
                 maximumLineCount: 1
             }
@@ -72,7 +85,7 @@ FocusScope {
                 font.family: row.look.defaultFont
                 font.pointSize: row.look.fonts.font8_10.pointSize
                 font.italic: true
-                color: row.isUsable ? "#e3ebf5" : "#ffd9a8"
+                color: row.isUsable ? Colors.listNote : Colors.listWarning
                 elide: Text.ElideRight
                 maximumLineCount: 1
             }

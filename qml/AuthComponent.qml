@@ -107,7 +107,7 @@ Item {
             text: form.canUseLocalAccount ? qsTr("A code to set a new password with is written to the service's log on this computer.") : qsTr("A code to set a new password with is sent to this address.")
             textFormat: Text.PlainText
             font: form.prop.fonts.font9_12
-            color: "#a9c4ea"
+            color: Colors.textNote
             wrapMode: Text.Wrap
         }
     }
@@ -131,7 +131,7 @@ Item {
             font: form.prop.fonts.font13_17
             fontSizeMode: Text.HorizontalFit
             minimumPointSize: 4
-            color: "white"
+            color: Colors.text
             horizontalAlignment: Text.AlignHCenter
         }
 

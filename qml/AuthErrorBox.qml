@@ -11,8 +11,8 @@ Rectangle {
 
     visible: box.text !== ""
     radius: 6 * box.prop.scf
-    color: "#5a1220"
-    border.color: "#ff8a8a"
+    color: Colors.error
+    border.color: Colors.errorFrame
     border.width: Math.max(1, box.prop.scf)
     Accessible.role: Accessible.AlertMessage
     Accessible.name: box.text
@@ -30,7 +30,7 @@ Rectangle {
         font: box.prop.fonts.font9_12
         fontSizeMode: Text.Fit
         minimumPointSize: Math.max(1, Math.round(7 * box.prop.scf))
-        color: "white"
+        color: Colors.text
         wrapMode: Text.Wrap
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignHCenter

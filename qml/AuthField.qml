@@ -40,7 +40,7 @@ Item {
         font: field.prop.fonts.font9_12
         fontSizeMode: Text.Fit
         minimumPointSize: 4
-        color: "white"
+        color: Colors.text
         verticalAlignment: Text.AlignVCenter
     }
 
@@ -52,8 +52,8 @@ Item {
         }
         height: 28 * field.scf
         radius: 6 * field.scf
-        color: field.readOnly ? "#c9d2e2" : "white"
-        border.color: input.activeFocus ? "#60aeff" : "#4c63bc"
+        color: field.readOnly ? Colors.fieldReadOnly : Colors.field
+        border.color: input.activeFocus ? Colors.accent : Colors.frameBottom
         border.width: Math.max(1, (input.activeFocus ? 2 : 1) * field.scf)
 
         TextInput {
@@ -71,8 +71,8 @@ Item {
             // What the service takes of an address and of a password.
             maximumLength: field.secret ? 1024 : 254
             font: field.prop.fonts.font10_13
-            color: "#10131a"
-            selectionColor: "#1C2E9B"
+            color: Colors.textOnLight
+            selectionColor: Colors.accent
             clip: true
             selectByMouse: true
             verticalAlignment: Text.AlignVCenter

@@ -6,8 +6,8 @@ import QtQuick
 Rectangle {
     id: background
 
-    property color from: "#06407c"
-    property color to: "#00050b"
+    property color from: Colors.backgroundTop
+    property color to: Colors.backgroundBottom
 
     anchors.fill: parent
     gradient: Gradient {

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import QtQuick.Templates as T
+import qml
 
 /// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus.
-/// Not one of Qt's controls, whose module takes longer to load than the rest of the main window.
-Item {
+T.AbstractButton {
     id: btn
 
     required property Properties prop
@@ -17,17 +18,15 @@ Item {
     property string additionalIcon
     property string label
     property font labelFont: btn.prop.fonts.font10_13
-    readonly property bool hovered: btn.enabled && hover.hovered
-
-    signal clicked
 
     implicitWidth: btn.iconWidth
     implicitHeight: btn.iconHeight
+    focusPolicy: Qt.NoFocus
+    hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.tooltip !== "" ? btn.tooltip : btn.label !== "" ? btn.label.replace("\n", " ") : btn.iconName
-    Accessible.onPressAction: {
-        if (btn.enabled)
-            btn.clicked();
+    // Half a double click: the first half has done it already.
+    onDoubleClicked: {
     }
 
     states: [
@@ -37,7 +36,7 @@ Item {
         },
         State {
             name: "pressed"
-            when: area.pressed && area.containsMouse
+            when: btn.pressed
         },
         State {
             name: "hovered"
@@ -45,41 +44,51 @@ Item {
         }
     ]
 
-    Icon {
-        anchors.centerIn: parent
-        width: btn.iconWidth
-        height: btn.iconHeight
-        name: btn.prop.isDrawn ? btn.iconName : ""
-        state: btn.state
+    contentItem: Item {
+        Icon {
+            anchors.centerIn: parent
+            width: btn.iconWidth
+            height: btn.iconHeight
+            name: btn.iconName
+            state: btn.state
+        }
+
+        Image {
+            // In the free corner of the picture "open in".
+            x: parent.width * 0.31
+            y: parent.height * 0.29
+            width: parent.width * 0.26
+            height: width
+            sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
+            sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)
+            source: btn.additionalIcon === "" ? "" : PictureFiles.existing(Qt.resolvedUrl(btn.additionalIcon))
+            visible: btn.additionalIcon !== ""
+        }
+
+        Text {
+            anchors {
+                left: parent.left
+                right: parent.right
+                bottom: parent.bottom
+                margins: 6 * btn.prop.scf
+                bottomMargin: 12 * btn.prop.scf
+            }
+            height: 36 * btn.prop.scf
+            visible: btn.label !== ""
+            text: btn.label
+            textFormat: Text.PlainText
+            font: btn.labelFont
+            fontSizeMode: Text.Fit
+            minimumPointSize: 4
+            color: btn.enabled ? Colors.text : Colors.textDisabled
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+        }
     }
 
-    LateView {
-        anchors.fill: parent
-        wanted: btn.additionalIcon !== "" || btn.label !== ""
-        view: "BtnLabel.qml"
-        needs: ({
-                "btn": btn
-            })
-    }
-
-    LateView {
-        asynchronous: true
-        wanted: btn.hovered && btn.tooltip !== ""
-        view: "BtnTip.qml"
-        needs: ({
-                "btn": btn
-            })
-    }
-
-    HoverHandler {
-        id: hover
-    }
-
-    MouseArea {
-        id: area
-
-        anchors.fill: parent
-        Accessible.ignored: true
-        onClicked: btn.clicked()
+    Tip {
+        prop: btn.prop
+        text: btn.tooltip
+        visible: btn.state === "hovered" && btn.hovered && btn.tooltip !== ""
     }
 }

@@ -22,7 +22,7 @@ Column {
         font: area.prop.fonts.font11_15
         fontSizeMode: Text.HorizontalFit
         minimumPointSize: 4
-        color: "white"
+        color: Colors.text
         lineHeight: 1.15
         horizontalAlignment: Text.AlignHCenter
     }

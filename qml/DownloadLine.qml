@@ -20,7 +20,7 @@ Column {
         font: line.prop.fonts.font11_15
         fontSizeMode: Text.HorizontalFit
         minimumPointSize: 4
-        color: "white"
+        color: Colors.text
         horizontalAlignment: Text.AlignHCenter
     }
 

@@ -31,7 +31,7 @@ Fusion.ComboBox {
         font: dropdown.font
         fontSizeMode: Text.HorizontalFit
         minimumPointSize: 4
-        color: dropdown.enabled ? "#10131a" : "#6b6f78"
+        color: dropdown.enabled ? Colors.textOnLight : Colors.textOnLightDisabled
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
     }
@@ -43,7 +43,7 @@ Fusion.ComboBox {
         text: "▾"
         textFormat: Text.PlainText
         font: dropdown.font
-        color: "#10131a"
+        color: Colors.textOnLight
         verticalAlignment: Text.AlignVCenter
     }
 
@@ -52,16 +52,16 @@ Fusion.ComboBox {
         implicitHeight: 24 * dropdown.scf
         visible: dropdown.mainVisible
         radius: 3 * dropdown.scf
-        border.color: dropdown.visualFocus ? "#60aeff" : "#8a93a6"
+        border.color: dropdown.visualFocus ? Colors.accent : Colors.fieldFrame
         border.width: dropdown.visualFocus ? Math.max(2, 2 * dropdown.scf) : 1
         gradient: Gradient {
             GradientStop {
                 position: 0
-                color: dropdown.down ? "#c9d2e2" : dropdown.hovered ? "#ffffff" : "#f4f6fa"
+                color: dropdown.down ? Colors.boxDownTop : dropdown.hovered ? Colors.boxHoveredTop : Colors.boxTop
             }
             GradientStop {
                 position: 1
-                color: dropdown.down ? "#e3e8f1" : dropdown.hovered ? "#e3e8f1" : "#d3d9e5"
+                color: dropdown.down ? Colors.boxDownBottom : dropdown.hovered ? Colors.boxHoveredBottom : Colors.boxBottom
             }
         }
     }
@@ -90,8 +90,8 @@ Fusion.ComboBox {
             model: Helpers.rows(dropdown)
         }
         background: Rectangle {
-            color: "#f4f6fa"
-            border.color: "#011b37"
+            color: Colors.field
+            border.color: Colors.menuFrame
         }
     }
 }

@@ -27,11 +27,11 @@ T.ItemDelegate {
         font.family: row.font.family
         font.pointSize: row.font.pointSize
         font.weight: row.list && row.list.chosenIndex === row.index ? Font.DemiBold : Font.Normal
-        color: "#10131a"
+        color: Colors.textOnLight
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
     }
     background: Rectangle {
-        color: row.highlighted ? "#60aeff" : "transparent"
+        color: row.highlighted ? Colors.accent : "transparent"
     }
 }

@@ -29,7 +29,10 @@ DropArea {
     }
 
     onDropped: drop => {
-        if (drop.hasUrls)
-            area.fileDropped(area.localPath(drop.urls[0], area.prop.osName));
+        if (!drop.hasUrls)
+            return;
+        drop.accept();
+        // Later: the other program waits until its drop is over.
+        Qt.callLater(area.fileDropped, area.localPath(drop.urls[0], area.prop.osName));
     }
 }

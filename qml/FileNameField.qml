@@ -22,7 +22,7 @@ Panel {
         text: qsTr("File Name: ") + field.fileName
         textFormat: Text.PlainText
         font: field.prop.fonts.font10_13
-        color: "white"
+        color: Colors.text
         elide: Text.ElideMiddle
         maximumLineCount: 1
         horizontalAlignment: Text.AlignHCenter

@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import qml
 import QtQuick.Layouts
-import "OS" as OS
 
 /// The processing window: layers of which exactly one is visible. Its properties are the state that the controller writes.
-Item {
+WindowView {
     id: root
 
-    property double scf: 1
     property double uploadingPercent: 0
     property int downloading1Percent: 0
     property int downloading2Percent: 0
@@ -22,12 +21,12 @@ Item {
     property string playerForAudio: "Default Audio Player"
     property bool isVideo: true
     property bool isDemo: true
-    property int gradiendVar: 0
+    /// Whether the service is still being asked, so that nothing can be begun.
+    property bool isChecking: false
 
     readonly property bool busy: Vocabulary.isBusy(root.currentLayer)
-    readonly property string instrumentText: mainFunctions.capitalizeFirstLetter(root.selectedInstrument)
+    readonly property string instrumentText: root.mainFunctions.capitalizeFirstLetter(root.selectedInstrument)
 
-    signal loaded
     signal close
     signal checkRemains
     signal forceProcessAnotherFile
@@ -42,10 +41,8 @@ Item {
     signal cancelProcess
 
     onLoaded: {
-        gradientTimer.restart();
         root.checkRemains();
     }
-    onScfChanged: gradientTimer.restart()
     onForceProcessAnotherFile: root.openAnotherFile()
     // Announced for every answer. A binding would not hear one that repeats the last number.
     onRemainingProcessingTimeChanged: estimate.takeAnswer(root.remainingProcessingTime)
@@ -57,26 +54,6 @@ Item {
         layerTimer.restart();
     }
 
-    OS.CurrentTheme {
-        id: theme
-
-        scf: root.scf
-    }
-
-    Properties {
-        id: prop
-
-        theme: theme
-    }
-
-    Functions {
-        id: mainFunctions
-    }
-
-    Background {
-        id: background
-    }
-
     Timer {
         id: layerTimer
 
@@ -84,20 +61,6 @@ Item {
 
         interval: 800
         onTriggered: root.currentLayer = layerTimer.layer
-    }
-
-    Timer {
-        id: doubleClick
-
-        interval: Application.styleHints.mouseDoubleClickInterval
-    }
-
-    // The panels can match the background only once they have been laid out.
-    Timer {
-        id: gradientTimer
-
-        interval: 20
-        onTriggered: ++root.gradiendVar
     }
 
     ProgressEstimate {
@@ -119,10 +82,7 @@ Item {
         ProcessingHeader {
             Layout.fillWidth: true
             visible: root.busy || root.currentLayer === "select_instrument"
-            prop: prop
-            mainFunctions: mainFunctions
-            background: background
-            recalc: root.gradiendVar
+            view: root
             fileName: root.fileName
             active: root.currentLayer === "select_instrument"
             onClose: root.close()
@@ -136,10 +96,7 @@ Item {
 
         SelectedItemsLabel {
             Layout.alignment: Qt.AlignHCenter
-            prop: prop
-            mainFunctions: mainFunctions
-            background: background
-            recalc: root.gradiendVar
+            view: root
             currentLayer: root.currentLayer
             selectedInstrument: root.selectedInstrument
             selectedOutputFormat: root.selectedOutputFormat
@@ -152,15 +109,11 @@ Item {
         SelectLayer {
             Layout.fillWidth: true
             visible: root.currentLayer === "select_instrument"
-            prop: prop
-            mainFunctions: mainFunctions
+            view: root
             selectedInstrument: root.selectedInstrument
             selectedOutputFormat: root.selectedOutputFormat
             isVideo: root.isVideo
-            onChooseInstrument: {
-                root.currentLayer = "instrument_list";
-                doubleClick.restart();
-            }
+            onChooseInstrument: root.currentLayer = "instrument_list"
             onChosenFormat: format => root.selectedOutputFormat = format
             onStartProcess: root.startProcess()
         }
@@ -168,19 +121,17 @@ Item {
         InstrumentLayer {
             Layout.fillWidth: true
             visible: root.currentLayer === "instrument_list"
-            prop: prop
-            mainFunctions: mainFunctions
+            view: root
             onPicked: instrument => {
                 root.selectedInstrument = instrument;
                 root.currentLayer = "select_instrument";
-                doubleClick.restart();
             }
         }
 
         BusyLayer {
             Layout.fillWidth: true
             visible: root.currentLayer === "uploading"
-            prop: prop
+            prop: root.prop
             text: root.uploadingPercent === 100 ? qsTr("Initial settings. Calculating time...") : qsTr("Uploading file: ") + root.uploadingPercent.toFixed(1) + "%"
             percent: root.uploadingPercent
             onCancelProcess: root.cancelProcess()
@@ -189,8 +140,8 @@ Item {
         BusyLayer {
             Layout.fillWidth: true
             visible: root.currentLayer === "processing"
-            prop: prop
-            text: qsTr("Processing file: ") + estimate.percent.toFixed(1) + "%\n" + qsTr("Approximate Time Remaining: ") + mainFunctions.formatTime(estimate.seconds)
+            prop: root.prop
+            text: qsTr("Processing file: ") + estimate.percent.toFixed(1) + "%\n" + qsTr("Approximate Time Remaining: ") + root.mainFunctions.formatTime(estimate.seconds)
             percent: estimate.percent
             onCancelProcess: root.cancelProcess()
         }
@@ -198,7 +149,7 @@ Item {
         DownloadLayer {
             Layout.fillWidth: true
             visible: root.currentLayer === "downloading"
-            prop: prop
+            prop: root.prop
             instrument: root.instrumentText
             mainPercent: root.downloading1Percent
             mixPercent: root.downloading2Percent
@@ -208,7 +159,7 @@ Item {
         BusyLayer {
             Layout.fillWidth: true
             visible: root.currentLayer === "converting"
-            prop: prop
+            prop: root.prop
             text: root.convertingText
             percent: 100
             onCancelProcess: root.cancelProcess()
@@ -217,7 +168,7 @@ Item {
         SuccessLayer {
             Layout.fillWidth: true
             visible: root.currentLayer === "success"
-            prop: prop
+            prop: root.prop
             instrument: root.instrumentText
             player: Vocabulary.isAudio(root.selectedOutputFormat) ? root.playerForAudio : root.playerForVideo
             isDemo: root.isDemo
@@ -232,10 +183,8 @@ Item {
         }
     }
 
-    // The second half of a double click is not meant for the picture that has just come under the mouse.
-    MouseArea {
-        anchors.fill: parent
-        visible: doubleClick.running
-        Accessible.ignored: true
+    LoadingHover {
+        visible: root.isChecking
+        prop: root.prop
     }
 }

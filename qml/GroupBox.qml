@@ -6,10 +6,8 @@ import QtQuick
 Item {
     id: box
 
-    required property Properties prop
-    required property Functions mainFunctions
-    required property Background background
-    required property int recalc
+    required property WindowView view
+    readonly property Properties prop: box.view.prop
     property string label
     default property alias content: area.data
 
@@ -20,11 +18,8 @@ Item {
     Panel {
         anchors.fill: parent
         anchors.topMargin: title.height / 2
-        prop: box.prop
-        mainFunctions: box.mainFunctions
-        background: box.background
-        recalc: box.recalc
-        frameTo: "#4960ba"
+        view: box.view
+        frameTo: Colors.groupFrameBottom
         radius: 8 * box.prop.scf
     }
 
@@ -38,11 +33,11 @@ Item {
         gradient: Gradient {
             GradientStop {
                 position: 0
-                color: box.mainFunctions.interpolateColor(box.background, title, 0, box.recalc)
+                color: box.view.colorBehind(title, 0)
             }
             GradientStop {
                 position: 1
-                color: box.mainFunctions.interpolateColor(box.background, title, title.height, box.recalc)
+                color: box.view.colorBehind(title, title.height)
             }
         }
 
@@ -53,7 +48,7 @@ Item {
             text: box.label
             textFormat: Text.PlainText
             font: box.prop.fonts.font10_13
-            color: "white"
+            color: Colors.text
         }
     }
 

@@ -19,8 +19,8 @@ Controls.Menu {
     padding: 1
     background: Rectangle {
         implicitWidth: 220 * menu.prop.scf
-        color: "#032a53"
-        border.color: "#011b37"
+        color: Colors.menu
+        border.color: Colors.menuFrame
         border.width: 1
     }
 
@@ -67,6 +67,8 @@ Controls.Menu {
         onTriggered: {
             menu.prop.loggingActive = logging.checked;
             menu.backendLoader.toggleLogging(logging.checked);
+            // What was really stored.
+            menu.prop.loggingActive = menu.backendLoader.getLoggingStatus();
         }
     }
 

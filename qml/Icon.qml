@@ -33,7 +33,7 @@ Image {
         width: icon.width
         height: icon.height
         radius: icon.height * 0.16
-        color: "#60000000"
+        color: Colors.shadow
         visible: icon.shadow && icon.status === Image.Ready
     }
 

@@ -7,9 +7,10 @@ Btn {
     id: btn
 
     required property string instrument
-    required property Functions mainFunctions
+    required property WindowView view
 
+    prop: btn.view.prop
     iconName: btn.instrument
     iconWidth: 130 * btn.prop.scf
-    tooltip: btn.mainFunctions.capitalizeFirstLetter(btn.instrument)
+    tooltip: btn.view.mainFunctions.capitalizeFirstLetter(btn.instrument)
 }

@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import qml
 
 /// All instruments, one of which the user picks.
 Column {
     id: area
 
-    required property Properties prop
-    required property Functions mainFunctions
+    required property WindowView view
+    readonly property Properties prop: area.view.prop
 
     signal picked(string instrument)
 
@@ -18,22 +19,19 @@ Column {
         spacing: area.spacing
 
         InstrumentBtn {
-            prop: area.prop
-            mainFunctions: area.mainFunctions
+            view: area.view
             instrument: "guitar"
             onClicked: area.picked(instrument)
         }
 
         InstrumentBtn {
-            prop: area.prop
-            mainFunctions: area.mainFunctions
+            view: area.view
             instrument: "vocals"
             onClicked: area.picked(instrument)
         }
 
         InstrumentBtn {
-            prop: area.prop
-            mainFunctions: area.mainFunctions
+            view: area.view
             instrument: "piano"
             onClicked: area.picked(instrument)
         }
@@ -44,15 +42,13 @@ Column {
         spacing: area.spacing
 
         InstrumentBtn {
-            prop: area.prop
-            mainFunctions: area.mainFunctions
+            view: area.view
             instrument: "bass"
             onClicked: area.picked(instrument)
         }
 
         InstrumentBtn {
-            prop: area.prop
-            mainFunctions: area.mainFunctions
+            view: area.view
             instrument: "drums"
             onClicked: area.picked(instrument)
         }

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// Covers a view and swallows its clicks and keys while the view waits for something.
+/// Covers a view and swallows its clicks and keys while the view waits for something. It shows itself only when that takes a
+/// while.
 Rectangle {
     id: hover
 
@@ -20,38 +21,80 @@ Rectangle {
             hover.covered.forceActiveFocus();
         hover.focus = false;
     }
+    function appear() {
+        hover.takeKeyboard();
+        appearing.restart();
+    }
 
     anchors.fill: parent
-    color: "#cc000000"
+    color: Colors.cover
     Keys.onPressed: event => event.accepted = true
     Component.onCompleted: {
         if (hover.visible)
-            hover.takeKeyboard();
+            hover.appear();
     }
     onVisibleChanged: {
         if (hover.visible)
-            hover.takeKeyboard();
+            hover.appear();
         else
             hover.giveKeyboardBack();
     }
     Accessible.role: Accessible.AlertMessage
     Accessible.name: qsTr("Loading...")
 
+    SequentialAnimation {
+        id: appearing
+
+        PropertyAction {
+            target: hover
+            property: "opacity"
+            value: 0
+        }
+        PauseAnimation {
+            duration: 150
+        }
+        PropertyAction {
+            target: hover
+            property: "opacity"
+            value: 1
+        }
+    }
+
     MouseArea {
         anchors.fill: parent
-        acceptedButtons: Qt.AllButtons
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
         hoverEnabled: true
         Accessible.ignored: true
         onClicked: console.info("Block click")
         onWheel: wheel => wheel.accepted = true
     }
 
-    LateView {
+    Column {
         anchors.centerIn: parent
-        wanted: hover.prop.isDrawn
-        view: "LoadingBox.qml"
-        needs: ({
-                "prop": hover.prop
-            })
+        spacing: 12 * hover.prop.scf
+
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: 200 * hover.prop.scf
+            height: 50 * hover.prop.scf
+            radius: 10 * hover.prop.scf
+            color: Colors.menu
+            border.color: Colors.frameBottom
+            border.width: hover.prop.lineWidth
+
+            Text {
+                anchors.centerIn: parent
+                text: qsTr("Loading...")
+                textFormat: Text.PlainText
+                font: hover.prop.fonts.font16_21
+                color: Colors.text
+            }
+        }
+
+        ProgressBar {
+            anchors.horizontalCenter: parent.horizontalCenter
+            prop: hover.prop
+            percent: 100
+        }
     }
 }

@@ -15,7 +15,7 @@ Controls.MenuItem {
     property string shortCut
 
     readonly property real scf: entry.prop.scf
-    readonly property color textColor: entry.enabled ? "white" : "#b3b3b3"
+    readonly property color textColor: entry.enabled ? Colors.text : Colors.textDisabled
 
     height: entry.isVisible ? 22 * entry.scf : 0
     implicitHeight: entry.height
@@ -66,6 +66,6 @@ Controls.MenuItem {
     }
 
     background: Rectangle {
-        color: entry.highlighted || entry.down ? "#60000000" : "transparent"
+        color: entry.highlighted || entry.down ? Colors.menuHighlight : "transparent"
     }
 }

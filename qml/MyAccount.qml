@@ -1,13 +1,11 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
-import "OS" as OS
 
 /// The account window: who is signed in, what his subscription is worth, and the change of both.
-Item {
+WindowView {
     id: root
 
-    property double scf: 1
     property string userName
     property string userEmail
     /// "none", "expired" or "active"
@@ -21,9 +19,7 @@ Item {
     property string errorText
     property bool isEditing: false
     property bool isBusy: false
-    property int gradiendVar: 0
 
-    signal loaded
     signal cancel
     signal save(string name, string email, string password)
     signal unlockFullAccess
@@ -42,7 +38,7 @@ Item {
         if (root.isEditing && !root.isBusy)
             root.save(nameField.value, emailField.value, passwordField.value);
     }
-    function giveUp() {
+    function abort() {
         if (root.isBusy)
             return;
         if (!root.isEditing)
@@ -52,8 +48,6 @@ Item {
     }
 
     focus: true
-    onLoaded: gradientTimer.restart()
-    onScfChanged: gradientTimer.restart()
     // The fields are hidden now, which does not take the keyboard from them.
     onIsEditingChanged: {
         root.showUser();
@@ -65,35 +59,7 @@ Item {
     onUserEmailChanged: root.isEditing || root.showUser()
     Keys.onReturnPressed: root.submit()
     Keys.onEnterPressed: root.submit()
-    Keys.onEscapePressed: root.giveUp()
-
-    OS.CurrentTheme {
-        id: theme
-
-        scf: root.scf
-    }
-
-    Properties {
-        id: prop
-
-        theme: theme
-    }
-
-    Functions {
-        id: mainFunctions
-    }
-
-    Background {
-        id: background
-    }
-
-    // The panels can match the background only once they have been laid out.
-    Timer {
-        id: gradientTimer
-
-        interval: 20
-        onTriggered: ++root.gradiendVar
-    }
+    Keys.onEscapePressed: root.abort()
 
     Btn {
         id: home
@@ -103,7 +69,7 @@ Item {
             leftMargin: 15 * root.scf
             verticalCenter: heading.verticalCenter
         }
-        prop: prop
+        prop: root.prop
         iconName: "home"
         iconWidth: 36 * root.scf
         tooltip: qsTr("Back to the main window")
@@ -120,10 +86,7 @@ Item {
         }
         height: 40 * root.scf
         width: 340 * root.scf
-        prop: prop
-        mainFunctions: mainFunctions
-        background: background
-        recalc: root.gradiendVar
+        view: root
         text: qsTr("My Account")
     }
 
@@ -146,7 +109,7 @@ Item {
             id: nameField
 
             width: (fields.width - fields.columnSpacing) / 2
-            prop: prop
+            prop: root.prop
             label: qsTr("Name")
             editing: root.isEditing
         }
@@ -155,7 +118,7 @@ Item {
             id: emailField
 
             width: nameField.width
-            prop: prop
+            prop: root.prop
             label: qsTr("E-mail")
             editing: root.isEditing
         }
@@ -164,7 +127,7 @@ Item {
             id: passwordField
 
             width: nameField.width
-            prop: prop
+            prop: root.prop
             label: "Password"
             editing: root.isEditing
         }
@@ -179,10 +142,10 @@ Item {
                 visible: root.isEditing || root.filesLeft >= 0
                 text: root.isEditing ? qsTr("Leave the password empty to keep the old one.") : root.filesLeft === 0 ? qsTr("No files left for today.") : qsTr("Files left for today: %1").arg(root.filesLeft)
                 textFormat: Text.PlainText
-                font: prop.fonts.font10_13
+                font: root.prop.fonts.font10_13
                 fontSizeMode: Text.Fit
                 minimumPointSize: 4
-                color: root.isEditing || root.filesLeft !== 0 ? "#a9c4ea" : "#ffb3b3"
+                color: root.isEditing || root.filesLeft !== 0 ? Colors.textNote : Colors.errorText
                 wrapMode: Text.Wrap
                 verticalAlignment: Text.AlignVCenter
             }
@@ -200,17 +163,14 @@ Item {
             bottom: problem.top
             bottomMargin: 6 * root.scf
         }
-        prop: prop
-        mainFunctions: mainFunctions
-        background: background
-        recalc: root.gradiendVar
+        view: root
         label: qsTr("Subscription")
 
         MyAccountSubscription {
             anchors.fill: parent
             anchors.topMargin: 6 * root.scf
             visible: root.licence === "active"
-            prop: prop
+            prop: root.prop
             type: root.planType
             version: root.planVersion
             period: root.planPeriod
@@ -222,7 +182,7 @@ Item {
             anchors.topMargin: 6 * root.scf
             anchors.bottomMargin: 6 * root.scf
             visible: root.licence === "none"
-            prop: prop
+            prop: root.prop
             onAccepted: root.unlockFullAccess()
         }
 
@@ -231,7 +191,7 @@ Item {
             anchors.topMargin: 6 * root.scf
             anchors.bottomMargin: 6 * root.scf
             visible: root.licence === "expired"
-            prop: prop
+            prop: root.prop
             onAccepted: root.unlockFullAccess()
         }
     }
@@ -246,7 +206,7 @@ Item {
             bottomMargin: 8 * root.scf
         }
         height: root.errorText === "" ? 0 : 36 * root.scf
-        prop: prop
+        prop: root.prop
         text: root.errorText
     }
 
@@ -263,7 +223,7 @@ Item {
         TextBtn {
             width: 160 * root.scf
             height: 40 * root.scf
-            prop: prop
+            prop: root.prop
             enabled: !root.isBusy
             text: root.isBusy ? qsTr("Please wait...") : root.isEditing ? qsTr("Save") : qsTr("Edit")
             onClicked: root.isEditing ? root.submit() : root.edit()
@@ -272,10 +232,10 @@ Item {
         TextBtn {
             width: 160 * root.scf
             height: 40 * root.scf
-            prop: prop
+            prop: root.prop
             enabled: !root.isBusy
             text: root.isEditing ? qsTr("Cancel") : qsTr("Close")
-            onClicked: root.giveUp()
+            onClicked: root.abort()
         }
     }
 }

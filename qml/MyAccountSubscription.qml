@@ -23,7 +23,7 @@ Item {
         font: pane.prop.fonts.font11_15
         fontSizeMode: Text.HorizontalFit
         minimumPointSize: 4
-        color: "white"
+        color: Colors.text
         elide: Text.ElideRight
     }
 

@@ -6,13 +6,10 @@ import QtQuick
 Rectangle {
     id: panel
 
-    required property Properties prop
-    required property Functions mainFunctions
-    required property Background background
-    /// Counts up when the view has been laid out anew.
-    required property int recalc
-    property color frameFrom: "#ffffff"
-    property color frameTo: "#4c63bc"
+    required property WindowView view
+    readonly property Properties prop: panel.view.prop
+    property color frameFrom: Colors.frameTop
+    property color frameTo: Colors.frameBottom
 
     gradient: Gradient {
         GradientStop {
@@ -34,11 +31,11 @@ Rectangle {
         gradient: Gradient {
             GradientStop {
                 position: 0
-                color: panel.mainFunctions.interpolateColor(panel.background, inside, 0, panel.recalc)
+                color: panel.view.colorBehind(inside, 0)
             }
             GradientStop {
                 position: 1
-                color: panel.mainFunctions.interpolateColor(panel.background, inside, inside.height, panel.recalc)
+                color: panel.view.colorBehind(inside, inside.height)
             }
         }
     }

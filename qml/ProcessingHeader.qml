@@ -7,10 +7,8 @@ import QtQuick.Layouts
 RowLayout {
     id: header
 
-    required property Properties prop
-    required property Functions mainFunctions
-    required property Background background
-    required property int recalc
+    required property WindowView view
+    readonly property Properties prop: header.view.prop
     property string fileName
     property bool active: true
 
@@ -30,10 +28,7 @@ RowLayout {
 
     FileNameField {
         Layout.fillWidth: true
-        prop: header.prop
-        mainFunctions: header.mainFunctions
-        background: header.background
-        recalc: header.recalc
+        view: header.view
         fileName: header.fileName
     }
 

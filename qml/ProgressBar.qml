@@ -16,8 +16,8 @@ Rectangle {
     implicitWidth: 340 * bar.scf
     implicitHeight: 30 * bar.scf
     radius: 6 * bar.scf
-    color: "#001a3a"
-    border.color: "#7f9fd0"
+    color: Colors.bar
+    border.color: Colors.barFrame
     border.width: bar.prop.lineWidth
     Accessible.role: Accessible.ProgressBar
     Accessible.name: qsTr("Progress")

@@ -11,8 +11,6 @@ QtObject {
     required property QtObject theme
     property bool isActiveProduct: true
     property bool loggingActive: true
-    /// Whether the view has had its first frame. Pictures and texts wait for it, to be no burden to it.
-    property bool isDrawn: true
 
     readonly property OS.CurrentTheme looks: properties.theme as OS.CurrentTheme
     readonly property real scf: properties.looks.scf

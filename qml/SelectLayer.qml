@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import qml
 
 /// The choice of the instrument and of the output format.
 Column {
     id: area
 
-    required property Properties prop
-    required property Functions mainFunctions
+    required property WindowView view
+    readonly property Properties prop: area.view.prop
     property string selectedInstrument: Vocabulary.none
     property string selectedOutputFormat: Vocabulary.none
     property bool isVideo: true
@@ -35,7 +36,7 @@ Column {
         font: area.prop.fonts.font11_15
         fontSizeMode: Text.HorizontalFit
         minimumPointSize: 4
-        color: "white"
+        color: Colors.text
         horizontalAlignment: Text.AlignHCenter
     }
 
@@ -47,7 +48,7 @@ Column {
             prop: area.prop
             iconName: area.hasInstrument ? area.selectedInstrument : "Select Instrument"
             iconWidth: 130 * area.prop.scf
-            tooltip: area.hasInstrument ? qsTr("Instrument: ") + area.mainFunctions.capitalizeFirstLetter(area.selectedInstrument) : qsTr("Select Instrument")
+            tooltip: area.hasInstrument ? qsTr("Instrument: ") + area.view.mainFunctions.capitalizeFirstLetter(area.selectedInstrument) : qsTr("Select Instrument")
             onClicked: area.chooseInstrument()
         }
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import qml
 
 /// What is being made of the file, while the program is busy with it.
 Panel {
@@ -21,10 +22,10 @@ Panel {
         id: text
 
         anchors.fill: parent
-        text: qsTr("Selected Instrument: ") + label.mainFunctions.capitalizeFirstLetter(label.selectedInstrument) + "\n" + qsTr("Output Format: ") + label.selectedOutputFormat
+        text: qsTr("Selected Instrument: ") + label.view.mainFunctions.capitalizeFirstLetter(label.selectedInstrument) + "\n" + qsTr("Output Format: ") + label.selectedOutputFormat
         textFormat: Text.PlainText
         font: label.prop.fonts.font11_15
-        color: "white"
+        color: Colors.text
         lineHeight: 1.15
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter

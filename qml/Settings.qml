@@ -1,17 +1,13 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import qml
 import QtQuick.Layouts
-import "OS" as OS
 
 /// The settings window: edits a copy of the stored values, which its controller stores on "OK".
-Item {
+WindowView {
     id: root
 
-    property double scf: 1
-    property int gradiendVar: 0
-
-    signal loaded
     signal setProgramSettings(var data)
     signal resetOpening(string field)
     signal updatePathField(string path, string key)
@@ -38,8 +34,6 @@ Item {
         };
     }
 
-    onLoaded: gradientTimer.restart()
-    onScfChanged: gradientTimer.restart()
     onSetProgramSettings: data => {
         savePath.show(data.default_path_save);
         openPath.show(data.default_path_open);
@@ -53,34 +47,6 @@ Item {
     onResetOpening: field => (field === "audio" ? audioPlayer : videoPlayer).reset()
     onUpdatePathField: (path, key) => (key === savePath.type ? savePath : openPath).show(path)
 
-    OS.CurrentTheme {
-        id: theme
-
-        scf: root.scf
-    }
-
-    Properties {
-        id: prop
-
-        theme: theme
-    }
-
-    Functions {
-        id: mainFunctions
-    }
-
-    Background {
-        id: background
-    }
-
-    // The panels can match the background only once they have been laid out.
-    Timer {
-        id: gradientTimer
-
-        interval: 20
-        onTriggered: ++root.gradiendVar
-    }
-
     ColumnLayout {
         anchors.fill: parent
         anchors.margins: 15 * root.scf
@@ -89,20 +55,14 @@ Item {
         SettingsHeader {
             Layout.fillWidth: true
             Layout.preferredHeight: 47 * root.scf
-            prop: prop
-            mainFunctions: mainFunctions
-            background: background
-            recalc: root.gradiendVar
+            view: root
             onCancel: root.cancel()
         }
 
         GroupBox {
             Layout.fillWidth: true
             Layout.preferredHeight: 158 * root.scf
-            prop: prop
-            mainFunctions: mainFunctions
-            background: background
-            recalc: root.gradiendVar
+            view: root
             label: qsTr("Default Path")
 
             ColumnLayout {
@@ -112,7 +72,7 @@ Item {
                 SettingsPathField {
                     id: savePath
 
-                    prop: prop
+                    prop: root.prop
                     label: qsTr("Save File Location")
                     type: "default_path_save"
                     onChooseNewPath: (type, value) => root.chooseNewPath(type, value)
@@ -121,7 +81,7 @@ Item {
                 SettingsPathField {
                     id: openPath
 
-                    prop: prop
+                    prop: root.prop
                     label: qsTr("Open File Location")
                     type: "default_path_open"
                     onChooseNewPath: (type, value) => root.chooseNewPath(type, value)
@@ -132,10 +92,7 @@ Item {
         GroupBox {
             Layout.fillWidth: true
             Layout.preferredHeight: 92 * root.scf
-            prop: prop
-            mainFunctions: mainFunctions
-            background: background
-            recalc: root.gradiendVar
+            view: root
             label: qsTr("Default Settings")
 
             RowLayout {
@@ -144,7 +101,7 @@ Item {
                 SettingsChoice {
                     id: videoFormat
 
-                    prop: prop
+                    prop: root.prop
                     label: qsTr("Video Output Format:")
                     entries: root.withNotSet(Vocabulary.allFormats)
                     boxWidth: 150
@@ -159,7 +116,7 @@ Item {
                 SettingsChoice {
                     id: audioFormat
 
-                    prop: prop
+                    prop: root.prop
                     label: qsTr("Audio Output Format:")
                     entries: root.withNotSet(Vocabulary.audioFormats)
                     boxWidth: 150
@@ -174,7 +131,7 @@ Item {
                 SettingsChoice {
                     id: instrument
 
-                    prop: prop
+                    prop: root.prop
                     label: qsTr("Instrument to Remove:")
                     entries: [qsTr("Not Set"), "Vocals", "Drums", "Bass", "Piano", "Guitar"]
                     boxWidth: 150
@@ -187,10 +144,7 @@ Item {
         GroupBox {
             Layout.fillWidth: true
             Layout.preferredHeight: 92 * root.scf
-            prop: prop
-            mainFunctions: mainFunctions
-            background: background
-            recalc: root.gradiendVar
+            view: root
             label: qsTr("Integration With Other Dravo Programs")
 
             RowLayout {
@@ -199,7 +153,8 @@ Item {
                 SettingsChoice {
                     id: videoPlayer
 
-                    prop: prop
+                    mayAsk: true
+                    prop: root.prop
                     label: qsTr("Opening Video File In:")
                     entries: ["Default Video Player", "Song Trimlet", "Video Trimlet", "Karaoke Trimlet"]
                     boxWidth: 200
@@ -213,7 +168,8 @@ Item {
                 SettingsChoice {
                     id: audioPlayer
 
-                    prop: prop
+                    mayAsk: true
+                    prop: root.prop
                     label: qsTr("Opening Audio File In:")
                     entries: ["Default Audio Player", "Song Trimlet", "Karaoke Trimlet"]
                     boxWidth: 200
@@ -227,10 +183,7 @@ Item {
 
             Layout.fillWidth: true
             Layout.preferredHeight: 118 * root.scf
-            prop: prop
-            mainFunctions: mainFunctions
-            background: background
-            recalc: root.gradiendVar
+            view: root
             onSaveScf: scf => root.saveScf(scf)
         }
 
@@ -241,7 +194,7 @@ Item {
         SettingsButtons {
             Layout.fillWidth: true
             Layout.preferredHeight: 36 * root.scf
-            prop: prop
+            prop: root.prop
             onSave: root.save(root.editedSettings())
             onCancel: root.cancel()
             onDefaultSettings: root.defaultSettings()

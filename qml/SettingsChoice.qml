@@ -17,6 +17,8 @@ ColumnLayout {
     property int unknownIndex: -1
     /// What the settings hold while the box cannot show it.
     property string unknownValue
+    /// Whether a choice may ask something of the user: then keys that would turn the closed box open its list instead.
+    property bool mayAsk: false
     readonly property string value: {
         if (choice.unknownValue !== "" || box.currentIndex < 0)
             return choice.unknownValue;
@@ -43,7 +45,7 @@ ColumnLayout {
         text: choice.label
         textFormat: Text.PlainText
         font: choice.prop.fonts.font9_12
-        color: "white"
+        color: Colors.text
     }
 
     Dropdown {
@@ -53,6 +55,11 @@ ColumnLayout {
         prop: choice.prop
         model: choice.entries
         Accessible.name: choice.label
+        Keys.onPressed: event => {
+            event.accepted = choice.mayAsk && !box.popup.visible && event.key !== Qt.Key_Tab && event.key !== Qt.Key_Backtab && event.key !== Qt.Key_Escape;
+            if (event.accepted)
+                box.popup.open();
+        }
         onActivated: {
             choice.unknownValue = "";
             // The answer may be a dialog, behind which the list would stay open.

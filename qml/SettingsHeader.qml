@@ -6,10 +6,8 @@ import QtQuick
 Item {
     id: header
 
-    required property Properties prop
-    required property Functions mainFunctions
-    required property Background background
-    required property int recalc
+    required property WindowView view
+    readonly property Properties prop: header.view.prop
 
     signal cancel
 
@@ -26,10 +24,7 @@ Item {
         anchors.centerIn: parent
         width: implicitWidth
         height: implicitHeight
-        prop: header.prop
-        mainFunctions: header.mainFunctions
-        background: header.background
-        recalc: header.recalc
+        view: header.view
         text: qsTr("OPTION SETTINGS")
     }
 }

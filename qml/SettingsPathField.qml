@@ -29,7 +29,7 @@ ColumnLayout {
         text: field.label
         textFormat: Text.PlainText
         font: field.prop.fonts.font9_12
-        color: "white"
+        color: Colors.text
     }
 
     RowLayout {
@@ -39,8 +39,8 @@ ColumnLayout {
             Layout.fillWidth: true
             Layout.preferredHeight: 29 * field.prop.scf
             radius: 3 * field.prop.scf
-            color: "#f4f6fa"
-            border.color: input.activeFocus ? "#60aeff" : "#8a93a6"
+            color: Colors.field
+            border.color: input.activeFocus ? Colors.accent : Colors.fieldFrame
             border.width: input.activeFocus ? Math.max(2, 2 * field.prop.scf) : 1
 
             TextInput {
@@ -51,9 +51,9 @@ ColumnLayout {
                 anchors.rightMargin: 8 * field.prop.scf
                 activeFocusOnTab: true
                 font: field.prop.fonts.font9_12
-                color: "#10131a"
-                selectionColor: "#60aeff"
-                selectedTextColor: "#10131a"
+                color: Colors.textOnLight
+                selectionColor: Colors.accent
+                selectedTextColor: Colors.textOnLight
                 selectByMouse: true
                 clip: true
                 verticalAlignment: Text.AlignVCenter
@@ -76,7 +76,7 @@ ColumnLayout {
                 text: qsTr("This folder is not available")
                 textFormat: Text.PlainText
                 font: field.prop.fonts.font9_12
-                color: "#6b6f78"
+                color: Colors.textOnLightDisabled
                 elide: Text.ElideRight
                 verticalAlignment: Text.AlignVCenter
             }

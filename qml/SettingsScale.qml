@@ -34,7 +34,7 @@ GroupBox {
             text: qsTr("By Default it is set to 1.0. Selecting a larger number will\nincrease the size of the controls you see on your screen.")
             textFormat: Text.PlainText
             font: section.prop.fonts.font9_12
-            color: "white"
+            color: Colors.text
         }
 
         RowLayout {

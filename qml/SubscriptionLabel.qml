@@ -21,7 +21,7 @@ Row {
         text: line.label + ":"
         textFormat: Text.PlainText
         font: line.prop.fonts.font10_13
-        color: "#a9c4ea"
+        color: Colors.textNote
     }
 
     Text {
@@ -29,7 +29,7 @@ Row {
         text: line.value
         textFormat: Text.PlainText
         font: line.prop.fonts.font10_13
-        color: "white"
+        color: Colors.text
         elide: Text.ElideRight
     }
 }

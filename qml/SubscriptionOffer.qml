@@ -24,7 +24,7 @@ Item {
         font: offer.prop.fonts.font11_15
         fontSizeMode: Text.HorizontalFit
         minimumPointSize: 4
-        color: "white"
+        color: Colors.text
         elide: Text.ElideRight
     }
 
@@ -42,7 +42,7 @@ Item {
         font: offer.prop.fonts.font10_13
         fontSizeMode: Text.Fit
         minimumPointSize: 4
-        color: "#a9c4ea"
+        color: Colors.textNote
         wrapMode: Text.Wrap
     }
 

@@ -56,7 +56,7 @@ Item {
         font.family: area.prop.defaultFont
         font.pointSize: area.prop.fonts.font14_18.pointSize
         font.bold: true
-        color: "white"
+        color: Colors.text
     }
 
     Text {
@@ -69,7 +69,7 @@ Item {
         text: qsTr("As a Demo users, TEKO has processed<br>only the first <b><u>30 seconds</u></b>.")
         textFormat: Text.StyledText
         font: area.prop.fonts.font10_13
-        color: "white"
+        color: Colors.text
         horizontalAlignment: Text.AlignHCenter
     }
 

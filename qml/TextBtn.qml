@@ -13,16 +13,19 @@ T.AbstractButton {
     /// How far the label gives way to something at its left.
     property real labelShift: 0
 
-    readonly property color backgroundFrom: !btn.enabled ? "#B3B3B3" : btn.down ? "#021244" : btn.shownHovered ? "#0071BC" : "#1C2E9B"
-    readonly property color backgroundTo: !btn.enabled ? "#4D4D4D" : btn.down ? "#1C2E9B" : "#021244"
-    readonly property color borderFrom: btn.enabled ? "#FFFFFF" : "#999999"
-    readonly property color borderTo: btn.enabled ? "#0212AE" : "#999999"
+    readonly property color backgroundFrom: !btn.enabled ? Colors.buttonDisabledTop : btn.down ? Colors.buttonBottom : btn.shownHovered ? Colors.buttonHoveredTop : Colors.buttonTop
+    readonly property color backgroundTo: !btn.enabled ? Colors.buttonDisabledBottom : btn.down ? Colors.buttonTop : Colors.buttonBottom
+    readonly property color borderFrom: btn.enabled ? Colors.buttonFrameTop : Colors.buttonFrameDisabled
+    readonly property color borderTo: btn.enabled ? Colors.buttonFrameBottom : Colors.buttonFrameDisabled
 
     font: btn.prop.fonts.font11_15
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.text
+    // Half a double click: the first half has done it already.
+    onDoubleClicked: {
+    }
     Keys.onReturnPressed: btn.clicked()
     Keys.onEnterPressed: btn.clicked()
     // Qt leaves the keyboard with an item that is hidden.
@@ -65,7 +68,7 @@ T.AbstractButton {
             anchors.margins: -3 * btn.prop.scf
             radius: height / 2
             color: "transparent"
-            border.color: "#60aeff"
+            border.color: Colors.accent
             border.width: Math.max(1, 1.5 * btn.prop.scf)
             visible: btn.visualFocus
         }
@@ -79,7 +82,7 @@ T.AbstractButton {
         fontSizeMode: Text.HorizontalFit
         minimumPointSize: 4
         elide: Text.ElideRight
-        color: btn.enabled ? "white" : "#B3B3B3"
+        color: btn.enabled ? Colors.text : Colors.textDisabled
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
     }

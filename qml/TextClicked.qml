@@ -30,7 +30,7 @@ T.AbstractButton {
         font.family: link.font.family
         font.pointSize: link.font.pointSize
         font.underline: link.hovered || link.visualFocus
-        color: "white"
+        color: Colors.text
         verticalAlignment: Text.AlignVCenter
     }
 

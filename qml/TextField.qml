@@ -21,7 +21,7 @@ Item {
         text: field.label + ":"
         textFormat: Text.PlainText
         font: field.prop.fonts.font10_13
-        color: "white"
+        color: Colors.text
     }
 
     Rectangle {
@@ -31,16 +31,16 @@ Item {
         width: parent.width
         height: 32 * field.prop.scf
         radius: 6 * field.prop.scf
-        border.color: input.activeFocus ? "#60aeff" : "#4c63bc"
+        border.color: input.activeFocus ? Colors.accent : Colors.frameBottom
         border.width: field.prop.lineWidth
         gradient: Gradient {
             GradientStop {
                 position: 0
-                color: field.editing ? "#ffffff" : "#1b4f86"
+                color: field.editing ? Colors.field : Colors.fieldShadedTop
             }
             GradientStop {
                 position: 1
-                color: field.editing ? "#ffffff" : "#0a2a52"
+                color: field.editing ? Colors.field : Colors.fieldShadedBottom
             }
         }
 
@@ -55,7 +55,7 @@ Item {
             text: field.value
             echoMode: field.secret ? TextInput.Password : TextInput.Normal
             font: field.prop.fonts.font10_13
-            color: "black"
+            color: Colors.textOnLight
             clip: true
             selectByMouse: true
             verticalAlignment: Text.AlignVCenter
@@ -73,7 +73,7 @@ Item {
             text: field.secret ? "******" : field.value
             textFormat: Text.PlainText
             font: field.prop.fonts.font10_13
-            color: "white"
+            color: Colors.text
             elide: Text.ElideRight
             verticalAlignment: Text.AlignVCenter
         }

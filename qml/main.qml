@@ -1,27 +1,35 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import QtQuick.Controls.Basic as Controls
 import backend.BackendLoader 1.0
 import backend.UserAuth 1.0
 import "OS" as OS
 
 /// The home window: a file, the settings, the archive.
-ApplicationWindow {
+Controls.ApplicationWindow {
     id: root
 
-    designedWidth: 470
-    designedHeight: 210
-    color: "#00050b"
+    property real scf: 1
+
+    width: 470 * root.scf
+    height: 210 * root.scf
+    minimumWidth: 470 * root.scf
+    minimumHeight: 210 * root.scf
+    maximumWidth: 470 * root.scf
+    maximumHeight: 210 * root.scf
+    color: Colors.backgroundBottom
     title: mainFunctions.setApplicationWindowTitle()
 
     Component.onCompleted: {
         backendLoader.onCompleted();
         prop.loggingActive = backendLoader.getLoggingStatus();
+        userAuth.initialCheck();
         // Not before it has its size, by which the system finds its place.
         root.visible = true;
     }
     Component.onDestruction: backendLoader.clearMemory()
-    // He may come back from where a subscription is sold.
+    // They may come back from where a subscription is sold.
     onActiveChanged: if (root.active)
         userAuth.recheck()
 
@@ -35,7 +43,6 @@ ApplicationWindow {
         id: prop
 
         theme: theme
-        isDrawn: !firstFrame.running
     }
 
     Background {
@@ -67,10 +74,7 @@ ApplicationWindow {
         iconWidth: 30 * root.scf
         tooltip: qsTr("Help")
         enabled: prop.isActiveProduct
-        onClicked: {
-            helpMenu.make();
-            (helpMenu.item as HelpMenu).popup(root.width - 225 * root.scf, 5 * root.scf);
-        }
+        onClicked: helpMenu.popup(root.width - 225 * root.scf, 5 * root.scf)
     }
 
     Row {
@@ -130,23 +134,6 @@ ApplicationWindow {
             backendLoader.showInitialMessage()
     }
 
-    // What the first frame can do without follows it. Should nobody see the window, it does not wait for long.
-    Timer {
-        id: firstFrame
-
-        interval: 1000
-        running: true
-        onTriggered: userAuth.initialCheck()
-    }
-
-    Connections {
-        target: root
-        enabled: firstFrame.running
-        function onFrameSwapped() {
-            firstFrame.interval = 0;
-        }
-    }
-
     Functions {
         id: mainFunctions
     }
@@ -159,37 +146,23 @@ ApplicationWindow {
         onFileDropped: path => backendLoader.loadFile(path)
     }
 
-    LateView {
+    HelpMenu {
         id: helpMenu
 
-        view: "HelpMenu.qml"
-        needs: ({
-                "prop": prop,
-                "backendLoader": backendLoader
-            })
+        prop: prop
+        backendLoader: backendLoader
+        onLoggedOut: userAuth.initialCheck()
+        onScaleReset: root.scf = 1
     }
 
-    Connections {
-        target: helpMenu.item
-        function onLoggedOut() {
-            userAuth.initialCheck();
-        }
-        function onScaleReset() {
-            root.scf = 1;
-        }
-    }
-
-    LateView {
-        id: authLayer
-
+    // Made only for those who have to sign in.
+    Loader {
         anchors.fill: parent
-        view: "AuthLayer.qml"
-        needs: ({
-                "prop": prop,
-                "userAuth": userAuth
-            })
-        wanted: !prop.isActiveProduct
-        visible: authLayer.wanted
+        active: !prop.isActiveProduct
+        sourceComponent: AuthLayer {
+            prop: prop
+            userAuth: userAuth
+        }
     }
 
     LoadingHover {

@@ -6,17 +6,17 @@ namespace {
 
 // File systems take 255 bytes a name; what a run adds to the source's name at most: a number in
 // brackets, the download's ".wav" and the six characters of a side file.
-constexpr qsizetype nameLimit = 255;
-constexpr qsizetype addedAtMost = sizeof(" (99999)") + sizeof(".wav") + sizeof(".XXXXXX");
+constexpr qsizetype maxNameLength = 255;
+constexpr qsizetype maxAddedLength = sizeof(" (99999)") + sizeof(".wav") + sizeof(".XXXXXX");
 
 // A source whose results could not be written at all gives the head of its name.
-QString fittingSource(const ResultName &name)
+QString truncatedSource(const ResultName &name)
 {
     const qsizetype taken =
         QStringLiteral("Mix Without %1 - .%2").arg(name.instrument, name.extension).toUtf8().size()
-        + addedAtMost;
+        + maxAddedLength;
     QString source = name.source;
-    while (!source.isEmpty() && taken + source.toUtf8().size() > nameLimit)
+    while (!source.isEmpty() && taken + source.toUtf8().size() > maxNameLength)
         source.chop(source.back().isLowSurrogate() ? 2 : 1);
     return source;
 }
@@ -25,7 +25,7 @@ ResultPaths numberedPaths(const ResultName &name, int number)
 {
     // One substitution for all places: a name that holds "%1" itself stays as it is.
     const auto fill = [&](const QString &pattern) {
-        return pattern.arg(name.folder, name.instrument, fittingSource(name), name.extension,
+        return pattern.arg(name.folder, name.instrument, truncatedSource(name), name.extension,
                            QString::number(number));
     };
     return {fill(QStringLiteral("%1/%2 - %3 (%5).%4")),
@@ -37,7 +37,7 @@ ResultPaths numberedPaths(const ResultName &name, int number)
 ResultPaths resultPaths(const ResultName &name)
 {
     const auto fill = [&](const QString &pattern) {
-        return pattern.arg(name.folder, name.instrument, fittingSource(name), name.extension);
+        return pattern.arg(name.folder, name.instrument, truncatedSource(name), name.extension);
     };
     return {fill(QStringLiteral("%1/%2 - %3.%4")),
             fill(QStringLiteral("%1/Mix Without %2 - %3.%4"))};

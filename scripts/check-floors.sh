@@ -7,7 +7,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 # Bottom first; rooms on one line share a floor.
-client="base qml
+client="base
+qml
 results
 service
 account

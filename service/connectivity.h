@@ -2,11 +2,31 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QString>
+
+#include <functional>
+
+class ProgramData;
 class QNetworkAccessManager;
+class QObject;
 class QUrl;
 
-/// Whether the address can be reached: one GET, awaited in a local event loop without a time limit.
-/// Any answer without a network error counts, whatever its status. False as well when there is no
-/// address, the program quits or the manager dies meanwhile; the caller must expect that its own
+/// Asks with one GET whether an address can be reached, without a time limit, and calls back once,
+/// later, from the event loop. Any answer without a network error counts, whatever its status;
+/// without an address nothing can be reached. When the context dies first, the request is aborted.
+void checkConnectivity(QNetworkAccessManager &network, const QUrl &url, QObject *context,
+                       std::function<void(bool isOnline)> done);
+
+/// checkConnectivity() for a caller that waits in a local event loop. False as well when the
+/// program quits, or the manager or the context dies meanwhile; the caller must expect that its own
 /// object may be gone afterwards.
-[[nodiscard]] bool online(QNetworkAccessManager &network, const QUrl &url);
+[[nodiscard]] bool online(QNetworkAccessManager &network, const QUrl &url, const QObject *context);
+
+/// What the user is told when the service cannot be reached. The service of this computer is named,
+/// with its log.
+struct OfflineNotice
+{
+    QString title;
+    QString text;
+};
+[[nodiscard]] OfflineNotice offlineNotice(const ProgramData &store);

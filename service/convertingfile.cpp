@@ -28,11 +28,11 @@ struct FileState
     QDateTime modified;
 };
 
-/// Whether the disk still takes something. One that does not has cut off what was written last, of
+/// Whether the disk still takes one block. One that does not has cut off what was written last, of
 /// which ffmpeg reports only a part: a Matroska file without its end counts as a success there.
 bool hasRoomBeside(const QString &path)
 {
-    const QByteArray sample(1 << 16, 'x');
+    const QByteArray sample(4096, 'x');
     QTemporaryFile probe(QFileInfo(path).absolutePath() + QStringLiteral("/teko-XXXXXX"));
     return probe.open() && probe.write(sample) == sample.size() && probe.flush();
 }
@@ -61,7 +61,9 @@ void ConvertingFile::prepareToUpload()
 void ConvertingFile::prepareFinal()
 {
     const bool ran = runPlan(resultPlan(m_files));
-    removeIfThere(m_files.input);
+    // What could not be converted is all that the user has of the result.
+    if (isCancelled() || QFile::exists(m_files.output))
+        removeIfThere(m_files.input);
     if (ran)
         emit m_main ? doneMain() : doneMix();
 }

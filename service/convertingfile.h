@@ -31,8 +31,9 @@ signals:
 public slots:
     /// The user's file into the WAV that is uploaded. Always emits doneUploadConverting().
     void prepareToUpload();
-    /// A downloaded result into the chosen format; the input is removed. Emits doneMain() or
-    /// doneMix(), or nothing when cancelled before the last run of ffmpeg.
+    /// A downloaded result into the chosen format. The input is removed, unless the conversion
+    /// failed. Emits doneMain() or doneMix(), or nothing when cancelled before the last run of
+    /// ffmpeg.
     void prepareFinal();
     /// A stored result into another format; the input stays. Emits doneMain(), or nothing when
     /// cancelled before the last run of ffmpeg.

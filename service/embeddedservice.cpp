@@ -10,16 +10,15 @@
 #include <QHostAddress>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTimer>
 
 #include <chrono>
 
 namespace {
 
-constexpr qsizetype longestLine = 1 << 16;
+constexpr qsizetype maxLineLength = 1 << 16;
 constexpr int graceMs = 3000;
-constexpr qint64 mostLogBytes = 1 << 20;
-constexpr std::chrono::seconds longestStart(20);
+constexpr qint64 maxLogBytes = 1 << 20;
+constexpr std::chrono::seconds startTimeout(20);
 
 bool isThisMachine(const QUrl &url)
 {
@@ -44,7 +43,10 @@ EmbeddedService::EmbeddedService(const QString &program, const QString &dataFold
 {
     m_process.setProgram(program);
     m_process.setArguments({QStringLiteral("--embedded"), QStringLiteral("--data"), dataFolder});
-    m_process.setStandardErrorFile(dataFolder + QLatin1String("/service.log"), QIODevice::Append);
+    m_process.setStandardErrorFile(logFile(), QIODevice::Append);
+    m_startTimer.setSingleShot(true);
+    m_startTimer.setInterval(startTimeout);
+    connect(&m_startTimer, &QTimer::timeout, this, &EmbeddedService::abortStart);
     connect(&m_process, &QProcess::readyReadStandardOutput, this, &EmbeddedService::readOutput);
     connect(&m_process, &QProcess::errorOccurred, this, &EmbeddedService::processFailed);
     connect(&m_process, &QProcess::finished, this, &EmbeddedService::processEnded);
@@ -62,26 +64,37 @@ EmbeddedService::~EmbeddedService()
     m_process.waitForFinished(graceMs);
 }
 
+QString EmbeddedService::logFile() const
+{
+    return m_dataFolder + QLatin1String("/service.log");
+}
+
 void EmbeddedService::start()
 {
     qInfo() << "EmbeddedService::start";
-    m_state = State::Starting;
     QDir().mkpath(m_dataFolder);
     // The service's log holds recovery codes, its database the session of this computer's account.
     QFile::setPermissions(m_dataFolder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QFile log(m_dataFolder + QLatin1String("/service.log"));
     // Appended to, since another instance of the program may be writing there.
-    if (log.size() > mostLogBytes)
+    QFile log(logFile());
+    if (log.size() > maxLogBytes)
         log.remove();
-    m_process.start();
-    QTimer::singleShot(longestStart, this, &EmbeddedService::giveUpWaiting);
+    launch();
 }
 
-void EmbeddedService::giveUpWaiting()
+void EmbeddedService::launch()
+{
+    m_state = State::Starting;
+    m_firstLine.clear();
+    m_startTimer.start();
+    m_process.start();
+}
+
+void EmbeddedService::abortStart()
 {
     if (!isStarting())
         return;
-    fail(tr("The local processing service does not answer."));
+    fail(tr("The processing service of this computer does not answer."));
     m_process.kill();
 }
 
@@ -93,13 +106,13 @@ void EmbeddedService::readOutput()
         return;
     m_firstLine += output;
     const qsizetype end = m_firstLine.indexOf('\n');
-    if (end < 0 && m_firstLine.size() < longestLine)
+    if (end < 0 && m_firstLine.size() < maxLineLength)
         return;
     m_announcement = parseAnnouncement(m_firstLine.left(end));
     m_firstLine.clear();
     if (!m_announcement) {
         m_process.closeWriteChannel();
-        return fail(tr("The local processing service gave no address."));
+        return fail(tr("The processing service of this computer gave no address."));
     }
     settle(State::Ready);
 }
@@ -107,13 +120,24 @@ void EmbeddedService::readOutput()
 void EmbeddedService::processFailed(QProcess::ProcessError error)
 {
     if (error == QProcess::FailedToStart)
-        fail(tr("The local processing service cannot be started:\n\n%1")
+        fail(tr("The processing service of this computer cannot be started:\n\n%1")
                  .arg(m_process.errorString()));
 }
 
 void EmbeddedService::processEnded()
 {
-    fail(tr("The local processing service has ended unexpectedly."));
+    if (m_state == State::Failed)
+        return;
+    m_announcement.reset();
+    if (m_restartsLeft > 0) {
+        --m_restartsLeft;
+        qInfo() << "EmbeddedService: the service has ended by itself and is started again";
+        launch();
+        return;
+    }
+    fail(tr("The processing service of this computer has ended unexpectedly.\nIts log may say "
+            "why:\n\n%1")
+             .arg(QDir::toNativeSeparators(logFile())));
 }
 
 void EmbeddedService::fail(const QString &message)
@@ -130,6 +154,7 @@ void EmbeddedService::fail(const QString &message)
 void EmbeddedService::settle(State state)
 {
     const bool wasStarting = isStarting();
+    m_startTimer.stop();
     m_state = state;
     if (state == State::Ready)
         emit ready();

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QProcess>
+#include <QTimer>
 #include <QUrl>
 
 #include <optional>
@@ -22,14 +23,13 @@ struct ServiceAnnouncement
 [[nodiscard]] std::optional<ServiceAnnouncement> parseAnnouncement(const QByteArray &line);
 
 /// The processing service as a child process. It ends with this object, and by its closed standard
-/// input also when this process crashes.
+/// input also when this process crashes. When it ends by itself it is started again, twice at most.
 class EmbeddedService final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The data folder is made when it is missing; the service's messages go to "service.log" in
-    /// it.
+    /// The data folder is made when it is missing.
     EmbeddedService(const QString &program, const QString &dataFolder, QObject *parent = nullptr);
     ~EmbeddedService() override;
 
@@ -46,13 +46,16 @@ public:
         return m_announcement;
     }
 
+    /// The file that takes the service's messages.
+    [[nodiscard]] QString logFile() const;
+
 signals:
+    /// After each start that succeeded.
     void ready();
-    /// The service could not start or has ended by itself, with a text for the user. Comes once,
-    /// from the event loop, never from inside another call.
+    /// The service cannot be started, or has ended by itself too often, with a text for the user.
+    /// Comes once, from the event loop, never from inside another call.
     void failed(const QString &message);
-    /// The start is over in one way or the other. Comes once, and for a service that is ready after
-    /// ready().
+    /// A start is over in one way or the other; after ready().
     void settled();
 
 private:
@@ -61,13 +64,16 @@ private:
     void readOutput();
     void processFailed(QProcess::ProcessError error);
     void processEnded();
-    void giveUpWaiting();
+    void launch();
+    void abortStart();
     void fail(const QString &message);
     void settle(State state);
 
     const QString m_dataFolder;
     QProcess m_process;
     State m_state = State::Idle;
+    int m_restartsLeft = 2;
+    QTimer m_startTimer;
     QByteArray m_firstLine;
     std::optional<ServiceAnnouncement> m_announcement;
 };

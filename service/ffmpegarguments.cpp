@@ -68,6 +68,12 @@ QStringList uploadArguments(const QString &input, const QString &output)
     return {u"-i"_s, input, u"-vn"_s, u"-c:a"_s, u"pcm_s16le"_s, u"-y"_s, output};
 }
 
+QStringList pictureArguments(const QString &file)
+{
+    return {u"-i"_s,        file,   u"-map"_s, u"0:v:0"_s, u"-c"_s, u"copy"_s,
+            u"-frames:v"_s, u"1"_s, u"-f"_s,   u"null"_s,  u"-"_s};
+}
+
 ConversionPlan resultPlan(const ConversionFiles &files)
 {
     const QString suffix = mediaSuffix(files.output);

@@ -27,6 +27,9 @@ struct ConversionPlan
 /// Any source into the WAV that is uploaded.
 [[nodiscard]] QStringList uploadArguments(const QString &input, const QString &output);
 
+/// A look at the first picture of a file, which fails when there is none. Writes nothing.
+[[nodiscard]] QStringList pictureArguments(const QString &file);
+
 /// A downloaded result WAV into the chosen format.
 [[nodiscard]] ConversionPlan resultPlan(const ConversionFiles &files);
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "service/ffmpegrun.h"
 
-#include "service/childleash.h"
+#include "service/childlifetime.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -39,7 +39,7 @@ bool runFfmpeg(QObject *parent, const QString &program, const QStringList &argum
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
-    leashChild(process);
+    bindLifetimeToParent(process);
     process.start(program, arguments, QIODevice::ReadWrite);
     waitForEnd(process, cancelFlag);
     process.close();

@@ -12,7 +12,7 @@ namespace {
 
 constexpr qint64 stepSize = 256LL * 1024;
 /// How much may wait between the socket and the file: a bound for memory, at some cost of speed.
-constexpr qint64 mostWaiting = 4LL * 1024 * 1024;
+constexpr qint64 maxBuffered = 4LL * 1024 * 1024;
 
 bool isWebUrl(const QUrl &url)
 {
@@ -50,9 +50,12 @@ void FileFetch::start(const QUrl &url)
     }
     m_buffer.resize(stepSize);
     QNetworkRequest request = plainRequest(url);
+    // Allowed here, where no session is shown: results may lie on another host.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setRawHeader("Accept-Encoding", "identity");
     m_reply = m_network.get(request);
-    m_reply->setReadBufferSize(mostWaiting);
+    m_reply->setReadBufferSize(maxBuffered);
     connect(m_reply, &QNetworkReply::downloadProgress, this, &FileFetch::reportProgress);
     connect(m_reply, &QNetworkReply::readyRead, this, &FileFetch::readAvailable);
     connect(m_reply, &QNetworkReply::finished, this, &FileFetch::finish);
@@ -138,7 +141,7 @@ void FileFetch::failOpening()
 
 void FileFetch::failDownload(const QString &reason)
 {
-    const QString text = shownText(reason);
+    const QString text = truncatedForDisplay(reason);
     qInfo().noquote() << "Download error:" << text;
     fail(tr("Download error:\n\n") + text);
 }
@@ -150,7 +153,7 @@ void FileFetch::fail(const QString &message)
     emit failed(message);
 }
 
-void FileFetch::giveUp()
+void FileFetch::abort()
 {
     disconnect();
     if (m_isOver)

@@ -9,7 +9,7 @@
 class QNetworkReply;
 
 /// Fetches one URL into one file, which takes its name only when it is whole; anything else leaves
-/// nothing behind. Deletes itself after the last signal; deleting it earlier gives the fetch up.
+/// nothing behind. Deletes itself after the last signal; deleting it earlier aborts the fetch.
 class FileFetch final : public QObject
 {
     Q_OBJECT
@@ -19,11 +19,12 @@ public:
     FileFetch(const QString &path, qint64 expectedSize, QObject *parent);
     ~FileFetch() override;
 
-    /// Fetches from an http or https URL. No signal comes before this has returned.
+    /// Fetches from an http or https URL, following redirects but from https to http. No signal
+    /// comes before this has returned.
     void start(const QUrl &url);
     /// Ends the fetch without a further signal and leaves nothing behind. May be called from a slot
     /// of a signal of this object.
-    void giveUp();
+    void abort();
 
 signals:
     /// 0 to 99.8 while the file arrives, and 100 once it has its name.

@@ -29,17 +29,28 @@ bool FrozenFile::reset()
     return !m_wasRead && seek(0);
 }
 
+void FrozenFile::release()
+{
+    m_file.close();
+}
+
 qint64 FrozenFile::readData(char *data, qint64 maxSize)
 {
     m_wasRead = m_wasRead || maxSize > 0;
     const qint64 wanted = qMin(maxSize, m_size - pos());
     if (wanted <= 0)
         return 0;
+    // A request that was aborted may still ask.
+    if (!m_file.isOpen())
+        return fail(tr("The file is no longer being read."));
     const qint64 got = m_file.read(data, wanted);
     if (got < 0)
         return fail(m_file.errorString());
     if (got == 0)
         return fail(tr("The file became shorter while it was being read."));
+    // On Windows an open file cannot be removed, and the answer may be long in coming.
+    if (pos() + got == m_size)
+        m_file.close();
     return got;
 }
 

@@ -8,6 +8,7 @@
 /// A file to upload, with the size that it had when it was opened. When the file yields less than
 /// that, reading fails and errorString() says why; bytes added later are not read.
 /// It can be read once only: a request body that cannot be rewound is never silently sent twice.
+/// The file is released as soon as it was read to its end.
 class FrozenFile final : public QIODevice
 {
     Q_OBJECT
@@ -20,6 +21,9 @@ public:
     [[nodiscard]] qint64 size() const override { return m_size; }
     bool seek(qint64 position) override;
     bool reset() override;
+
+    /// Closes the file, so that it can be removed while this object still lives.
+    void release();
 
     [[nodiscard]] QString fileName() const { return m_file.fileName(); }
     /// The file turned out shorter than announced, or could not be read.

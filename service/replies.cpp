@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr qsizetype mostCharacters = 1500;
-constexpr qsizetype mostLines = 25;
+constexpr qsizetype maxCharacters = 1500;
+constexpr qsizetype maxLines = 25;
 constexpr double sizeUnknown = 95.0;
 constexpr double almostDone = 99.8;
 
@@ -23,7 +23,7 @@ struct Replies
 qsizetype endOfShownLines(const QString &text)
 {
     qsizetype end = -1;
-    for (qsizetype line = 0; line < mostLines; ++line) {
+    for (qsizetype line = 0; line < maxLines; ++line) {
         end = text.indexOf(u'\n', end + 1);
         if (end < 0)
             return text.size();
@@ -79,9 +79,9 @@ double downloadPercent(qint64 received, qint64 total, qint64 expectedSize)
     return percent >= 100 ? almostDone : percent;
 }
 
-QString shownText(const QString &text)
+QString truncatedForDisplay(const QString &text)
 {
-    qsizetype length = qMin(endOfShownLines(text), mostCharacters);
+    qsizetype length = qMin(endOfShownLines(text), maxCharacters);
     if (length >= text.size())
         return text;
     if (length > 0 && text[length - 1].isHighSurrogate())

@@ -44,4 +44,4 @@ struct ResultUrls
 [[nodiscard]] double downloadPercent(qint64 received, qint64 total, qint64 expectedSize);
 
 /// A text from outside as a message box can show it: unchanged while it is of a readable length.
-[[nodiscard]] QString shownText(const QString &text);
+[[nodiscard]] QString truncatedForDisplay(const QString &text);

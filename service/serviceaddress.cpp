@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "service/serviceaddress.h"
 
+#include <QCoreApplication>
 #include <QProcessEnvironment>
 
 namespace {
@@ -27,15 +28,8 @@ QUrl webUrl(const QString &address)
     const QUrl url(hasScheme ? address : QLatin1String("http://") + address, QUrl::StrictMode);
     const QString scheme = url.scheme();
     const bool isWeb = scheme == QLatin1String("http") || scheme == QLatin1String("https");
-    return isWeb && !url.host().isEmpty() ? url : QUrl();
-}
-
-QUrl connectivityOf(const QUrl &base)
-{
-    QUrl url = base;
-    if (!url.isEmpty())
-        url.setPath(url.path() + QLatin1String("/generate_204"));
-    return url;
+    // A password in an address would show in message boxes and logs.
+    return isWeb && !url.host().isEmpty() && url.userInfo().isEmpty() ? url : QUrl();
 }
 
 } // namespace
@@ -59,9 +53,9 @@ ConfiguredAddresses ConfiguredAddresses::from(const QProcessEnvironment &environ
 
 ConfiguredAddresses ConfiguredAddresses::from(const ProgramData &settings)
 {
-    return {settings.stringValue(QStringLiteral("service_url")),
-            settings.stringValue(QStringLiteral("connectivity_url")),
-            settings.stringValue(QStringLiteral("website_url"))};
+    return {settings.stringValue(SettingsKeys::serviceUrl.name),
+            settings.stringValue(SettingsKeys::connectivityUrl.name),
+            settings.stringValue(SettingsKeys::websiteUrl.name)};
 }
 
 QString compiledInServiceAddress()
@@ -75,6 +69,19 @@ bool wantsEmbeddedService(const ConfiguredAddresses &environment,
     return configuredService(environment, settings, compiledIn).isEmpty();
 }
 
+QString addressProblem(const ConfiguredAddresses &environment, const ConfiguredAddresses &settings,
+                       const QString &compiledIn)
+{
+    const QString address = configuredService(environment, settings, compiledIn);
+    if (address.isEmpty() || !baseUrl(address).isEmpty())
+        return {};
+    // Not repeated here: it may hold a password.
+    return QCoreApplication::translate(
+        "ServiceAddress",
+        "The address of the processing service cannot be used. It must be a web address without a "
+        "user name and a password.");
+}
+
 ServiceEndpoints resolveEndpoints(const ConfiguredAddresses &environment,
                                   const ConfiguredAddresses &settings, const QString &compiledIn,
                                   const QUrl &embedded)
@@ -83,6 +90,8 @@ ServiceEndpoints resolveEndpoints(const ConfiguredAddresses &environment,
     const QString connectivity = firstOf({environment.connectivity, settings.connectivity});
     const QString website = firstOf({environment.website, settings.website});
     const QUrl base = service.isEmpty() ? baseUrl(embedded.toString()) : baseUrl(service);
-    return {base, connectivity.isEmpty() ? connectivityOf(base) : webUrl(connectivity),
+    return {base,
+            connectivity.isEmpty() ? urlBelow(base, QStringLiteral("/generate_204"))
+                                   : webUrl(connectivity),
             website.isEmpty() ? base : baseUrl(website)};
 }

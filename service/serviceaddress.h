@@ -20,7 +20,8 @@ struct ConfiguredAddresses
 };
 
 /// An address to which paths are appended: without a query, a fragment and closing slashes. An
-/// address without a scheme means http; one that is no web address gives an empty URL.
+/// address without a scheme means http; one that is no web address, or holds a user name or a
+/// password, gives an empty URL.
 [[nodiscard]] QUrl baseUrl(const QString &address);
 
 /// The service's address that was chosen when the program was built; usually empty.
@@ -30,6 +31,12 @@ struct ConfiguredAddresses
 [[nodiscard]] bool wantsEmbeddedService(const ConfiguredAddresses &environment,
                                         const ConfiguredAddresses &settings,
                                         const QString &compiledIn);
+
+/// Why the service's address that is configured cannot be used, for the user; empty when it can, or
+/// none is configured.
+[[nodiscard]] QString addressProblem(const ConfiguredAddresses &environment,
+                                     const ConfiguredAddresses &settings,
+                                     const QString &compiledIn);
 
 /// The environment wins over the settings, and these over the compiled-in address and, at last, the
 /// embedded service's (empty while it does not run). An address that is configured but unusable

@@ -21,9 +21,14 @@ ConfiguredAddresses environmentAddresses()
 ServiceConnection::ServiceConnection(ProgramData &store)
     : m_store(store)
 {
-    if (wantsEmbeddedService(environmentAddresses(), ConfiguredAddresses::from(store),
-                             compiledInServiceAddress()))
+    const auto settings = ConfiguredAddresses::from(store);
+    if (wantsEmbeddedService(environmentAddresses(), settings, compiledInServiceAddress()))
         startEmbedded();
+    const QString problem =
+        addressProblem(environmentAddresses(), settings, compiledInServiceAddress());
+    if (!problem.isEmpty())
+        QMetaObject::invokeMethod(
+            this, [this, problem] { showProblem(problem); }, Qt::QueuedConnection);
     m_store.setEndpointSource([this] { return endpoints(); });
     m_store.setStartWaiter([this](QObject *context, std::function<void()> started) {
         whenStarted(context, std::move(started));
@@ -35,6 +40,7 @@ ServiceConnection::~ServiceConnection()
     m_store.setEndpointSource({});
     m_store.setStartWaiter({});
     m_store.setLocalAccount({});
+    m_store.setEmbeddedServiceLog({});
 }
 
 void ServiceConnection::startEmbedded()
@@ -44,14 +50,18 @@ void ServiceConnection::startEmbedded()
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)
         + QStringLiteral("/service");
     m_service = std::make_unique<EmbeddedService>(program, folder);
-    connect(m_service.get(), &EmbeddedService::failed, this, [](const QString &message) {
-        MessageBoxCustom::warning(tr("Processing Service"), message);
-    });
+    m_store.setEmbeddedServiceLog(m_service->logFile());
+    connect(m_service.get(), &EmbeddedService::failed, this, &ServiceConnection::showProblem);
     connect(m_service.get(), &EmbeddedService::ready, this, [this] {
         const auto &announcement = m_service->announcement();
         m_store.setLocalAccount(LocalAccount{announcement->email, announcement->hash});
     });
     m_service->start();
+}
+
+void ServiceConnection::showProblem(const QString &text)
+{
+    MessageBoxCustom::warning(tr("Processing Service"), text);
 }
 
 void ServiceConnection::whenStarted(QObject *context, std::function<void()> started)
@@ -61,7 +71,7 @@ void ServiceConnection::whenStarted(QObject *context, std::function<void()> star
         return;
     }
     connect(m_service.get(), &EmbeddedService::settled, context, std::move(started),
-            Qt::QueuedConnection);
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 ServiceEndpoints ServiceConnection::endpoints()

@@ -8,8 +8,8 @@
 #include <memory>
 
 /// Tells a store where the service is, for as long as this object lives, and runs the embedded
-/// service where none is configured. A service that cannot start is told once in a message box. GUI
-/// thread only.
+/// service where none is configured. A service that cannot start, and an address that cannot be
+/// used, are shown once in a message box. GUI thread only.
 class ServiceConnection final : public QObject
 {
     Q_OBJECT
@@ -23,6 +23,7 @@ public:
 private:
     [[nodiscard]] ServiceEndpoints endpoints();
     void startEmbedded();
+    void showProblem(const QString &text);
     void whenStarted(QObject *context, std::function<void()> started);
 
     ProgramData &m_store;

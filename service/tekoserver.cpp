@@ -10,7 +10,7 @@
 #include "service/uploadform.h"
 
 #include <QDebug>
-#include <QFile>
+#include <QFileInfo>
 #include <QHttpMultiPart>
 #include <QNetworkReply>
 
@@ -52,9 +52,9 @@ FormFields nameField(const QString &fileName)
 void logRemoval(const TextAnswer &answer)
 {
     if (answer.error.isEmpty())
-        qInfo().noquote() << "Removing File Result: " << shownText(answer.body);
+        qInfo().noquote() << "Removing File Result: " << truncatedForDisplay(answer.body);
     else
-        qInfo().noquote() << "Error: " << shownText(answer.error);
+        qInfo().noquote() << "Error: " << truncatedForDisplay(answer.error);
 }
 
 } // namespace
@@ -62,8 +62,7 @@ void logRemoval(const TextAnswer &answer)
 TekoServer::TekoServer(ProgramData &store)
     : m_store(store)
     , m_network(new QNetworkAccessManager(this))
-    , m_run(std::make_unique<QObject>())
-    , m_downloads(std::make_unique<QObject>())
+    , m_requests(std::make_unique<QObject>())
 { }
 
 void TekoServer::uploadFile(const QString &instrument, const QString &filePath,
@@ -80,7 +79,7 @@ void TekoServer::uploadFile(const QString &instrument, const QString &filePath,
     }
     emit progressPercents(0);
     const AccessCredentials &access = m_store.access();
-    FrozenFile *const source = file.get();
+    m_source = file.get();
     auto form = uploadForm(std::move(file),
                            {{QStringLiteral("instrument"), instrument},
                             {QStringLiteral("version"), version},
@@ -91,12 +90,13 @@ void TekoServer::uploadFile(const QString &instrument, const QString &filePath,
                             {QStringLiteral("extension"), extension},
                             {QStringLiteral("originalFilePath"), originalFilePath}});
     ignoreSslErrorsOfCurrent();
-    QNetworkReply *reply = m_network->post(
-        withSession(plainRequest(url("proceed.php")), m_store.user().hash), form.get());
+    const QUrl url = m_store.endpoints().operation(QStringLiteral("proceed.php"));
+    QNetworkReply *reply =
+        m_network->post(withSession(plainRequest(url), m_store.user().hash), form.get());
     form.release()->setParent(reply);
-    connect(reply, &QNetworkReply::uploadProgress, m_run.get(),
+    connect(reply, &QNetworkReply::uploadProgress, m_requests.get(),
             [this](qint64 sent, qint64 total) { reportUpload(sent, total); });
-    expectJob(reply, uploadTexts, source);
+    expectJob(reply, uploadTexts);
 }
 
 void TekoServer::repeatFile(const QString &instrument, const QString &uploadedFileName,
@@ -130,7 +130,7 @@ void TekoServer::repeatDemoFile(const QString &hash, const QString &extension, i
 void TekoServer::remains(int songId)
 {
     qInfo() << "TekoServer::remains";
-    collectText(post("remains.php", songField(songId)), m_run.get(),
+    collectText(post("remains.php", songField(songId)), m_requests.get(),
                 [this](const TextAnswer &answer) { remainsAnswered(answer); });
 }
 
@@ -142,8 +142,8 @@ void TekoServer::cancel(int songId)
         if (answer.error.isEmpty())
             qInfo() << "Successfully canceled!";
         else
-            qInfo().noquote() << "Canceling error:" << shownText(answer.error);
-        qInfo().noquote() << shownText(answer.body);
+            qInfo().noquote() << "Canceling error:" << truncatedForDisplay(answer.error);
+        qInfo().noquote() << truncatedForDisplay(answer.body);
     });
 }
 
@@ -162,53 +162,46 @@ void TekoServer::downloadBoth(int songId, const QString &firstPath, const QStrin
                    {secondPath, expectedSize, true, &TekoServer::downloadingSecond}});
 }
 
-void TekoServer::dropEarlierReplies()
+void TekoServer::abort()
 {
-    m_run = std::make_unique<QObject>();
-    abortDownloads();
+    m_requests = std::make_unique<QObject>();
+    // A request that was sent as a whole goes on: the service may have accepted it.
+    if (!m_source || m_source->atEnd())
+        return;
+    if (m_currentReply)
+        m_currentReply->abort();
+    m_source->release();
 }
 
-void TekoServer::abortDownloads()
+void TekoServer::requestRemoval(const QString &fileName)
 {
-    m_downloads = std::make_unique<QObject>();
-    const auto fetches = findChildren<FileFetch *>();
-    for (FileFetch *fetch : fetches)
-        fetch->giveUp();
-}
-
-void TekoServer::removeUploadedSoon(const QString &fileName)
-{
-    qInfo() << "TekoServer::removeUploadedSoon";
+    qInfo() << "TekoServer::requestRemoval";
     collectText(post("removeUploaded.php", nameField(fileName)), this, logRemoval);
 }
 
-void TekoServer::removeUploaded(const QString &fileName)
+void TekoServer::removeUploaded(const QString &fileName, const QObject *context,
+                                std::optional<std::chrono::milliseconds> timeout)
 {
     qInfo() << "TekoServer::removeUploaded";
-    logRemoval(waitForText(post("removeUploaded.php", nameField(fileName))));
+    QNetworkReply *reply = post("removeUploaded.php", nameField(fileName));
+    collectText(reply, this, logRemoval);
+    waitForFinished(reply, context, timeout);
 }
 
-int TekoServer::processedFilesRemains(const QString &hash)
+int TekoServer::processedFilesRemains(const QString &hash, const QObject *context)
 {
     qInfo() << "TekoServer::processedFilesRemains";
     const TextAnswer answer =
-        waitForText(post("processedFilesRemains.php", {{QStringLiteral("hash"), hash}}));
+        waitForText(post("processedFilesRemains.php", {{QStringLiteral("hash"), hash}}), context);
     if (!answer.error.isEmpty())
-        qInfo().noquote() << "Error: " << shownText(answer.error);
+        qInfo().noquote() << "Error: " << truncatedForDisplay(answer.error);
     return answer.error.isEmpty() ? filesLeft(answer.body) : -1;
-}
-
-QUrl TekoServer::url(const char *path) const
-{
-    QUrl url = m_store.endpoints().base;
-    url.setPath(url.path() + QLatin1String("/teko-server/") + QLatin1String(path));
-    return url;
 }
 
 QNetworkReply *TekoServer::post(const char *path, const FormFields &fields)
 {
-    return m_network->post(withSession(formRequest(url(path)), m_store.user().hash),
-                           formBody(fields));
+    const QUrl url = m_store.endpoints().operation(QLatin1String(path));
+    return m_network->post(withSession(formRequest(url), m_store.user().hash), formBody(fields));
 }
 
 void TekoServer::ignoreSslErrorsOfCurrent()
@@ -223,23 +216,29 @@ void TekoServer::reportUpload(qint64 sent, qint64 total)
         emit progressPercents(*percent);
 }
 
-void TekoServer::expectJob(QNetworkReply *reply, const JobTexts &texts, const FrozenFile *source)
+void TekoServer::expectJob(QNetworkReply *reply, const JobTexts &texts)
 {
     m_currentReply = reply;
-    collectText(reply, m_run.get(), [this, reply, &texts, source](TextAnswer answer) {
-        if (m_currentReply == reply)
-            m_currentReply.clear();
-        if (source && source->hasFailed())
-            answer.error = source->errorString();
-        jobAnswered(texts, answer);
-    });
+    // Heard also after an abort: a job that nobody wants any more must not run.
+    collectText(reply, this,
+                [this, reply, &texts, wanted = QPointer<QObject>(m_requests.get()),
+                 source = &texts == &uploadTexts ? m_source : nullptr](TextAnswer answer) {
+                    if (m_currentReply == reply)
+                        m_currentReply.clear();
+                    if (source && source->hasFailed())
+                        answer.error = source->errorString();
+                    if (wanted)
+                        jobAnswered(texts, answer);
+                    else
+                        unwantedJobAnswered(texts, answer, source ? source->fileName() : QString());
+                });
 }
 
 void TekoServer::failed(const char *label, const TextAnswer &answer)
 {
-    qInfo().noquote() << label << shownText(answer.error);
-    qInfo().noquote() << shownText(answer.body);
-    emit showError(tr(label) + QLatin1String("\n\n") + shownText(answer.error));
+    qInfo().noquote() << label << truncatedForDisplay(answer.error);
+    qInfo().noquote() << truncatedForDisplay(answer.body);
+    emit showError(tr(label) + QLatin1String("\n\n") + truncatedForDisplay(answer.error));
 }
 
 void TekoServer::jobAnswered(const JobTexts &texts, const TextAnswer &answer)
@@ -252,8 +251,21 @@ void TekoServer::jobAnswered(const JobTexts &texts, const TextAnswer &answer)
         emit savedWithId(id);
         return;
     }
-    qInfo().noquote() << texts.refusal << shownText(answer.body);
-    emit showError(shownText(answer.body));
+    qInfo().noquote() << texts.refusal << truncatedForDisplay(answer.body);
+    emit showError(truncatedForDisplay(answer.body));
+}
+
+void TekoServer::unwantedJobAnswered(const JobTexts &texts, const TextAnswer &answer,
+                                     const QString &uploadedFile)
+{
+    const int id = answer.error.isEmpty() ? ::songId(answer.body) : 0;
+    if (id == 0) {
+        qInfo().noquote() << texts.refusal << truncatedForDisplay(answer.error + answer.body);
+        return;
+    }
+    cancel(id);
+    if (!uploadedFile.isEmpty())
+        requestRemoval(QFileInfo(uploadedFile).fileName());
 }
 
 void TekoServer::remainsAnswered(const TextAnswer &answer)
@@ -271,7 +283,7 @@ void TekoServer::remainsAnswered(const TextAnswer &answer)
         emit remainSeconds(remains.seconds);
         break;
     case Remains::Kind::Refusal:
-        emit showError(shownText(answer.body));
+        emit showError(truncatedForDisplay(answer.body));
         break;
     }
 }
@@ -284,7 +296,7 @@ void TekoServer::askForResults(int songId, const QList<FetchTarget> &targets)
     }
     ignoreSslErrorsOfCurrent();
     m_currentReply = post("download.php", songField(songId));
-    collectText(m_currentReply, m_downloads.get(),
+    collectText(m_currentReply, m_requests.get(),
                 [this, targets](const TextAnswer &answer) { fetchResults(answer, targets); });
 }
 
@@ -296,13 +308,14 @@ void TekoServer::fetchResults(const TextAnswer &answer, const QList<FetchTarget>
     }
     const auto urls = resultUrls(answer.body);
     if (!urls) {
-        emit showError(shownText(answer.body));
+        emit showError(truncatedForDisplay(answer.body));
         return;
     }
     for (const FetchTarget &target : targets) {
         auto *fetch = new FileFetch(target.path, target.expectedSize, this);
         connect(fetch, &FileFetch::progress, this, target.progress);
         connect(fetch, &FileFetch::failed, this, &TekoServer::showError);
+        connect(m_requests.get(), &QObject::destroyed, fetch, &FileFetch::abort);
         fetch->start(QUrl(target.isSecondUrl ? urls->second : urls->first));
     }
 }

@@ -7,15 +7,17 @@
 #include <QNetworkAccessManager>
 #include <QPointer>
 
+#include <chrono>
 #include <memory>
+#include <optional>
 
 class FrozenFile;
 class ProgramData;
 class QNetworkReply;
 
 /// The HTTP client of the processing service. Every result comes through a signal, on this thread;
-/// requests that are still open when the object dies are given up silently. Nothing is repeated
-/// and nothing has a time limit.
+/// requests that are still open when the object dies are aborted silently. Nothing is repeated, and
+/// nothing has a time limit but where one is named.
 class TekoServer final : public QObject
 {
     Q_OBJECT
@@ -39,7 +41,7 @@ public:
 
     /// Asks how long the job still takes: remainSeconds() or filesReady().
     void remains(int songId);
-    /// Gives a job up. The answer is only logged.
+    /// Ends a job. The answer is only logged.
     void cancel(int songId);
 
     /// Fetches one result, the mix when second is true; reports through downloadingFirst() in
@@ -49,20 +51,22 @@ public:
     void downloadBoth(int songId, const QString &firstPath, const QString &secondPath,
                       qint64 expectedSize);
 
-    /// Lets what was asked so far run on, but without a signal: it belongs to an earlier run.
-    /// Downloads are given up.
-    void dropEarlierReplies();
-    /// Gives up the downloads that are not complete; nothing of them stays and none tells more.
-    void abortDownloads();
+    /// Ends all that was asked for but cancels and removals: no signal comes of it any more,
+    /// uploads and downloads are aborted and leave nothing on the disk. A job that the service
+    /// accepts all the same, since it had the whole request already, is cancelled when its number
+    /// comes, and an upload of it removed.
+    void abort();
 
-    /// removeUploaded() without waiting for the answer.
-    void removeUploadedSoon(const QString &fileName);
-
-    /// Both wait in a local event loop without a time limit: the caller must expect that its own
-    /// object may be gone afterwards.
-    void removeUploaded(const QString &fileName);
-    /// The files that may still be processed today; -1 when the service does not tell.
-    [[nodiscard]] int processedFilesRemains(const QString &hash);
+    /// Asks the service to delete an uploaded file. The answer is only logged.
+    void requestRemoval(const QString &fileName);
+    /// requestRemoval() that waits for the answer in a local event loop, at most for the timeout if
+    /// there is one and while the context lives: the caller must expect that its own object may be
+    /// gone afterwards.
+    void removeUploaded(const QString &fileName, const QObject *context,
+                        std::optional<std::chrono::milliseconds> timeout = {});
+    /// The files that may still be processed today; -1 when the service does not say. Waits in the
+    /// same way.
+    [[nodiscard]] int processedFilesRemains(const QString &hash, const QObject *context);
 
     /// Why the last uploadFile() sent nothing; empty when it did.
     [[nodiscard]] const QString &errorText() const { return m_errorText; }
@@ -90,13 +94,14 @@ private:
     static const JobTexts repeatTexts;
     static const JobTexts demoTexts;
 
-    [[nodiscard]] QUrl url(const char *path) const;
     QNetworkReply *post(const char *path, const FormFields &fields);
     void ignoreSslErrorsOfCurrent();
 
     void reportUpload(qint64 sent, qint64 total);
-    void expectJob(QNetworkReply *reply, const JobTexts &texts, const FrozenFile *source = nullptr);
+    void expectJob(QNetworkReply *reply, const JobTexts &texts);
     void jobAnswered(const JobTexts &texts, const TextAnswer &answer);
+    void unwantedJobAnswered(const JobTexts &texts, const TextAnswer &answer,
+                             const QString &uploadedFile);
     void remainsAnswered(const TextAnswer &answer);
     void askForResults(int songId, const QList<FetchTarget> &targets);
     void fetchResults(const TextAnswer &answer, const QList<FetchTarget> &targets);
@@ -105,7 +110,7 @@ private:
     ProgramData &m_store;
     QString m_errorText;
     QNetworkAccessManager *const m_network;
-    std::unique_ptr<QObject> m_run; ///< replies reach their handlers while it lives
-    std::unique_ptr<QObject> m_downloads; ///< the same for the request of the results' locations
     QPointer<QNetworkReply> m_currentReply;
+    QPointer<FrozenFile> m_source; ///< of the upload that is being sent
+    std::unique_ptr<QObject> m_requests; ///< whose death is the end of what was asked for
 };

@@ -6,9 +6,8 @@
 #include <QEventLoop>
 #include <QNetworkReply>
 #include <QPointer>
+#include <QTimer>
 #include <QUrlQuery>
-
-#include <memory>
 
 namespace {
 
@@ -36,23 +35,31 @@ QString escaped(QString value)
 class TextCollector final : public QObject
 {
 public:
-    TextCollector(QNetworkReply *reply, qint64 mostBytes,
+    TextCollector(QNetworkReply *reply, const QObject *context, qint64 maxBytes,
                   std::function<void(const TextAnswer &)> handler)
         : QObject(reply)
         , m_reply(reply)
-        , m_mostBytes(mostBytes)
+        , m_maxBytes(maxBytes)
         , m_handler(std::move(handler))
     {
-        reply->setReadBufferSize(m_mostBytes);
+        reply->setReadBufferSize(m_maxBytes);
         connect(reply, &QNetworkReply::readyRead, this, &TextCollector::read);
         connect(reply, &QNetworkReply::finished, this, &TextCollector::finish);
+        connect(context, &QObject::destroyed, this, &TextCollector::abort);
     }
 
 private:
+    void abort()
+    {
+        m_reply->disconnect(this);
+        m_reply->abort();
+        m_reply->deleteLater();
+    }
+
     void read()
     {
-        m_body += m_reply->read(m_mostBytes - m_body.size());
-        if (m_body.size() < m_mostBytes)
+        m_body += m_reply->read(m_maxBytes - m_body.size());
+        if (m_body.size() < m_maxBytes)
             return;
         // The rest is not even fetched.
         m_isCut = true;
@@ -62,7 +69,7 @@ private:
     void finish()
     {
         if (!m_isCut && m_reply->isOpen())
-            m_body += m_reply->read(m_mostBytes - m_body.size());
+            m_body += m_reply->read(m_maxBytes - m_body.size());
         // After a cut the reply reports the abort, which is not what the service said.
         const QString error = m_isCut ? statusText(*m_reply) : failureText(*m_reply);
         m_reply->deleteLater();
@@ -72,7 +79,7 @@ private:
     }
 
     QNetworkReply *const m_reply;
-    const qint64 m_mostBytes;
+    const qint64 m_maxBytes;
     std::function<void(const TextAnswer &)> m_handler;
     QByteArray m_body;
     bool m_isCut = false;
@@ -131,34 +138,31 @@ QString failureText(const QNetworkReply &reply)
 }
 
 void collectText(QNetworkReply *reply, QObject *context,
-                 std::function<void(const TextAnswer &)> handler, qint64 mostBytes)
+                 std::function<void(const TextAnswer &)> handler, qint64 maxBytes)
 {
-    new TextCollector(reply, mostBytes,
-                      [guard = QPointer<QObject>(context),
-                       handler = std::move(handler)](const TextAnswer &answer) {
-                          if (guard)
-                              handler(answer);
-                      });
+    new TextCollector(reply, context, maxBytes, std::move(handler));
 }
 
-bool waitForFinished(QNetworkReply *reply)
+bool waitForFinished(QNetworkReply *reply, const QObject *context,
+                     std::optional<std::chrono::milliseconds> timeout)
 {
-    QPointer<QNetworkReply> guard(reply);
+    const QPointer<QNetworkReply> guard(reply);
     QEventLoop loop;
     QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
     QObject::connect(reply, &QObject::destroyed, &loop, &QEventLoop::quit);
+    QObject::connect(context, &QObject::destroyed, &loop, &QEventLoop::quit);
+    if (timeout)
+        QTimer::singleShot(*timeout, &loop, &QEventLoop::quit);
     if (!reply->isFinished())
         loop.exec();
     return guard && guard->isFinished();
 }
 
-TextAnswer waitForText(QNetworkReply *reply)
+TextAnswer waitForText(QNetworkReply *reply, const QObject *context)
 {
     TextAnswer answer{TextReply::tr("The request was interrupted."), {}};
-    QPointer<QNetworkReply> guard(reply);
-    QObject context;
-    collectText(reply, &context, [&answer](const TextAnswer &received) { answer = received; });
-    if (!waitForFinished(reply) && guard)
-        guard->deleteLater();
+    QObject waiting; // whose end aborts the reply
+    collectText(reply, &waiting, [&answer](const TextAnswer &received) { answer = received; });
+    waitForFinished(reply, context);
     return answer;
 }

@@ -7,7 +7,9 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <functional>
+#include <optional>
 #include <utility>
 
 class QNetworkReply;
@@ -22,7 +24,7 @@ struct TextAnswer
 };
 
 /// More than any short answer of the service has.
-inline constexpr qint64 mostTextBytes = 0x10000;
+inline constexpr qint64 maxTextBytes = 0x10000;
 
 using FormFields = QList<std::pair<QString, QString>>;
 
@@ -43,15 +45,17 @@ using FormFields = QList<std::pair<QString, QString>>;
 [[nodiscard]] QString failureText(const QNetworkReply &reply);
 
 /// Reads a reply while it arrives, at most so many bytes of it, then calls the handler once, on
-/// this thread. The handler is not called when the context or the reply dies first. The reply
-/// deletes itself after it.
+/// this thread. When the context dies first, the reply is aborted and the handler is not called.
+/// The reply deletes itself in both cases.
 void collectText(QNetworkReply *reply, QObject *context,
-                 std::function<void(const TextAnswer &)> handler, qint64 mostBytes = mostTextBytes);
+                 std::function<void(const TextAnswer &)> handler, qint64 maxBytes = maxTextBytes);
 
-/// Waits in a local event loop, without a time limit, until the reply has finished or is gone or
-/// the program quits, which are failures. True: finished. The reply stays the caller's.
-[[nodiscard]] bool waitForFinished(QNetworkReply *reply);
+/// Waits in a local event loop until the reply has finished: true. False when before that the reply
+/// or the context is gone, the timeout has passed or the program quits; the reply then goes on.
+bool waitForFinished(QNetworkReply *reply, const QObject *context,
+                     std::optional<std::chrono::milliseconds> timeout = {});
 
-/// collectText() for a caller that waits, in the same way. The caller must expect that its own
-/// object may be gone afterwards.
-[[nodiscard]] TextAnswer waitForText(QNetworkReply *reply);
+/// collectText() for a caller that waits in a local event loop, without a time limit. The end of
+/// the context or of the program is a failure and aborts the reply. The caller must expect that its
+/// own object may be gone afterwards.
+[[nodiscard]] TextAnswer waitForText(QNetworkReply *reply, const QObject *context);

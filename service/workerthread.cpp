@@ -9,7 +9,6 @@ WorkerThread::~WorkerThread()
 
 void WorkerThread::stop()
 {
-    ++m_run;
     if (m_worker)
         m_worker->deleteLater();
     m_worker = nullptr;

@@ -21,10 +21,11 @@ public:
 
     /// Replaces the current worker. `entry` runs in the new thread as soon as it starts; `slot` of
     /// `receiver`, which must outlive this object, runs in this object's thread when the worker
-    /// emits `done`, and may start the next worker.
-    template <typename Worker, typename Receiver>
-    void start(std::unique_ptr<Worker> worker, void (Worker::*entry)(), void (Worker::*done)(),
-               Receiver *receiver, void (Receiver::*slot)());
+    /// emits `done`, and may start the next worker or destroy this object.
+    template <typename Worker, typename Receiver, typename... Values>
+    void start(std::unique_ptr<Worker> worker, void (Worker::*entry)(),
+               void (Worker::*done)(Values...), Receiver *receiver,
+               void (Receiver::*slot)(Values...));
 
     /// Disposes of the worker and ends its thread; does nothing when there is none.
     void stop();
@@ -32,21 +33,19 @@ public:
 private:
     void launch();
 
-    std::unique_ptr<QThread> m_thread;
+    std::unique_ptr<QThread> m_thread; ///< what its worker has sent is dropped with it
     QObject *m_worker = nullptr; ///< deleted by its own thread
-    quint64 m_run = 0; ///< tells the current worker from all earlier ones
 };
 
-template <typename Worker, typename Receiver>
+template <typename Worker, typename Receiver, typename... Values>
 void WorkerThread::start(std::unique_ptr<Worker> worker, void (Worker::*entry)(),
-                         void (Worker::*done)(), Receiver *receiver, void (Receiver::*slot)())
+                         void (Worker::*done)(Values...), Receiver *receiver,
+                         void (Receiver::*slot)(Values...))
 {
     stop();
     m_thread = std::make_unique<QThread>();
-    connect(worker.get(), done, this, [this, receiver, slot, run = m_run] {
-        if (run == m_run)
-            (receiver->*slot)();
-    });
+    connect(worker.get(), done, m_thread.get(),
+            [receiver, slot](Values... values) { (receiver->*slot)(values...); });
     connect(m_thread.get(), &QThread::started, worker.get(), entry);
     m_worker = worker.release();
     launch();

@@ -4,7 +4,7 @@
 
 #include "base/guiscale.h"
 #include "base/programdata.h"
-#include "base/saveortell.h"
+#include "base/savesettings.h"
 #include "settings/siblingprograms.h"
 
 #include <QDebug>
@@ -63,12 +63,17 @@ void Settings::openWindow()
 {
     qInfo() << "Settings::openWindow";
     m_store.settings().sync();
-    loadProgramSettings();
-    applyScale(usableGuiScale(m_store.guiScale()));
-    emit setProgramSettings(QVariant(m_programSettings));
+    showStoredSettings();
     show();
     raise();
     emit loaded();
+}
+
+void Settings::showStoredSettings()
+{
+    loadProgramSettings();
+    applyScale(usableGuiScale(m_store.guiScale()));
+    emit setProgramSettings(QVariant(m_programSettings));
 }
 
 void Settings::loadProgramSettings()
@@ -78,23 +83,22 @@ void Settings::loadProgramSettings()
 
 QVariantMap Settings::storedSettings() const
 {
-    return {
-        {QStringLiteral("default_path_open"), m_store.defaultPathOpen()},
-        {QStringLiteral("default_path_save"), m_store.defaultPathSave()},
-        {QStringLiteral("default_video_format"), m_store.defaultVideoFormat()},
-        {QStringLiteral("default_audio_format"), m_store.defaultAudioFormat()},
-        {QStringLiteral("default_instrument"), m_store.defaultInstrument()},
-        {QStringLiteral("default_video_player"), m_store.defaultVideoPlayer()},
-        {QStringLiteral("default_audio_player"), m_store.defaultAudioPlayer()},
-    };
+    using namespace SettingsKeys;
+    return {{openFolder.name, m_store.defaultPathOpen()},
+            {saveFolder.name, m_store.defaultPathSave()},
+            {videoFormat.name, m_store.defaultVideoFormat()},
+            {audioFormat.name, m_store.defaultAudioFormat()},
+            {instrument.name, m_store.defaultInstrument()},
+            {videoPlayer.name, m_store.defaultVideoPlayer()},
+            {audioPlayer.name, m_store.defaultAudioPlayer()}};
 }
 
 void Settings::saveScf(double scf)
 {
     qInfo() << "Settings::saveScf" << scf;
-    m_store.settings().setValue("settings_gui_scale", scf);
     applyScale(usableGuiScale(scf));
-    saveOrTell(m_store);
+    if (!saveOrShowError(m_store, {{SettingsKeys::guiScale.name, scf}}))
+        applyScale(usableGuiScale(m_store.guiScale()));
 }
 
 void Settings::cancel()
@@ -111,14 +115,11 @@ void Settings::windowClosed()
 void Settings::defaultSettings()
 {
     qInfo() << "Settings::defaultSettings";
-    for (const char *key : {"default_path_open", "default_path_save", "default_video_format",
-                            "default_audio_format", "default_instrument", "default_video_player",
-                            "default_audio_player", "settings_gui_scale"})
-        m_store.settings().remove(QLatin1String(key));
-    loadProgramSettings();
-    emit setProgramSettings(QVariant(m_programSettings));
-    applyScale(usableGuiScale(m_store.guiScale()));
-    saveOrTell(m_store);
+    QVariantMap removed{{SettingsKeys::guiScale.name, {}}};
+    for (const SettingsKey &key : SettingsKeys::edited)
+        removed.insert(key.name, {});
+    saveOrShowError(m_store, removed);
+    showStoredSettings();
 }
 
 void Settings::save(const QVariant &values)
@@ -126,13 +127,15 @@ void Settings::save(const QVariant &values)
     qInfo() << "Settings::save";
     m_store.settings().sync();
     const QVariantMap stored = storedSettings();
+    QVariantMap changes;
     const QVariantMap map = mapFromView(values);
     for (auto entry = map.begin(); entry != map.end(); ++entry) {
         const QString &key = entry.key();
         if (isToStore(entry->toString(), m_programSettings.value(key), stored.value(key)))
-            m_store.settings().setValue(key, entry.value());
+            changes.insert(key, entry.value());
     }
-    if (saveOrTell(m_store))
+    // Otherwise what was typed stays on the screen. A first session could never save it.
+    if (saveOrShowError(m_store, changes) || m_store.isFirstSession())
         closeWindow();
 }
 
@@ -181,6 +184,5 @@ void Settings::checkPathIsExisted(QString key, const QString &field)
         emit resetOpening(field);
         return;
     }
-    m_store.settings().setValue(key, path);
-    saveOrTell(m_store);
+    saveOrShowError(m_store, {{key, path}});
 }

@@ -56,6 +56,7 @@ private:
     void connectRoot();
     [[nodiscard]] QString findNewest(const QString &key) const;
     [[nodiscard]] QVariantMap storedSettings() const;
+    void showStoredSettings();
 
     ProgramData &m_store;
     const FileDialogs m_dialogs;

@@ -105,7 +105,7 @@ private slots:
         else if (gone == "client")
             m_client.reset();
         else
-            m_client->abandon();
+            m_client->abort();
         m_fixture->server.release();
         // A later request's answer comes after the one that must not be heard.
         m_fixture->server.on(m_path, {Answer::text("2")});

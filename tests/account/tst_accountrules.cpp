@@ -47,15 +47,15 @@ private slots:
     void typedTexts_data()
     {
         const Rows<QString, bool> add;
-        add("e-mail", problemWithEmail(" a+b@host "), true);
-        add("e-mail without a host", problemWithEmail("a@"), false);
-        add("two e-mails", problemWithEmail("a@b c@d"), false);
-        add("old short password", problemWithPassword("x"), true);
-        add("no password", problemWithPassword(""), false);
-        add("new password of blanks", problemWithNewPassword("        "), true);
-        add("new short password", problemWithNewPassword("1234567"), false);
-        add("name of blanks", problemWithName("  "), false);
-        add("code", problemWithCode("a1"), true);
+        add("e-mail", validateEmail(" a+b@host "), true);
+        add("e-mail without a host", validateEmail("a@"), false);
+        add("two e-mails", validateEmail("a@b c@d"), false);
+        add("old short password", validatePassword("x"), true);
+        add("no password", validatePassword(""), false);
+        add("new password of blanks", validateNewPassword("        "), true);
+        add("new short password", validateNewPassword("1234567"), false);
+        add("name of blanks", validateName("  "), false);
+        add("code", validateCode("a1"), true);
     }
 
     void typedTexts()

@@ -80,7 +80,7 @@ private slots:
         QCOMPARE(in.size() == 1, isSignedIn);
         QCOMPARE(runMode(m_fixture->store->user()), mode);
         TekoServer client(*m_fixture->store);
-        QCOMPARE(isDailyLimitReached(client.processedFilesRemains("h")), isLimitReached);
+        QCOMPARE(isDailyLimitReached(client.processedFilesRemains("h", this)), isLimitReached);
 
         MyAccount window(*m_fixture->store);
         QSignalSpy closed(&window, &MyAccount::showParent);

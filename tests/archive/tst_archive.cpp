@@ -34,7 +34,7 @@ QByteArray record(const QByteArray &name, const QByteArray &extension,
 
 } // namespace
 
-/// The archive's windows with their real views, the scripted service and the stand-in ffmpeg.
+/// The archive's windows with their real views, the scripted service and the fake ffmpeg.
 class TestArchive : public TestCase
 {
     Q_OBJECT
@@ -43,7 +43,7 @@ private slots:
     void init()
     {
         TestCase::init();
-        qunsetenv("STANDIN_DO");
+        qunsetenv("FAKE_DO");
         m_service = std::make_unique<ScriptedService>();
         UserRecord user;
         user.hash = "h+%";
@@ -193,7 +193,7 @@ private slots:
         const auto [format, key, isInPlayer] = fetchRow<QString, QString, bool>();
         const QString target = writeFile(m_service->path("Save/vocals - Song." + format));
         const QString log = m_service->path("played");
-        qputenv("STANDIN_LOG", QFile::encodeName(log));
+        qputenv("FAKE_LOG", QFile::encodeName(log));
         set(key, "Song Trimlet");
         set("SongTrimlet", QCoreApplication::applicationDirPath() + "/ffmpeg.exe");
         m_window->openWindow();
@@ -227,7 +227,7 @@ private slots:
         if (!before.isEmpty())
             writeFile(m_service->path("Save/vocals - Song." + before), "stored");
         m_window->openWindow();
-        qputenv("STANDIN_DO", behaviour.toLatin1());
+        qputenv("FAKE_DO", behaviour.toLatin1());
         m_window->operateFile(0, false, "flac");
         QTRY_VERIFY(!handler()->isVisible());
         QCOMPARE(messages.texts(),

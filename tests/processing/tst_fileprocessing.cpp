@@ -16,7 +16,7 @@
 
 using Answer = ScriptedAnswer;
 
-/// The processing window with its real view, the scripted service and the stand-in ffmpeg.
+/// The processing window with its real view, the scripted service and the fake ffmpeg.
 class TestFileProcessing : public TestCase
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ private slots:
     void init()
     {
         TestCase::init();
-        qunsetenv("STANDIN_DO");
+        qunsetenv("FAKE_DO");
         m_service = std::make_unique<ScriptedService>();
         set("default_instrument", "Vocals");
         set("default_audio_format", "WAV");
@@ -310,7 +310,7 @@ private slots:
         RecordedMessages messages;
         set("default_audio_format", "MP3");
         m_window->openWindow(source(file));
-        qputenv("STANDIN_DO", behaviour.toLatin1());
+        qputenv("FAKE_DO", behaviour.toLatin1());
         m_window->startProcess();
         QTRY_COMPARE(messages.texts().size(), 1);
         QVERIFY(isLike(messages.texts().constFirst(), message));

@@ -12,17 +12,16 @@
 {
     const QString length = QString::number(seconds);
     QStringList arguments{"-v", "error", "-nostdin", "-y"};
-    if (path.endsWith("mp4"))
+    const auto addInput = [&](const QString &filter) {
         arguments << "-f"
                   << "lavfi"
-                  << "-i"
-                  << "testsrc=size=160x120:rate=15:duration=" + length;
-    arguments
-        << "-f"
-        << "lavfi"
-        << "-i"
-        << "aevalsrc=0.4*sin(440*2*PI*t)+0.1*random(0)|0.4*sin(110*2*PI*t)+0.1*random(1):s=44100:d="
-            + length;
+                  << "-i" << filter;
+    };
+    if (path.endsWith("mp4") || path.endsWith("mkv") || path.endsWith("wmv"))
+        addInput("testsrc=size=160x120:rate=15:duration=" + length);
+    addInput("aevalsrc=0.4*sin(440*2*PI*t)+0.1*random(0)|0.4*sin(110*2*PI*t)+0.1*random(1)"
+             ":s=44100:d="
+             + length);
     return QProcess::execute("ffmpeg", arguments << "-shortest" << path) == 0;
 }
 

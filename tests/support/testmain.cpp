@@ -36,12 +36,41 @@ bool isLike(const QString &text, const QString &pattern)
         .hasMatch();
 }
 
-int runTest(int argc, char **argv, const std::function<QObject *()> &make)
+namespace {
+
+struct Test
+{
+    QByteArray name;
+    QObject *(*make)();
+};
+
+QList<Test> &tests()
+{
+    static QList<Test> list;
+    return list;
+}
+
+} // namespace
+
+int registerTest(const char *name, QObject *(*make)())
+{
+    tests().append({name, make});
+    return int(tests().size());
+}
+
+int main(int argc, char **argv)
 {
     const ScratchHome home;
     QCoreApplication::setOrganizationName(QStringLiteral("Dravo Software"));
     QCoreApplication::setApplicationName(QStringLiteral("TEKO"));
-    QApplication app(argc, argv);
-    const std::unique_ptr<QObject> test(make());
-    return QTest::qExec(test.get(), argc, argv);
+    const QApplication app(argc, argv);
+    const QByteArray wanted = qgetenv("TEKO_TEST_CLASS");
+    int failures = 0;
+    for (const Test &test : std::as_const(tests())) {
+        if (!wanted.isEmpty() && wanted != test.name)
+            continue;
+        const std::unique_ptr<QObject> object(test.make());
+        failures += QTest::qExec(object.get(), argc, argv);
+    }
+    return failures;
 }

@@ -5,8 +5,6 @@
 #include <QObject>
 #include <QTemporaryDir>
 
-#include <functional>
-
 /// A home folder of the test's own: nothing that a test runs reads or writes the user's files.
 /// Must be made before the application object.
 class ScratchHome
@@ -32,11 +30,11 @@ protected slots:
 /// Whether a text is like a pattern in which '*' stands for anything.
 [[nodiscard]] bool isLike(const QString &text, const QString &pattern);
 
-/// Runs one test object in a QApplication named like the program, in a scratch home folder.
-int runTest(int argc, char **argv, const std::function<QObject *()> &make);
+/// Puts a test class on the list of those that its program runs, one after the other, in a
+/// QApplication named like the program and in a scratch home. With TEKO_TEST_CLASS in the
+/// environment only the class of that name runs.
+int registerTest(const char *name, QObject *(*make)());
 
-#define TEKO_TEST_MAIN(TestClass)                                                                  \
-    int main(int argc, char **argv)                                                                \
-    {                                                                                              \
-        return runTest(argc, argv, [] { return new TestClass; });                                  \
-    }
+#define TEKO_TEST(TestClass)                                                                       \
+    static const int registered =                                                                  \
+        registerTest(#TestClass, []() -> QObject * { return new TestClass; });

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-// Takes ffmpeg's place in tests. STANDIN_LOG names a file that gets the arguments of each run as
-// one JSON array a line; STANDIN_DO says what to do, see behaviours() below.
+// Takes ffmpeg's place in tests. FAKE_LOG names a file that gets the arguments of each run as
+// one JSON array a line; FAKE_DO says what to do, see behaviours() below.
 #include <QByteArray>
 #include <QFile>
 #include <QJsonArray>
@@ -30,7 +30,7 @@ QStringList argumentList(int argc, char **argv)
 
 void record(const QStringList &arguments)
 {
-    QFile log(qEnvironmentVariable("STANDIN_LOG"));
+    QFile log(qEnvironmentVariable("FAKE_LOG"));
     if (log.open(QIODevice::Append))
         log.write(
             QJsonDocument(QJsonArray::fromStringList(arguments)).toJson(QJsonDocument::Compact)
@@ -122,7 +122,7 @@ int main(int argc, char **argv)
     if (arguments.isEmpty())
         return 1;
     const QString output = arguments.last();
-    const QByteArray wanted = qgetenv("STANDIN_DO");
+    const QByteArray wanted = qgetenv("FAKE_DO");
     const bool mayOverwrite = arguments.contains(QStringLiteral("-y"));
     if (wanted.isEmpty() && !mayOverwrite && QFile::exists(output))
         return 1;

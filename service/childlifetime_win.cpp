@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "service/childleash.h"
+#include "service/childlifetime.h"
 
 #include <QProcess>
 
@@ -34,7 +34,7 @@ void join(void *job, qint64 processId)
 
 } // namespace
 
-void leashChild(QProcess &process)
+void bindLifetimeToParent(QProcess &process)
 {
     process.setCreateProcessArgumentsModifier(
         [](QProcess::CreateProcessArguments *arguments) { arguments->flags |= CREATE_NO_WINDOW; });

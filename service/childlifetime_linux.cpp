@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "service/childleash.h"
+#include "service/childlifetime.h"
 
 #include <QProcess>
 
@@ -9,7 +9,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
-void leashChild(QProcess &process)
+void bindLifetimeToParent(QProcess &process)
 {
     process.setChildProcessModifier([parent = getpid()] {
         prctl(PR_SET_PDEATHSIG, SIGKILL);

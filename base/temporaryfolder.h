@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QLockFile>
+#include <QString>
+
+/// The folder for temporary files, which all running programs of this user share. While this object
+/// lives, the others know that somebody works in the folder.
+class TemporaryFolder final
+{
+public:
+    /// An empty path stands for a folder that is not available.
+    explicit TemporaryFolder(const QString &path);
+
+    /// Ends the work in the folder and removes its files, unless another program still works there.
+    /// Folders in it stay; what cannot be removed is left.
+    void clear();
+
+private:
+    [[nodiscard]] bool isUsedByOthers() const;
+
+    const QString m_path;
+    QLockFile m_lock;
+};

@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "results/resultnames.h"
+#include "service/workerthread.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+class ConvertingFile;
+class PictureProbe;
+class TekoServer;
+struct UserRecord;
+
+/// The file that the user chose, as far as it is prepared. Lasts for several runs.
+struct Source
+{
+    QString path; ///< the user's own file
+    QString wavPath; ///< made of it in the temporary folder; empty before the first run
+    bool isUploaded = false; ///< the service has acknowledged the WAV file
+    std::optional<bool> hasPicture; ///< not known before it was looked at
+
+    [[nodiscard]] QString name() const; ///< without folder and last suffix
+    [[nodiscard]] bool hasWav() const;
+    /// Deletes the WAV file here. Returns the name that the service may have it under; empty when
+    /// there was none.
+    [[nodiscard]] QString discardWav();
+};
+
+/// One run of a source, from "PROCESS" to its results. Destroying it is the only way to end it, for
+/// whatever reason: the conversion stops, requests are aborted, downloads that were not converted
+/// are removed, and so is a WAV file that the service never acknowledged. GUI thread only.
+class ProcessingRun final
+{
+public:
+    /// Server and source must outlive the run. The format's extension is in lower case.
+    ProcessingRun(TekoServer &server, Source &source, const QString &instrument,
+                  const QString &extension);
+    ~ProcessingRun();
+    Q_DISABLE_COPY_MOVE(ProcessingRun)
+
+    [[nodiscard]] const QString &instrument() const { return m_instrument; }
+    [[nodiscard]] const QString &extension() const { return m_extension; }
+    /// The service's number of the job; 0 before it is known.
+    [[nodiscard]] int songId() const { return m_songId; }
+    void setSongId(int id) { m_songId = id; }
+
+    /// Where the workers below run.
+    [[nodiscard]] WorkerThread &worker() { return m_worker; }
+    /// Picks a name for the WAV file in a folder. Returns whether that is all that can be done
+    /// here: the source was copied, or is no file that could be converted. The missing file tells
+    /// of a failure.
+    [[nodiscard]] bool prepareWithoutConverting(const QString &folder);
+    [[nodiscard]] std::unique_ptr<ConvertingFile> uploadConverter() const;
+    [[nodiscard]] std::unique_ptr<PictureProbe> pictureProbe() const;
+    /// Makes a result of its download, which must be one of the results.
+    [[nodiscard]] std::unique_ptr<ConvertingFile> finalConverter(const QString &result) const;
+
+    /// Whether the result is to have a picture and the source, a film by its name, has none:
+    /// nothing while that is not known.
+    [[nodiscard]] std::optional<bool> lacksPicture() const;
+
+    /// Uploads the WAV file, or has the service process again the one that it holds. Returns why
+    /// nothing could be sent, or empty.
+    [[nodiscard]] QString send(const UserRecord &user);
+
+    /// Picks the results' names in a folder, once the service has them ready.
+    void chooseResults(const QString &folder);
+    /// The final paths; empty before chooseResults().
+    [[nodiscard]] const ResultPaths &results() const { return m_results; }
+    [[nodiscard]] bool areResultsReady() const { return m_results != ResultPaths(); }
+
+    /// Takes the percentage of a download, the first or the second. True when with it both have
+    /// come to 100, which is reported once.
+    [[nodiscard]] bool completesDownloads(bool isSecond, double percent);
+
+    /// Gives downloads their final names as they are. Returns the result that could not be saved,
+    /// or empty.
+    [[nodiscard]] QString moveDownloads() const;
+    /// The first result that is missing; empty when both are there.
+    [[nodiscard]] QString missingResult() const;
+    /// Saves as WAV files what the service delivered and could not be converted. Returns their
+    /// paths.
+    [[nodiscard]] QStringList saveUnconverted() const;
+
+private:
+    TekoServer &m_server;
+    Source &m_source;
+    const QString m_instrument;
+    const QString m_extension;
+    int m_songId = 0;
+    std::atomic<int> m_cancelState = 0; ///< 1 stops the worker
+    WorkerThread m_worker;
+    ResultPaths m_results;
+    double m_percents[2] = {0, 0};
+};

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QObject>
+#include <QQmlEngine>
+#include <QStringList>
+
+/// The words that the views share with the rest of the program and with the processing service.
+class Vocabulary final : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(QString none READ none CONSTANT)
+    Q_PROPERTY(QStringList audioFormats READ audioFormats CONSTANT)
+    Q_PROPERTY(QStringList allFormats READ allFormats CONSTANT)
+
+public:
+    using QObject::QObject;
+
+    /// Stands for no choice.
+    [[nodiscard]] QString none() const;
+    [[nodiscard]] QStringList audioFormats() const;
+    /// Those with a picture first.
+    [[nodiscard]] QStringList allFormats() const;
+
+    /// Whether that layer of the processing window shows a run going on.
+    Q_INVOKABLE [[nodiscard]] bool isBusy(const QString &layer) const;
+    /// In upper or lower case, which the archive uses.
+    Q_INVOKABLE [[nodiscard]] bool isAudio(const QString &format) const;
+};
