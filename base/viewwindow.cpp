@@ -5,10 +5,8 @@
 #include "base/windowplace.h"
 
 #include <QCloseEvent>
-#include <QMouseEvent>
 #include <QQmlError>
 #include <QQuickItem>
-#include <QQuickWindow>
 #include <QScreen>
 
 ViewWindow::ViewWindow(const QString &title, const QUrl &view, QSize baseSize, Sizing sizing)
@@ -85,20 +83,6 @@ void ViewWindow::showEvent(QShowEvent *event)
         move(placeOver(m_home->frameGeometry(), whole, m_home->screen()->availableGeometry()));
     }
     QQuickWidget::showEvent(event);
-}
-
-void ViewWindow::mousePressEvent(QMouseEvent *event)
-{
-    QQuickWidget::mousePressEvent(event);
-    m_pressedItem = quickWindow()->mouseGrabberItem();
-}
-
-void ViewWindow::mouseDoubleClickEvent(QMouseEvent *event)
-{
-    QQuickWidget::mouseDoubleClickEvent(event);
-    QQuickItem *item = quickWindow()->mouseGrabberItem();
-    if (item && item != m_pressedItem)
-        item->ungrabMouse();
 }
 
 void ViewWindow::closeEvent(QCloseEvent *event)

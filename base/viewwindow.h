@@ -9,8 +9,7 @@
 class QQuickItem;
 
 /// A top-level window that hosts one view from the resources: what all window controllers share.
-/// Loading a view that has errors is a programming mistake and ends the process. When the view
-/// changes under the mouse, the second half of a double click is ignored.
+/// Loading a view that has errors is a programming mistake and ends the process.
 class ViewWindow : public QQuickWidget
 {
     Q_OBJECT
@@ -46,8 +45,6 @@ protected:
     virtual void windowClosed() = 0;
 
     void showEvent(QShowEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
@@ -56,5 +53,4 @@ private:
     const QSize m_baseSize;
     const Sizing m_sizing;
     QPointer<QWindow> m_home;
-    QPointer<QQuickItem> m_pressedItem; ///< took the last press
 };

@@ -4,7 +4,8 @@ import QtQuick
 import QtQuick.Templates as T
 import qml
 
-/// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus.
+/// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus. Like all of Qt's buttons, and
+/// unlike a MouseArea, it ignores the second half of a double click.
 T.AbstractButton {
     id: btn
 
@@ -25,9 +26,6 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.tooltip !== "" ? btn.tooltip : btn.label !== "" ? btn.label.replace("\n", " ") : btn.iconName
-    // Half a double click: the first half has done it already.
-    onDoubleClicked: {
-    }
 
     states: [
         State {

@@ -23,9 +23,6 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.text
-    // Half a double click: the first half has done it already.
-    onDoubleClicked: {
-    }
     Keys.onReturnPressed: btn.clicked()
     Keys.onEnterPressed: btn.clicked()
     // Qt leaves the keyboard with an item that is hidden.

@@ -140,7 +140,8 @@ private slots:
     {
         const auto [record, files, instrument, mix, isVideo] =
             fetchRow<ArchiveRecord, QStringList, QString, QString, bool>();
-        const QVariantMap row = archiveRow(record, archivePaths("S", record, record.extension), true, only(files));
+        const QVariantMap row =
+            archiveRow(record, archivePaths("S", record, record.extension), true, only(files));
         QCOMPARE(row.value("btnInstrument").toString(), instrument);
         QCOMPARE(row.value("btnMix").toString(), mix);
         QCOMPARE(row.value("isVideo").toBool(), isVideo);

@@ -190,7 +190,7 @@ private slots:
     void sendsUploadsOnce()
     {
         const auto [answer, event] = fetchRow<ScriptedAnswer, QString>();
-        server().on(m_home->proceed, {answer, Answer::text("1")});
+        server().on(Installation::proceed, {answer, Answer::text("1")});
         upload(writeFile(m_home->path("in/song.wav"), QByteArray(4'000'000, 'x')));
         QTRY_VERIFY(!m_events.last().startsWith("upload"));
         QCOMPARE(m_events.last(), event);
@@ -217,7 +217,7 @@ private slots:
 
     void keepsLittleOfAHugeReply()
     {
-        server().on(m_home->remains, {Answer::text(QByteArray(50'000'000, 'x'))});
+        server().on(Installation::remains, {Answer::text(QByteArray(50'000'000, 'x'))});
         m_client->remains(1);
         QTRY_COMPARE(m_events.size(), 1);
         QVERIFY(m_events[0].size() < 2000);
@@ -235,12 +235,12 @@ private slots:
         QFETCH(QString, name);
         server().on("/a", {Answer::text(QByteArray(100'000, 'x')).inPieces(100)});
         server().on("/b", {Answer::never()});
-        server().on(m_home->remains, {Answer::text("1").held()});
+        server().on(Installation::remains, {Answer::text("1").held()});
         m_client->downloadBoth(5, m_home->path("Save/1.wav"), m_home->path("Save/2.wav"), -1);
         m_client->remains(5);
         upload(writeFile(m_home->path("in/song.wav"), QByteArray(80'000'000, 'x')));
         QTRY_VERIFY(m_events.filter("upload").size() > 1 && m_events.filter("first").size() > 0);
-        QTRY_COMPARE(server().requests(m_home->remains).size(), 1);
+        QTRY_COMPARE(server().requests(Installation::remains).size(), 1);
         const QStringList before = m_events;
         if (name == "by its own end")
             m_client.reset();
@@ -252,7 +252,7 @@ private slots:
         QCOMPARE(other.processedFilesRemains("h", this), 5);
         QCOMPARE(m_events, before);
         QTRY_COMPARE(m_home->saved(), QStringList());
-        QVERIFY(server().requests(m_home->proceed).isEmpty());
+        QVERIFY(server().requests(Installation::proceed).isEmpty());
         QVERIFY(QFile::remove(m_home->path("in/song.wav")));
     }
 
@@ -277,10 +277,11 @@ private slots:
         m_events.clear();
         m_client->abort();
         server().release();
-        QTRY_COMPARE(server().requests(m_home->cancel).size(), cancels ? 1 : 0);
+        QTRY_COMPARE(server().requests(Installation::cancel).size(), cancels ? 1 : 0);
         QCOMPARE(m_client->processedFilesRemains("h", this), 5);
-        QCOMPARE(server().requests(m_home->cancel).value(0).field("songID"), cancels ? "9" : "");
-        QTRY_COMPARE(server().requests(m_home->removal).value(0).field("fileName"),
+        QCOMPARE(server().requests(Installation::cancel).value(0).field("songID"),
+                 cancels ? "9" : "");
+        QTRY_COMPARE(server().requests(Installation::removal).value(0).field("fileName"),
                      name == "proceed" ? "AB.wav" : "");
         QCOMPARE(m_events, QStringList());
     }
@@ -315,7 +316,7 @@ private slots:
         server().on("/a", {answer});
         server().on("/moved", {Answer::text("sound")});
         if (!urls.isEmpty())
-            server().on(m_home->download, {Answer::text(urls)});
+            server().on(Installation::download, {Answer::text(urls)});
         writeFile(m_home->path("Save/1.wav"), "an earlier one");
         m_client->download(5, m_home->path("Save/1.wav"), false);
         QTRY_VERIFY(m_events.contains("first 100") || !m_events.filter("error").isEmpty());
@@ -365,7 +366,8 @@ private slots:
     {
         QFETCH(QString, name);
         auto context = std::make_unique<QObject>();
-        const QByteArray paths[] = {"/generate_204", m_home->filesLeft, m_home->removal};
+        const QByteArray paths[] = {"/generate_204", Installation::filesLeft,
+                                    Installation::removal};
         for (const QByteArray &path : paths)
             server().on(path, {Answer::never()});
         connect(&server(), &ScriptedServer::requestReceived, this, [&] {
@@ -377,9 +379,9 @@ private slots:
         for (const QByteArray &path : paths) {
             if (!m_client)
                 m_client = std::make_unique<TekoServer>(*m_home->store);
-            if (path == m_home->filesLeft)
+            if (path == Installation::filesLeft)
                 QCOMPARE(m_client->processedFilesRemains("h", context.get()), -1);
-            else if (path == m_home->removal)
+            else if (path == Installation::removal)
                 m_client->removeUploaded("a.wav", context.get());
             else
                 QVERIFY(!online(m_client->networkAccess(), server().url(path), context.get()));

@@ -68,14 +68,14 @@ struct Installation
     [[nodiscard]] static QStringList saved() { return contentsOf(path("Save")); }
     [[nodiscard]] static QStringList temporary() { return filesIn(path("Temp")); }
 
-    const QByteArray proceed = "/teko-server/proceed.php";
-    const QByteArray repeat = "/teko-server/repeat.php";
-    const QByteArray repeatDemo = "/teko-server/repeatDemo.php";
-    const QByteArray remains = "/teko-server/remains.php";
-    const QByteArray download = "/teko-server/download.php";
-    const QByteArray cancel = "/teko-server/cancel.php";
-    const QByteArray removal = "/teko-server/removeUploaded.php";
-    const QByteArray filesLeft = "/teko-server/processedFilesRemains.php";
+    static inline const QByteArray proceed = "/teko-server/proceed.php";
+    static inline const QByteArray repeat = "/teko-server/repeat.php";
+    static inline const QByteArray repeatDemo = "/teko-server/repeatDemo.php";
+    static inline const QByteArray remains = "/teko-server/remains.php";
+    static inline const QByteArray download = "/teko-server/download.php";
+    static inline const QByteArray cancel = "/teko-server/cancel.php";
+    static inline const QByteArray removal = "/teko-server/removeUploaded.php";
+    static inline const QByteArray filesLeft = "/teko-server/processedFilesRemains.php";
     ScriptedServer server;
     std::unique_ptr<ProgramData> store;
 };

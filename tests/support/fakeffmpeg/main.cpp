@@ -50,13 +50,6 @@ int cutOff(const QString &path)
     return 1;
 }
 
-/// Does not notice that the disk is full.
-int overflow(const QString &path)
-{
-    writeOutput(path, QByteArray(2 << 20, 'x'));
-    return 0;
-}
-
 /// Grows the output until it is ended from outside, at the latest after a minute.
 int writeSlowly(const QString &path)
 {
@@ -103,13 +96,20 @@ std::map<QByteArray, std::function<int(const QString &)>> behaviours()
 {
     return {{"", [](const QString &path) { return writeOutput(path, "converted"); }},
             {"cut off", cutOff},
-            {"overflow", overflow},
+            {"cut off mix",
+             [](const QString &path) {
+                 return path.contains(QStringLiteral("Mix")) ? cutOff(path)
+                                                             : writeOutput(path, "converted");
+             }},
+            {"no picture",
+             [](const QString &path) {
+                 return path == QStringLiteral("-") ? 1 : writeOutput(path, "converted");
+             }},
             {"hang", hang},
             {"hang aside", hangAside},
             {"slow", writeSlowly},
             {"flood", flood},
             {"ask", ask},
-            {"fail", [](const QString &) { return 1; }},
             {"crash", [](const QString &) -> int { std::abort(); }}};
 }
 
