@@ -2,10 +2,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "account/userauth.h"
 #include "app/backendloader.h"
+#include "app/mediafilter.h"
 #include "app/startup.h"
+#include "app/webpage.h"
+#include "archive/archive.h"
 #include "base/programdata.h"
+#include "processing/fileprocessing.h"
 #include "settings/settings.h"
 #include "tests/support/files.h"
+#include "tests/support/openedurls.h"
 #include "tests/support/recordedmessages.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
@@ -13,7 +18,9 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QProcess>
 #include <QQmlApplicationEngine>
+#include <QQuickItem>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTimer>
@@ -21,7 +28,7 @@
 
 namespace {
 
-/// Chooses a file in the dialog that opens next; tells where it opened.
+/// Answers the dialog that opens next with a file, or gives it up; returns where it opened.
 QString chooseFile(BackendLoader &backend, const QString &file)
 {
     QString start;
@@ -32,13 +39,10 @@ QString chooseFile(BackendLoader &backend, const QString &file)
         QCOMPARE(dialog->fileMode(), QFileDialog::ExistingFile);
         QVERIFY(dialog->windowFlags() & Qt::WindowStaysOnTopHint);
         start = dialog->directory().absolutePath();
-        if (file.isEmpty()) {
-            dialog->reject();
-            return;
-        }
-        dialog->setDirectory(QFileInfo(file).absolutePath());
-        dialog->selectFile(file);
-        static_cast<QDialog *>(dialog)->accept();
+        if (!file.isEmpty())
+            dialog->selectFile(file); // as typed: the dialog's own folder stays
+        static_cast<QDialog *>(dialog)->done(file.isEmpty() ? QDialog::Rejected
+                                                            : QDialog::Accepted);
     });
     backend.selectFile();
     return start;
@@ -46,7 +50,7 @@ QString chooseFile(BackendLoader &backend, const QString &file)
 
 } // namespace
 
-/// The main window's backend without a service in reach: what is opened closes again at once.
+/// The main window and its backend, without a service in reach.
 class TestBackendLoader : public TestCase
 {
     Q_OBJECT
@@ -55,12 +59,15 @@ private slots:
     void initTestCase()
     {
         QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-        QDir().mkpath(documentsAppFolder());
-        ProgramData::instance().setEndpointSource([] {
+        for (const char *name : {"/Save", "/Audio", "/Logs", "/Temp"})
+            QDir().mkpath(documentsAppFolder() + name);
+        store().setEndpointSource([] {
             return ServiceEndpoints{QUrl("http://127.0.0.1:9"), QUrl("http://127.0.0.1:9/x"), {}};
         });
         registerBackendTypes();
     }
+
+    void cleanup() { store().settings().clear(); }
 
     /// The dialog remembers its folder for this run, and a dialog that is given up changes nothing.
     void dialogFolder()
@@ -71,7 +78,7 @@ private slots:
         RecordedMessages messages;
         const QTemporaryDir folder;
         const QString file = writeFile(folder.filePath("song.wav"));
-        const QString open = ProgramData::instance().defaultPathOpen();
+        const QString open = store().defaultPathOpen();
         QCOMPARE(chooseFile(backend, {}), open);
         QCOMPARE(hidden.size(), 0);
         QCOMPARE(chooseFile(backend, file), open);
@@ -79,12 +86,17 @@ private slots:
         QCOMPARE(hidden.size(), 1);
         QCOMPARE(shown.size(), 1);
         QVERIFY(messages.texts().value(0).startsWith("No Internet Connection: "));
-        QCOMPARE(ProgramData::instance().defaultPathOpen(), open);
+        QCOMPARE(mediaFileFilter(),
+                 "All Openable Files (*.aac *.aif *.aiff *.m4a *.mp1 *.mp3 *.mp4 *.ogg *.wav *.wma "
+                 "*.flac *.avi *.flv *.m4v *.mov *.mp4 *.mpg *.rm *.vob *.webm *.wmv *.mkv);;\n"
+                 "Audio Files (*.aac *.aif *.aiff *.m4a *.mp1 *.mp3 *.mp4 *.ogg *.wav *.wma "
+                 "*.flac);;\nVideo Files (*.avi *.flv *.m4v *.mov *.mp4 *.mpg *.rm *.vob *.webm "
+                 "*.wmv *.mkv)");
     }
 
     void clearMemoryRemovesFilesAlone()
     {
-        const QString folder = ProgramData::instance().defaultPathTemp();
+        const QString folder = store().defaultPathTemp();
         QVERIFY(QDir(folder).mkpath("kept"));
         for (const char *name : {"/a.wav", "/.hidden", "/kept/b.wav"})
             writeFile(folder + name);
@@ -112,35 +124,34 @@ private slots:
         }
     }
 
-    /// Over its middle, as far as the screen allows; at every opening anew.
+    /// Over its middle, as far as the screen allows; at every opening anew, and when it grows.
     void windowsTakeTheMainWindowsPlace()
     {
         QQmlApplicationEngine engine(QUrl("qrc:/qml/main.qml"));
         auto *main = qobject_cast<QWindow *>(engine.rootObjects().value(0));
-        QVERIFY(main);
         auto *backend = main->findChild<BackendLoader *>();
-        for (const QPoint &place :
-             {QPoint(160, 280), QPoint(140, 260), QPoint(700, 750), QPoint(-200, -50)}) {
+        const QRect space = main->screen()->availableGeometry();
+        for (const QPoint &place : {QPoint(160, 280), QPoint(700, 750), QPoint(-200, -50)}) {
             main->setPosition(place);
             backend->openSettingsWindow();
-            const QRect space = main->screen()->availableGeometry();
-            const QRect window = topLevelWindow<Settings>()->frameGeometry();
-            QVERIFY(space.contains(window));
-            QRect wished = window;
+            auto *window = topLevelWindow<Settings>();
+            QVERIFY(space.contains(window->frameGeometry()));
+            QRect wished = window->frameGeometry();
             wished.moveCenter(main->frameGeometry().center());
-            QVERIFY(!space.contains(wished) || window.topLeft() == wished.topLeft());
-            topLevelWindow<Settings>()->close();
+            QVERIFY(!space.contains(wished) || window->frameGeometry() == wished);
+            window->saveScf(1.1);
+            QVERIFY(space.contains(window->frameGeometry()));
+            window->saveScf(1);
+            window->close();
         }
     }
 
     /// The main window makes way, comes back in the new size, and the same window opens again.
     void theScaleReachesTheMainWindow()
     {
-        QSettings &shared = ProgramData::instance().settings();
-        shared.setValue("settings_gui_scale", 50);
+        store().settings().setValue("settings_gui_scale", 50);
         QQmlApplicationEngine engine(QUrl("qrc:/qml/main.qml"));
         auto *main = qobject_cast<QWindow *>(engine.rootObjects().value(0));
-        QVERIFY(main);
         QCOMPARE(main->maximumSize(), QSize(705, 315));
         auto *backend = main->findChild<BackendLoader *>();
         for (const double scale : {0.6, 1.25}) {
@@ -152,9 +163,100 @@ private slots:
             QCOMPARE(main->minimumSize(), QSize(int(470 * scale), int(210 * scale)));
             QCOMPARE(main->maximumSize(), main->minimumSize());
         }
-        shared.clear();
+        backend->resetScf();
+        QVERIFY(!store().settings().contains("settings_gui_scale"));
     }
+
+    void helpMenuActions()
+    {
+        BackendLoader backend;
+        OpenedUrls opened;
+        backend.showLogs();
+        QCOMPARE(opened.take(), QStringList(store().defaultPathLogs()));
+        QVERIFY(!backend.getLoggingStatus());
+        backend.toggleLogging(true);
+        QVERIFY(backend.getLoggingStatus());
+        QVERIFY(readFile(store().settings().fileName()).contains("APP_LOGFILE_ENABLED=true"));
+        const ServiceEndpoints ends{QUrl("http://s:1"), QUrl(), QUrl("http://site")};
+        for (const auto &[name, page] : {std::pair("/helpdesk.html", "http://site/helpdesk.html"),
+                                         {"/", "http://site/"},
+                                         {"/teko-server/x.php", "http://s:1/teko-server/x.php"},
+                                         {"https://else/a b", "https://else/a b"}})
+            QCOMPARE(webPage(name, ends), QUrl(page));
+    }
+
+    /// The archive makes way for the processing window; out of reach the main window comes back.
+    void demosInFullNeedTheService()
+    {
+        BackendLoader backend;
+        RecordedMessages messages;
+        QSignalSpy shown(&backend, &BackendLoader::showMainWindow);
+        QSignalSpy runs(&backend, &BackendLoader::runFromDemo);
+        backend.openArchive();
+        QCOMPARE(messages.take(), QStringList("Archive Error: No internet connection!"));
+        auto *archive = topLevelWindow<Archive>();
+        emit archive->reProcessDemo("Song.wav", "vocals", "wav", 17);
+        QVERIFY(!archive->isVisible() && !topLevelWindow<FileProcessing>()->isVisible());
+        QVERIFY(messages.take().value(0).startsWith("No Internet Connection: "));
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(runs.size(), 0);
+    }
+
+    /// The program itself, to its main window.
+    void starts()
+    {
+        const QTemporaryDir home;
+        QDir(home.path()).mkpath("Documents/TEKO");
+        writeFile(home.filePath("Documents/TEKO/teko.ini"),
+                  "[General]\nAPP_LOGFILE_ENABLED=true\n");
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("HOME", home.path());
+        environment.insert("TEKO_SERVICE_URL", "http://127.0.0.1:9");
+        QProcess program;
+        program.setProcessEnvironment(environment);
+        program.start(TEKO_PROGRAM, QStringList());
+        const QString logs = home.filePath("Documents/TEKO/Logs");
+        QTRY_VERIFY(
+            readFile(logs + '/' + filesIn(logs).value(0)).contains("UserAuth::initialCheck"));
+        QVERIFY(program.readAllStandardError().contains("LOGGING ENABLED"));
+        program.kill();
+        QVERIFY(program.waitForFinished());
+    }
+
+    void failingStarts_data()
+    {
+        const Rows<QString, int, QString> add;
+        add("no folder", "Documents .local", -104, "Couldn't create application documents folder");
+        add("no subfolder", "Documents/TEKO/Temp", -118,
+            "Couldn't create application documents folder: '*/Documents/TEKO'");
+    }
+
+    /// Each start that cannot succeed says why and has its own exit code.
+    void failingStarts()
+    {
+        const auto [blocked, exitCode, text] = fetchRow<QString, int, QString>();
+        const QTemporaryDir home;
+        const QByteArray before = qgetenv("HOME");
+        qputenv("HOME", QFile::encodeName(home.path()));
+        QDir(home.path()).mkpath("Documents/TEKO");
+        for (const QString &name : blocked.split(' ')) {
+            QDir(home.filePath(name)).removeRecursively();
+            writeFile(home.filePath(name));
+        }
+        // What is no folder counts as one that exists, but for what cannot lie in it.
+        if (exitCode == -118)
+            QVERIFY(QFile::remove(home.filePath(blocked))
+                    && QFile::link("/gone", home.filePath(blocked)));
+        RecordedMessages messages;
+        QCOMPARE(runProgram({"teko"}), exitCode);
+        QVERIFY2(isLike(messages.texts().join(""), "ERROR: " + text),
+                 qPrintable(messages.texts().join("")));
+        qputenv("HOME", before);
+    }
+
+private:
+    static ProgramData &store() { return ProgramData::instance(); }
 };
 
-TEKO_TEST_MAIN(TestBackendLoader)
+TEKO_TEST(TestBackendLoader)
 #include "tst_backendloader.moc"

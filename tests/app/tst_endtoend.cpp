@@ -61,8 +61,7 @@ private slots:
         QVERIFY(makeSource(m_folder.filePath("long.mp4"), 60));
         startAll();
         m_window = std::make_unique<FileProcessing>(*m_store);
-        for (const auto &[source, format] :
-             {std::pair("long.mp4", "MP3"), {"short.mp4", "MP4"}, {"short.wav", "MP3"}})
+        for (const auto &[source, format] : {std::pair("short.mp4", "MP4"), {"short.wav", "MP3"}})
             process(source, format);
         m_window->removeUploadedFile(std::chrono::seconds(3));
         m_window.reset();
@@ -102,7 +101,6 @@ private slots:
         add("as stored", song, "mp3", {"bass - short.mp3"}, {"mp3", "audio"});
         add("in another format", song, "flac", {"bass - short.flac", "bass - short.mp3"},
             {"flac", "audio"});
-        add("film as stored", film, "mp4", {"bass - short.mp4"}, filmStreams);
         add("film in another format", film, "mkv", {"bass - short.mkv", "bass - short.mp4"},
             filmStreams);
         add("sound of a film that is gone", film, "mp3", {"bass - short.mp3"}, {"mp3", "audio"});
@@ -119,48 +117,13 @@ private slots:
         openArchive();
         QSignalSpy buttons(m_archive.get(), &Archive::changeButtons);
         m_archive->operateFile(row, false, format);
-        QTRY_COMPARE_WITH_TIMEOUT(buttons.size(), 1, 60000);
-        QCOMPARE(buttons.constFirst(), QVariantList({row, "play", "download"}));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            buttons.size() > 0 && buttons.constLast() == QVariantList({row, "play", "download"}),
+            60000);
         QCOMPARE(saved(), files);
         checkResult(m_store->defaultPathSave() + '/' + files.constFirst(), streams);
         QCOMPARE(messages.texts(), QStringList());
         QVERIFY(!isGone || QFile::rename(source + ".away", source));
-    }
-
-    void cancellingAKeptResult_data()
-    {
-        addNames({"downloading", "converting the download", "converting the stored"});
-    }
-
-    /// Cancels at a stage, finds nothing half made, and gets the result at the next try.
-    void cancellingAKeptResult()
-    {
-        QFETCH(QString, name);
-        RecordedMessages messages;
-        openArchive();
-        QSignalSpy buttons(m_archive.get(), &Archive::changeButtons);
-        const bool isStoredMade = name.endsWith("stored");
-        m_archive->operateFile(longest, false, "mkv");
-        QWidget *handler = QApplication::activeModalWidget();
-        QObject *view = qobject_cast<QQuickWidget *>(handler)->rootObject();
-        // The download has been converted: what lies beside the stored file is the next output.
-        const auto isConvertingStored = [this] {
-            return saved().contains("bass - long.mp3") && !saved().contains("bass - long.mp3.wav")
-                && !childProcesses("ffmpeg").isEmpty();
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(view->property("mode") == name.section(' ', 0, 0)
-                                     && (!isStoredMade || isConvertingStored()),
-                                 60000);
-        QMetaObject::invokeMethod(view, "cancelProcess");
-        QVERIFY(!handler->isVisible());
-        QCOMPARE(childProcesses("ffmpeg"), QStringList());
-        QCOMPARE(saved(), isStoredMade ? QStringList("bass - long.mp3") : QStringList());
-
-        m_archive->operateFile(longest, false, "mp3");
-        if (!isStoredMade)
-            QTRY_COMPARE_WITH_TIMEOUT(buttons.size(), 1, 60000);
-        QCOMPARE(saved(), QStringList("bass - long.mp3"));
-        QCOMPARE(messages.texts(), QStringList());
     }
 
     void fileToResults_data()
@@ -270,7 +233,7 @@ public slots:
 
 private:
     /// Rows of the archive: the newest comes first.
-    enum { song, film, longest };
+    enum { song, film };
 
     /// The store and the service, and the newcomer who is signed in there.
     void startAll()
@@ -304,7 +267,7 @@ private:
     {
         QSignalSpy files(m_archive.get(), &Archive::updateFiles);
         m_archive->openWindow();
-        QCOMPARE(files.constFirst().constFirst().toList().size(), 3);
+        QCOMPARE(files.constLast().constFirst().toList().size(), 2);
     }
 
     QString value(const char *name) const
@@ -322,5 +285,5 @@ private:
     std::unique_ptr<Archive> m_archive;
 };
 
-TEKO_TEST_MAIN(TestEndToEnd)
+TEKO_TEST(TestEndToEnd)
 #include "tst_endtoend.moc"

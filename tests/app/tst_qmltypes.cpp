@@ -70,5 +70,5 @@ private slots:
     }
 };
 
-TEKO_TEST_MAIN(TestQmlTypes)
+TEKO_TEST(TestQmlTypes)
 #include "tst_qmltypes.moc"

@@ -1,22 +1,26 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "app/mediafilter.h"
-#include "app/webpage.h"
 #include "base/appfolder.h"
+#include "base/guiscale.h"
 #include "base/programdata.h"
+#include "base/savesettings.h"
+#include "base/temporaryfolder.h"
+#include "tests/support/files.h"
+#include "tests/support/recordedmessages.h"
 #include "tests/support/rows.h"
+#include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
+#include <QRegularExpression>
 #include <QThread>
 
+#include <cmath>
 #include <memory>
+#include <optional>
 #include <set>
-#include <tuple>
 #include <vector>
 
+/// Settings, folders and what several running programs share of them.
 class TestProgramData : public TestCase
 {
     Q_OBJECT
@@ -27,6 +31,7 @@ private slots:
         TestCase::init();
         QDir(documentsAppFolder()).removeRecursively();
         QDir(localDataAppFolder()).removeRecursively();
+        m_folder = std::make_unique<QTemporaryDir>();
     }
 
     void racingThreadsGetOneStore()
@@ -42,13 +47,13 @@ private slots:
         QCOMPARE(std::set<ProgramData *>(seen.begin(), seen.end()).size(), size_t(1));
         // There is no application folder yet, as on a very first run.
         QCOMPARE(seen.front()->settings().fileName(), "/teko.ini");
+        QVERIFY(seen.front()->isFirstSession());
     }
 
     /// By the getters: what is not stored has a default, which may be a folder that is made.
     void defaultsAndStoredValues()
     {
-        const QTemporaryDir home;
-        ProgramData store(home.filePath("teko.ini"));
+        ProgramData store(path("teko.ini"));
         QDir().mkpath(localDataAppFolder());
         QCOMPARE(store.appFolder(), localDataAppFolder());
         QDir().mkpath(documentsAppFolder());
@@ -62,32 +67,31 @@ private slots:
                  {&ProgramData::defaultVideoFormat, "video_format", "none", "MKV"},
                  {&ProgramData::defaultAudioFormat, "audio_format", "none", "MP3"},
                  {&ProgramData::defaultInstrument, "instrument", "none", "Bass"},
-                 {&ProgramData::defaultPathSave, "path_save", base + "/Save", home.path() + "/s"},
-                 {&ProgramData::defaultPathOpen, "path_open", base + "/Audio", home.path() + "/o"},
-                 {&ProgramData::defaultPathLogs, "path_logs", base + "/Logs", home.path() + "/l"},
-                 {&ProgramData::defaultPathTemp, "path_temp", base + "/Temp",
-                  home.path() + "/t"}}) {
+                 {&ProgramData::defaultPathSave, "path_save", base + "/Save", path("s")},
+                 {&ProgramData::defaultPathOpen, "path_open", base + "/Audio", path("o")},
+                 {&ProgramData::defaultPathLogs, "path_logs", base + "/Logs", path("l")},
+                 {&ProgramData::defaultPathTemp, "path_temp", base + "/Temp", path("t")}}) {
             QCOMPARE((store.*getter)(), byDefault);
             store.settings().setValue("default_" + key, stored);
             QCOMPARE((store.*getter)(), stored);
             QVERIFY(!key.startsWith("path") || QFileInfo(stored).isDir());
         }
-        store.settings().setValue("default_path_save", home.filePath("missing/one"));
+        store.settings().setValue("default_path_save", path("missing/one"));
         QCOMPARE(store.defaultPathSave(), QString());
         QCOMPARE(store.guiScale(), 1.0);
-        store.settings().setValue("settings_gui_scale", "1.25");
-        QCOMPARE(store.guiScale(), 1.25);
         store.settings().setValue("settings_gui_scale", "wide");
         QCOMPARE(store.guiScale(), 0.0);
+        for (const auto &[scale, usable] :
+             QList<std::pair<double, double>>{{0.6, 0.6}, {0.1, 0.6}, {50, 1.5}, {NAN, 1}, {0, 1}})
+            QCOMPARE(usableGuiScale(scale), usable);
     }
 
-    void userIsReadFromTheServicesMap()
+    /// The application folder may be on a drive that goes away.
+    void noFoldersOutsideTheApplicationFolder()
     {
-        const QVariantMap plan{{"id", 7}, {"period", "year"}, {"expired", "1"}};
-        const UserRecord user = UserRecord::fromMap(
-            {{"user_id", 3}, {"name", "Ada"}, {"hash", "h"}, {"subscription", plan}});
-        QCOMPARE(user, (UserRecord{3, "Ada", {}, "h", {7, {}, "year", {}, {}, 1}}));
-        QCOMPARE(UserRecord::fromMap({{"user_id", "x"}, {"subscription", "none"}}), UserRecord());
+        const ProgramData store(path("teko.ini"));
+        QCOMPARE(store.defaultPathTemp(), QString());
+        QVERIFY(!QFile::exists("/Temp"));
     }
 
     void appFolderChoice_data()
@@ -103,13 +107,12 @@ private slots:
     {
         const auto [firstBlocked, second, folder, exitCode] =
             fetchRow<bool, QString, QString, int>();
-        const QTemporaryDir home;
-        QDir(home.path()).mkdir("there");
+        QDir(path()).mkdir("there");
         if (firstBlocked)
-            QVERIFY(QFile(home.filePath("file")).open(QIODevice::WriteOnly));
-        const AppFolderOutcome made = makeAppFolder(home.filePath("file/a"), home.filePath(second));
+            writeFile(path("file"));
+        const AppFolderOutcome made = makeAppFolder(path("file/a"), path(second));
         QCOMPARE(made.exitCode, exitCode);
-        QCOMPARE(made.folder, folder.isEmpty() ? folder : home.filePath(folder));
+        QCOMPARE(made.folder, folder.isEmpty() ? folder : path(folder));
         if (exitCode == -118)
             QCOMPARE(made.error,
                      "Couldn't create application documents folder: '" + made.folder + '\'');
@@ -121,26 +124,102 @@ private slots:
         QCOMPARE(makeAppFolder(made.folder, QString()), made);
     }
 
-    void fileDialogFilter()
+    void damagedFilesAreKept()
     {
-        const QString audio = "*.aac *.aif *.aiff *.m4a *.mp1 *.mp3 *.mp4 *.ogg *.wav *.wma *.flac";
-        const QString video = "*.avi *.flv *.m4v *.mov *.mp4 *.mpg *.rm *.vob *.webm *.wmv *.mkv";
-        QCOMPARE(mediaFileFilter(),
-                 QString("All Openable Files (%1 %2);;\nAudio Files (%1);;\nVideo Files (%2)")
-                     .arg(audio, video));
+        const auto start = [&](const QByteArray &content, bool isNew) {
+            writeFile(path("teko.ini"), content);
+            if (isNew)
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression("a copy is kept"));
+            ProgramData store(path("teko.ini"));
+            store.settings().setValue("default_instrument", "Bass");
+            QVERIFY(store.saveSettings());
+            QVERIFY(!readFile(path("teko.ini")).contains("notes"));
+        };
+        start("[General]\nmy notes\n", true);
+        start("[General]\nother notes\n", true);
+        start("[General]\nmy notes\n", false);
+        start("[General]\ndefault_audio_format=MP3\n; a comment\n", false);
+        QCOMPARE(filesIn(path()),
+                 QStringList({"teko.ini", "teko.ini.damaged", "teko.ini.damaged-2"}));
+        QCOMPARE(readFile(path("teko.ini.damaged")), "[General]\nmy notes\n");
     }
 
-    void webPages()
+    void failedSaves_data()
     {
-        const ServiceEndpoints ends{QUrl("http://s:1"), QUrl(), QUrl("http://site")};
-        for (const auto &[name, page] : {std::pair("/helpdesk.html", "http://site/helpdesk.html"),
-                                         {"/teko.html", "http://site/teko.html"},
-                                         {"/", "http://site/"},
-                                         {"/teko-server/x.php", "http://s:1/teko-server/x.php"},
-                                         {"https://else/a b", "https://else/a b"}})
-            QCOMPARE(webPage(name, ends), QUrl(page));
+        addNames({"there is a folder of that name", "the disk is full", "the first session"});
     }
+
+    /// Shown each time; the values are as before, but for a first session.
+    void failedSaves()
+    {
+        QFETCH(QString, name);
+        RecordedMessages messages;
+        std::optional<SmallDisk> disk;
+        QString file = path("teko.ini");
+        if (name == "the disk is full") {
+            disk.emplace(path("disk"));
+            if (!disk->isMounted())
+                QSKIP("Mounting a small disk takes the rights of an administrator.");
+            file = path("disk/teko.ini");
+        } else if (name == "the first session") {
+            file = "/teko-test.ini";
+        }
+        ProgramData store(file);
+        if (disk) {
+            QVERIFY(saveOrShowError(store, {{"old", QString(200, 'x')}}));
+            writeFile(path("disk/filler"), QByteArray(1'048'576 - 2 * 4096, 'x'));
+            writeFile(path("disk/filler2"), QByteArray(4096, 'x'));
+        }
+        const QByteArray before = readFile(file);
+        QVERIFY(QDir().mkpath(path("teko.ini/full")));
+        // What an administrator may write is no failure.
+        if (name == "the first session" && QFileInfo("/").isWritable())
+            QSKIP("The root folder can be written to.");
+        for (int time = 0; time < 2; ++time) {
+            QVERIFY(!saveOrShowError(store, {{"new", "value"}, {"old", {}}}));
+            QVERIFY(messages.take().join("").startsWith("Option Settings: The settings could not"));
+        }
+        QCOMPARE(store.stringValue("new"), store.isFirstSession() ? "value" : "");
+        QCOMPARE(store.stringValue("old").size(), disk ? 200 : 0);
+        QCOMPARE(readFile(file), before);
+    }
+
+    /// Whoever ends first leaves the files of those that still run; the last one clears.
+    void temporaryFolder()
+    {
+        TemporaryFolder mine(path());
+        writeFile(path(".hidden"));
+        writeFile(path("a.wav"));
+        QVERIFY(QDir(path()).mkdir("kept"));
+        {
+            TemporaryFolder other(path());
+            mine.clear();
+            QVERIFY(filesIn(path()).contains("a.wav"));
+        }
+        // A program that has crashed leaves its lock: nobody has this process number.
+        writeFile(path(".teko-1.lock"),
+                  "99999999\nteko\n" + QSysInfo::machineHostName().toUtf8() + '\n');
+        TemporaryFolder last(path());
+        last.clear();
+        QCOMPARE(QDir(path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList("kept"));
+        TemporaryFolder("").clear();
+    }
+
+    void userIsReadFromTheServicesMap()
+    {
+        const QVariantMap plan{{"id", 7}, {"period", "year"}, {"expired", "1"}};
+        const UserRecord user = UserRecord::fromMap(
+            {{"user_id", 3}, {"name", "Ada"}, {"hash", "h"}, {"subscription", plan}});
+        QCOMPARE(user, (UserRecord{3, "Ada", {}, "h", {7, {}, "year", {}, {}, 1}}));
+        QCOMPARE(UserRecord::fromMap({{"user_id", "x"}, {"subscription", "none"}}), UserRecord());
+    }
+
+private:
+    [[nodiscard]] QString path(const QString &name = {}) const { return m_folder->filePath(name); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-TEKO_TEST_MAIN(TestProgramData)
+TEKO_TEST(TestProgramData)
 #include "tst_programdata.moc"

@@ -31,7 +31,7 @@ private slots:
         add("/a -i", Action::Refuse, "Missing value");
         add("-i bass", Action::Refuse, "No file");
         add("/a --fast --help", Action::ShowText, "Exit code");
-        add("-v", Action::ShowText, "teko-batch 1.003");
+        add("-v", Action::ShowText, "teko-batch ");
     }
 
     void calls()
@@ -48,12 +48,6 @@ private slots:
                               ' ' + options.files.join(' ')})
                      .join('|'),
                  outcome);
-    }
-
-    void helpFitsATerminal()
-    {
-        for (const QString &line : parseBatchOptions({"teko-batch", "-h"}).text.split('\n'))
-            QVERIFY2(line.size() < 80, qPrintable(line));
     }
 
     void choicesLieOverTheUsersSettings()
@@ -83,12 +77,12 @@ private slots:
 
     void barOnlyGrowsAndNeverWraps()
     {
-        const QList<BatchProgress> road{
+        const QList<BatchProgress> stages{
             {"converting", 0, 0, 0},      {"uploading", 0, 0, 0},      {"uploading", 100, 0, 0},
             {"processing", 100, 0, 300},  {"processing", 100, 0, 2},   {"downloading", 100, 0, 0},
             {"downloading", 100, 100, 0}, {"converting", 100, 100, 0}, {"success", 100, 100, 0}};
         qsizetype filled = -1;
-        for (const BatchProgress &progress : road) {
+        for (const BatchProgress &progress : stages) {
             const QString bar = progressBar(progress, QString(200, 'n'), 79);
             QCOMPARE(bar.size(), 79);
             QVERIFY2(bar.count('#') >= filled, qPrintable(bar));
@@ -99,5 +93,5 @@ private slots:
     }
 };
 
-TEKO_TEST_MAIN(TestBatchOptions)
+TEKO_TEST(TestBatchOptions)
 #include "tst_batchoptions.moc"
