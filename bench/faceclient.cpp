@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-// faceclient empty|main N     shows an empty window of the main window's size, or the main window,
-//                             and prints "frame" as soon as its Nth frame is there
+// faceclient empty|main       shows an empty window of the main window's size, or the main window,
+//                             and prints "frame" as soon as its first frame is there
 // faceclient rest SECONDS     prints how many frames the main window draws while nothing happens
 // faceclient bar SCALE SECONDS prints the share of a core, in percent, that the moving bar takes
 #include "app/startup.h"
+#include "base/application.h"
 
 #include <QApplication>
 #include <QQmlApplicationEngine>
@@ -33,12 +34,10 @@ QQuickWindow *loadWindow(QQmlApplicationEngine &engine, const QString &which)
     return qobject_cast<QQuickWindow *>(engine.rootObjects().constFirst());
 }
 
-int awaitFrame(const QString &which, int number)
+int awaitFrame(const QString &which)
 {
     QQmlApplicationEngine engine;
-    QObject::connect(loadWindow(engine, which), &QQuickWindow::frameSwapped, qApp, [&number] {
-        if (--number > 0)
-            return;
+    QObject::connect(loadWindow(engine, which), &QQuickWindow::frameSwapped, qApp, [] {
         std::puts("frame");
         std::fflush(stdout);
         std::_Exit(0);
@@ -97,5 +96,5 @@ int main(int argc, char **argv)
         return movingBar(arguments.value(2).toDouble(), arguments.value(3).toDouble());
     if (what == QLatin1String("rest"))
         return framesAtRest(arguments.value(2).toDouble());
-    return awaitFrame(what, arguments.value(2, QStringLiteral("1")).toInt());
+    return awaitFrame(what);
 }

@@ -30,8 +30,6 @@ FileProcessing::FileProcessing(ProgramData &store)
     connectRoot();
 }
 
-FileProcessing::~FileProcessing() = default;
-
 void FileProcessing::connectServer()
 {
     connect(&m_server, &TekoServer::showError, this, &FileProcessing::showError);
@@ -80,11 +78,8 @@ bool FileProcessing::openWindow(const QString &path)
         if (opening)
             closeWindow();
     }
-    if (opening) {
-        const QString name = m_source.discardWav();
-        if (!name.isEmpty())
-            m_server.removeUploaded(name, opening);
-    }
+    if (const QString old = opening ? m_source.discardWav() : QString(); !old.isEmpty())
+        m_server.removeUploaded(old, opening);
     if (!opening)
         return false;
     m_source = {path, {}, false, {}};
@@ -198,8 +193,10 @@ void FileProcessing::runFromDemo(QString instrument, QString extension, int numb
 
 void FileProcessing::progressPercents(double percent)
 {
-    if (m_run)
-        m_view.setUploadPercent(percent);
+    if (!m_run)
+        return;
+    qInfo() << "FileProcessing::progressPercents" << percent;
+    m_view.setUploadPercent(percent);
 }
 
 void FileProcessing::savedWithId(int id)
@@ -225,8 +222,10 @@ void FileProcessing::remainSeconds(int seconds)
 void FileProcessing::getRemainsSeconds()
 {
     // The view still asks while it waits to show the download.
-    if (m_run && !m_run->areResultsReady())
-        m_server.remains(m_run->songId());
+    if (!m_run || m_run->areResultsReady())
+        return;
+    qInfo() << "FileProcessing::getRemainsSeconds";
+    m_server.remains(m_run->songId());
 }
 
 void FileProcessing::filesReady()
@@ -259,6 +258,8 @@ void FileProcessing::downloaded(bool isSecond, double percents)
 {
     if (!m_run)
         return;
+    qInfo() << (isSecond ? "FileProcessing::downloadingSecond" : "FileProcessing::downloadingFirst")
+            << percents;
     m_view.setDownloadPercent(isSecond, percents);
     if (m_run->completesDownloads(isSecond, percents))
         finalConvert();
@@ -297,7 +298,7 @@ void FileProcessing::finalConvertMix()
     qInfo() << "FileProcessing::finalConvertMix";
     const ResultPaths &results = m_run->results();
     if (!QFile::exists(results.main)) {
-        reportUnconverted(results.main);
+        refuse(tr("Converting Error"), unconvertedText(results.main, m_run->saveUnconverted()));
         return;
     }
     m_view.setConvertingText(tr("Converting 'mix without %1 - file.wav'\nto selected output format")
@@ -312,17 +313,12 @@ void FileProcessing::successProcces()
         return;
     qInfo() << "FileProcessing::successProcces";
     if (const QString missing = m_run->missingResult(); !missing.isEmpty()) {
-        reportUnconverted(missing);
+        refuse(tr("Converting Error"), unconvertedText(missing, m_run->saveUnconverted()));
         return;
     }
     m_memory.remember(m_run->songId(), m_run->results());
     m_view.setDemo(runMode(m_store.user()) == QStringLiteral("demo"));
     m_view.setLayer("success");
-}
-
-void FileProcessing::reportUnconverted(const QString &missing)
-{
-    refuse(tr("Converting Error"), unconvertedText(missing, m_run->saveUnconverted()));
 }
 
 void FileProcessing::showError(QString message)
@@ -402,9 +398,4 @@ void FileProcessing::openFinalFiles(QString type)
     if (!missing.isEmpty())
         MessageBoxCustom::critical(tr("File Processing Error"),
                                    tr("Downloaded files not exists:\n\n%1").arg(missing));
-}
-
-ResultPaths FileProcessing::results() const
-{
-    return m_run ? m_run->results() : ResultPaths();
 }

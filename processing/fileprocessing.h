@@ -24,7 +24,6 @@ class FileProcessing final : public ViewWindow
 public:
     /// The store must outlive the window.
     explicit FileProcessing(ProgramData &store);
-    ~FileProcessing() override;
 
     /// Shows the window for a file, covered until it is known whether the service can be reached;
     /// the caller's event loop is nested for so long. Offline it says so and emits showParent()
@@ -38,7 +37,7 @@ public:
     void forgetUploadedFile();
 
     /// Where the results of the current run go; empty before the service reported them ready.
-    [[nodiscard]] ResultPaths results() const;
+    [[nodiscard]] ResultPaths results() const { return m_run ? m_run->results() : ResultPaths(); }
 
 signals:
     /// The user wants to choose another file.
@@ -87,7 +86,6 @@ private:
     void downloaded(bool isSecond, double percents);
     void finalConvert();
     void saveDownloads();
-    void reportUnconverted(const QString &missing);
     /// Ends the run and shows why.
     void refuse(const QString &title, const QString &text);
 

@@ -4,8 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import qml
 
-/// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus. Like all of Qt's buttons, and
-/// unlike a MouseArea, it ignores the second half of a double click.
+/// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus.
 T.AbstractButton {
     id: btn
 
@@ -26,6 +25,9 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.tooltip !== "" ? btn.tooltip : btn.label !== "" ? btn.label.replace("\n", " ") : btn.iconName
+    // The second half of a double click is meant for nothing, least of all for what has come under the mouse.
+    onDoubleClicked: {
+    }
 
     states: [
         State {
@@ -87,6 +89,6 @@ T.AbstractButton {
     Tip {
         prop: btn.prop
         text: btn.tooltip
-        visible: btn.state === "hovered" && btn.hovered && btn.tooltip !== ""
+        visible: btn.hovered && btn.enabled && !btn.pressed && btn.tooltip !== ""
     }
 }

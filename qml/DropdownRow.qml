@@ -17,6 +17,9 @@ T.ItemDelegate {
     highlighted: row.ListView.isCurrentItem
     hoverEnabled: true
     font: row.list ? row.list.prop.fonts.font9_12 : Qt.font({})
+    // The second half of a double click is meant for nothing, least of all for what has come under the mouse.
+    onDoubleClicked: {
+    }
     Accessible.role: Accessible.ListItem
     Accessible.name: row.modelData
 

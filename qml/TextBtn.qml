@@ -23,6 +23,9 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.text
+    // The second half of a double click is meant for nothing, least of all for what has come under the mouse.
+    onDoubleClicked: {
+    }
     Keys.onReturnPressed: btn.clicked()
     Keys.onEnterPressed: btn.clicked()
     // Qt leaves the keyboard with an item that is hidden.

@@ -74,7 +74,10 @@ Controls.ApplicationWindow {
         iconWidth: 30 * root.scf
         tooltip: qsTr("Help")
         enabled: prop.isActiveProduct
-        onClicked: helpMenu.popup(root.width - 225 * root.scf, 5 * root.scf)
+        onClicked: {
+            helpMenu.load();
+            (helpMenu.item as HelpMenu).popup(root.width - 225 * root.scf, 5 * root.scf);
+        }
     }
 
     Row {
@@ -146,23 +149,34 @@ Controls.ApplicationWindow {
         onFileDropped: path => backendLoader.loadFile(path)
     }
 
-    HelpMenu {
+    LazyLoader {
         id: helpMenu
 
-        prop: prop
-        backendLoader: backendLoader
-        onLoggedOut: userAuth.initialCheck()
-        onScaleReset: root.scf = 1
+        view: "HelpMenu.qml"
+        initialProperties: ({
+                "prop": prop,
+                "backendLoader": backendLoader
+            })
     }
 
-    // Made only for those who have to sign in.
-    Loader {
-        anchors.fill: parent
-        active: !prop.isActiveProduct
-        sourceComponent: AuthLayer {
-            prop: prop
-            userAuth: userAuth
+    Connections {
+        target: helpMenu.item
+        function onLoggedOut() {
+            userAuth.initialCheck();
         }
+        function onScaleReset() {
+            root.scf = 1;
+        }
+    }
+
+    LazyLoader {
+        anchors.fill: parent
+        view: "AuthLayer.qml"
+        initialProperties: ({
+                "prop": prop,
+                "userAuth": userAuth
+            })
+        wanted: !prop.isActiveProduct
     }
 
     LoadingHover {
