@@ -97,10 +97,9 @@ void FileProcessing::checkRemains()
     const int left = m_server.processedFilesRemains(m_store.user().hash, opening);
     if (!opening || !isDailyLimitReached(left) || !m_view.isLayer("select_instrument"))
         return;
-    MessageBoxCustom::critical(
-        tr("Files Limit"),
-        tr("You have already processed 10 files, the maximum daily number you "
-           "can process as a customer."));
+    MessageBoxCustom::critical(tr("Files Limit"),
+                               tr("You have already processed 10 files, the maximum daily number "
+                                  "you can process as a customer."));
     if (opening)
         closeWindow();
 }

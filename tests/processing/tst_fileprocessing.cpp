@@ -1,49 +1,14 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "processing/fileprocessing.h"
-
-#include "tests/support/installation.h"
+#include "tests/processing/processingtest.h"
 #include "tests/support/openedurls.h"
-#include "tests/support/recordedmessages.h"
-#include "tests/support/rows.h"
-#include "tests/support/testmain.h"
 
-#include <QElapsedTimer>
-#include <QQuickItem>
-#include <QSignalSpy>
-
-#include <memory>
-
-using Answer = ScriptedAnswer;
-
-/// The processing window with its real view, a scripted service and a fake ffmpeg.
-class TestFileProcessing : public TestCase
+/// Files on their way from the choice to the results.
+class TestFileProcessing : public ProcessingTest
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        TestCase::init();
-        qunsetenv("FAKE_DO");
-        m_home = std::make_unique<Installation>();
-        m_home->set("default_instrument", "Vocals");
-        m_home->set("default_audio_format", "WAV");
-        m_home->signIn("h");
-        m_window = std::make_unique<FileProcessing>(*m_home->store);
-        // The view lets a layer be seen for a while before the next one.
-        for (QObject *timer : m_window->rootObject()->findChildren<QObject *>()) {
-            if (timer->property("layer").isValid())
-                timer->setProperty("interval", 1);
-        }
-    }
-
-    void cleanup()
-    {
-        m_window.reset();
-        m_home.reset();
-    }
-
     void opening()
     {
         m_home->set("settings_gui_scale", 1.5);
@@ -186,102 +151,6 @@ private slots:
         QVERIFY(asked(Installation::proceed).body.contains("originalFilePath"));
     }
 
-    void failures_data()
-    {
-        const Rows<QByteArray, QByteArray, QString, QString> add;
-        add("refused upload", "proceed", "<b>Not</b> a song", "<b>Not</b> a song", "proceed");
-        add("failed job", "remains", "Too quiet", "Too quiet", "repeat");
-        add("no locations", "download", "gone", "gone", "repeat");
-        add("one result missing", "download", "SERVER/a|SERVER/nothing", "Download error:\n\n*",
-            "repeat");
-    }
-
-    /// Behind the message the run is over; the next one begins where it can.
-    void failures()
-    {
-        const auto [path, answer, message, next] =
-            fetchRow<QByteArray, QByteArray, QString, QString>();
-        MessageWatcher watcher;
-        QStringList messages;
-        connect(&watcher, &MessageWatcher::shown, this, [&](const QString &, const QString &text) {
-            messages << text;
-            const qsizetype requests = server().requests().size();
-            for (const auto slot :
-                 {&FileProcessing::getRemainsSeconds, &FileProcessing::filesReady,
-                  &FileProcessing::finalConvertMix, &FileProcessing::successProcces})
-                (m_window.get()->*slot)();
-            QCOMPARE(server().requests().size(), requests);
-        });
-        const QByteArray script = "/teko-server/" + path + ".php";
-        server().on(script,
-                    {Answer::text(QByteArray(answer).replace("SERVER", m_home->address(""))),
-                     path == "remains" ? Answer::text("-1") : Answer::text("8")});
-        start("a.wav");
-        QTRY_COMPARE(messages.size(), 1);
-        QVERIFY2(isLike(messages[0], message), qPrintable(messages[0]));
-        QTRY_COMPARE(layer(), "select_instrument");
-        QCOMPARE(m_home->saved(), QStringList());
-        QCOMPARE(m_home->temporary().size(), next == "repeat" ? 1 : 0);
-        server().clearRequests();
-        m_window->startProcess();
-        QTRY_VERIFY(jobRequests().startsWith(next));
-    }
-
-    /// The service no longer has the file: the next run uploads it again.
-    void aRefusedRepeatIsNoDeadEnd()
-    {
-        RecordedMessages messages;
-        run("a.wav");
-        server().clearRequests();
-        server().on(Installation::repeat, {Answer::text("No such file")});
-        m_window->proceedAnotherInstrument();
-        m_window->startProcess();
-        QTRY_COMPARE(messages.texts(), QStringList("File Processing Error: No such file"));
-        QTRY_COMPARE(layer(), "select_instrument");
-        m_window->startProcess();
-        QTRY_COMPARE(layer(), "success");
-        QCOMPARE(jobRequests(), "repeat proceed remains download");
-    }
-
-    void ends_data()
-    {
-        const Rows<QByteArray, QString, QString, bool> add;
-        add("while uploading", Installation::proceed, "uploading", "0", false);
-        add("while processing", Installation::remains, "processing", "7", false);
-        add("while downloading", "/b", "downloading", "7", false);
-        add("by closing the window", Installation::remains, "processing", "7", true);
-    }
-
-    /// Nothing is shown of the answer that still comes, and the next run is as good as a first.
-    void ends()
-    {
-        const auto [heldPath, stage, id, closes] = fetchRow<QByteArray, QString, QString, bool>();
-        RecordedMessages messages;
-        QSignalSpy back(m_window.get(), &FileProcessing::showParent);
-        const bool isUploading = stage == "uploading";
-        server().on(heldPath,
-                    {Answer::text(isUploading ? "9" : "-1").held(),
-                     Answer::text(isUploading ? "8" : "-1")});
-        start("a.wav");
-        QTRY_VERIFY(!server().requests(heldPath).isEmpty());
-        QTRY_COMPARE(layer(), stage);
-        if (closes)
-            m_window->close();
-        else
-            m_window->cancelProcess();
-        QCOMPARE(back.size(), closes ? 1 : 0);
-        QCOMPARE(layer(), "select_instrument");
-        QCOMPARE(m_home->temporary().size(), isUploading ? 0 : 1);
-        QTRY_COMPARE(asked(Installation::cancel).field("songID"), id);
-        server().release();
-        QTRY_COMPARE(server().requests(Installation::cancel).size(), isUploading ? 2 : 1);
-        QVERIFY(m_window->openWindow(m_home->source("b.wav")));
-        QCOMPARE(m_home->saved(), QStringList());
-        m_window->startProcess();
-        QTRY_COMPARE(layer(), "success");
-        QCOMPARE(messages.texts(), QStringList());
-    }
-
     /// A question that was still open when the results were reported is answered too late.
     void lateAnswers()
     {
@@ -355,72 +224,6 @@ private slots:
         QVERIFY(!value("isDemo").toBool());
     }
 
-    void hindrances_data()
-    {
-        const Rows<QString, QString, QString> add;
-        const QString unprepared =
-            "Converting Error: An error occurred preparing the file for upload";
-        add("vanished source", "gone.wav", "", unprepared);
-        add("address", "http://127.0.0.1:9/a.mp3", "", unprepared);
-        add("several files", "concat:a.mp3|b.mp3", "", unprepared);
-        add("broken source", "a.mp3", "cut off", unprepared);
-        add("film without a picture", "a.mp4", "no picture",
-            "Converting Error: This file has no picture, so that it cannot be saved as MKV.\n*");
-        add("no save folder", "a.wav", "default_path_save", "File Processing Error: The folder*");
-    }
-
-    /// What would come to nothing is shown before anything is sent.
-    void hindrances()
-    {
-        const auto [file, cause, message] = fetchRow<QString, QString, QString>();
-        RecordedMessages messages;
-        m_home->set("default_video_format", "MKV");
-        const bool isMade = file.startsWith("a.");
-        m_window->openWindow(file.contains(':') ? file
-                                 : isMade       ? m_home->source(file)
-                                                : m_home->path("in/" + file));
-        if (cause.startsWith("default"))
-            m_home->set(cause, m_home->path("x/y"));
-        else
-            qputenv("FAKE_DO", cause.toLatin1());
-        m_window->startProcess();
-        QTRY_COMPARE(messages.texts().size(), 1);
-        QVERIFY2(isLike(messages.texts()[0], message), qPrintable(messages.texts()[0]));
-        QCOMPARE(layer(), "select_instrument");
-        QVERIFY(server().requests(Installation::proceed).isEmpty());
-        QCOMPARE(m_home->temporary(), QStringList());
-    }
-
-    void unconvertedResults_data()
-    {
-        const Rows<QStringList> add;
-        add("cut off",
-            {"Mix Without vocals - a.wav=the rest", "vocals - a.mp3=earlier",
-             "vocals - a.wav=instrument"});
-        add("cut off mix",
-            {"Mix Without vocals - a.wav=the rest", "vocals - a (1).mp3=converted",
-             "vocals - a.mp3=earlier"});
-    }
-
-    /// What the service delivered is saved all the same.
-    void unconvertedResults()
-    {
-        const auto [files] = fetchRow<QStringList>();
-        RecordedMessages messages;
-        m_home->set("default_audio_format", "MP3");
-        writeFile(m_home->path("Save/vocals - a.mp3"), "earlier");
-        qputenv("FAKE_DO", QTest::currentDataTag());
-        start("a.wav");
-        QTRY_COMPARE(messages.texts().size(), 1);
-        QVERIFY2(
-            isLike(messages.texts()[0],
-                   "Converting Error: The result could not be converted:\n\n*a (1).mp3\n\nWhat "
-                   "the service delivered was saved as it came:\n\n*.wav"),
-            qPrintable(messages.texts()[0]));
-        QCOMPARE(layer(), "select_instrument");
-        QCOMPARE(m_home->saved(), files);
-    }
-
     void openingResults()
     {
         RecordedMessages messages;
@@ -435,100 +238,6 @@ private slots:
                  QStringList("File Processing Error: Downloaded files not exists:\n\n" + main));
         QCOMPARE(layer(), "success");
     }
-
-    /// A service that hangs keeps nobody at the end of the program, and the file goes first.
-    void removalAtTheEnd()
-    {
-        run("a.wav");
-        server().on(Installation::removal, {Answer::never()});
-        m_window->removeUploadedFile(std::chrono::milliseconds(50));
-        QCOMPARE(m_home->temporary(), QStringList());
-    }
-
-    /// The second half of a double click on "PROCESS" is not meant for "CANCEL", which comes to lie
-    /// under the mouse, and the other way round.
-    void doubleClicks()
-    {
-        server().on(Installation::proceed, {Answer::never()});
-        QVERIFY(m_window->openWindow(m_home->source("a.wav")));
-        for (const auto &[clicked, next, stage] : {std::tuple("PROCESS", "CANCEL", "uploading"),
-                                                   {"CANCEL", "PROCESS", "select_instrument"}}) {
-            QTRY_VERIFY(button(clicked) && button(clicked)->width() > 0);
-            const QPoint place = centreOf(button(clicked));
-            QTest::mouseClick(m_window.get(), Qt::LeftButton, {}, place);
-            QCOMPARE(layer(), stage);
-            const auto isUnderTheMouse = [&] {
-                const QQuickItem *item = button(next);
-                return item && item->contains(item->mapFromScene(place));
-            };
-            QTRY_VERIFY(isUnderTheMouse());
-            QTest::mouseDClick(m_window.get(), Qt::LeftButton, {}, place);
-            QTest::mouseRelease(m_window.get(), Qt::LeftButton, {}, place);
-            QCOMPARE(layer(), stage);
-        }
-    }
-
-private:
-    ScriptedServer &server() { return m_home->server; }
-    /// The first request for a path.
-    ScriptedRequest asked(const QByteArray &path) { return server().requests(path).value(0); }
-
-    void start(const QString &name)
-    {
-        QVERIFY(m_window->openWindow(m_home->source(name)));
-        m_window->startProcess();
-    }
-
-    void run(const QString &name)
-    {
-        start(name);
-        QTRY_COMPARE(layer(), "success");
-    }
-
-    QVariant value(const char *name) const { return m_window->rootObject()->property(name); }
-    QString layer() const { return value("currentLayer").toString(); }
-
-    QString state() const
-    {
-        QStringList values;
-        for (const char *name : {"fileName", "currentLayer", "selectedInstrument",
-                                 "selectedOutputFormat", "isVideo", "scf", "isChecking"})
-            values << value(name).toString();
-        return values.join(' ');
-    }
-
-    /// The job's requests in their order.
-    QString jobRequests() const
-    {
-        QStringList list;
-        for (const ScriptedRequest &request : m_home->server.requests()) {
-            if (QList<QByteArray>({Installation::proceed, Installation::repeat,
-                                   Installation::remains, Installation::download})
-                    .contains(request.path()))
-                list << QString::fromLatin1(request.path()).section('/', 2).chopped(4);
-        }
-        return list.join(' ');
-    }
-
-    /// The visible button of that text.
-    const QQuickItem *button(const QString &text) const
-    {
-        const auto items = m_window->rootObject()->findChildren<QQuickItem *>();
-        for (const QQuickItem *item : items) {
-            if (item->isVisible() && item->inherits("QQuickAbstractButton")
-                && item->property("text") == text)
-                return item;
-        }
-        return nullptr;
-    }
-
-    static QPoint centreOf(const QQuickItem *item)
-    {
-        return item->mapToScene(item->boundingRect().center()).toPoint();
-    }
-
-    std::unique_ptr<Installation> m_home;
-    std::unique_ptr<FileProcessing> m_window;
 };
 
 TEKO_TEST(TestFileProcessing)

@@ -143,25 +143,17 @@ private slots:
         const QString unfollowed = "The service answered with a redirect, which is not followed.";
         add("seconds", askRemains, "remains", Answer::text("8"), "seconds 8");
         add("no seconds", askRemains, "remains", Answer::text("0"), "seconds 0");
-        add("zeros", askRemains, "remains", Answer::text("00"), "error 00");
         add("ready", askRemains, "remains", Answer::text("-1"), "ready");
         add("empty", askRemains, "remains", Answer::text(""), "error ");
         add("remains cut", askRemains, "remains", Answer::wrongLength("8", "2"),
             "error Remains operation error:\n\nConnection closed");
-        add("no status", askRemains, "remains",
-            Answer::raw("HTTP/1.1 000 X\r\nContent-Length: 1\r\n\r\n8"),
-            "error Remains operation error:\n\nThe service answered with the unexpected HTTP "
-            "status 0.");
         add("accepted", askRepeat, "repeat", Answer::text("123").inPieces(1), "id 123");
-        add("job zero", askRepeat, "repeat", Answer::text("0"), "error 0");
         add("refused", askRepeat, "repeat", Answer::text("Unknown file"), "error Unknown file");
         add("repeat redirected", askRepeat, "repeat", Answer::redirect(QUrl("/x"), 307),
             "error File repeating error:\n\n" + unfollowed);
         add("demo cut", askRepeatDemo, "repeatDemo", Answer::wrongLength("1", "2"),
             "error Demo File repeating error:\n\nConnection closed");
         add("no locations", askDownload, "download", Answer::text("a|b|c"), "error a|b|c");
-        add("locations cut", askDownload, "download", Answer::wrongLength("a|b", "9"),
-            "error Downloading error:\n\nConnection closed");
     }
 
     void understandsReplies()
@@ -296,12 +288,10 @@ private slots:
         add("moved", "", Answer::redirect(QUrl("/moved")), "");
         add("moved to a file", "", Answer::redirect(QUrl("file:///etc/passwd")), failed + '*');
         add("cut", "", Answer::wrongLength("half", "8"), failed + "Connection closed");
-        add("length overflows", "", Answer::wrongLength("12", "99999999999999999999"), notWhole);
         add("broken chunk", "",
             Answer::raw(
                 "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\nab\r\n0\r\n\r\n"),
             notWhole);
-        add("a part", "", Answer::text("part", 206), notWhole);
         add("compressed", "", Answer::text("\x1f\x8b", 200, {"Content-Encoding: gzip"}),
             failed + "The file arrived in an encoding that was not asked for.");
         for (const QByteArray urls : {"|/b", "file:///etc/passwd|/b", "../1|/b"})
@@ -325,13 +315,6 @@ private slots:
         // Results may lie anywhere, and their addresses open them.
         for (const ScriptedRequest &request : server().requests())
             QCOMPARE(request.header("Cookie").isEmpty(), request.method() == "GET");
-    }
-
-    void downloadsBoth()
-    {
-        m_client->downloadBoth(5, m_home->path("Save/1.wav"), m_home->path("Save/2.wav"), -1);
-        QTRY_VERIFY(m_events.contains("first 100") && m_events.contains("second 100"));
-        QCOMPARE(m_home->saved(), QStringList({"1.wav=instrument", "2.wav=the rest"}));
     }
 
     void reportsFullDisk_data()
@@ -391,7 +374,6 @@ private slots:
 
     void checksConnectivity()
     {
-        QVERIFY(!online(m_client->networkAccess(), QUrl(), this));
         for (const auto &[answer, isOnline] : {std::pair(Answer::text({}, 204), true),
                                                {Answer::text("login page"), true},
                                                {Answer::text("x", 500), false},
