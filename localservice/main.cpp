@@ -16,11 +16,11 @@ using namespace localservice;
 
 namespace {
 
-constexpr int kUsage = 2;
-constexpr int kMostEmbedded = 16;
+constexpr int usageExitCode = 2;
+constexpr int maxEmbedded = 16;
 
-// A folder that is in use belongs to another running program of the same user: an embedded service
-// then takes the next one, "service-2" and so on.
+// A folder in use belongs to another running program of the same user: an embedded service then
+// takes the next one, "service-2" and so on.
 std::unique_ptr<Service> start(Options options)
 {
     const std::filesystem::path folder = options.data;
@@ -28,7 +28,7 @@ std::unique_ptr<Service> start(Options options)
         try {
             return std::make_unique<Service>(options);
         } catch (const DatabaseBusy &) {
-            if (!options.embedded || number > kMostEmbedded)
+            if (!options.embedded || number > maxEmbedded)
                 throw;
             options.data = folder;
             options.data += "-" + std::to_string(number);
@@ -43,7 +43,7 @@ void run(const Options &options)
     const std::unique_ptr<Service> service = start(options);
     log("Listening on " + service->url());
     if (options.embedded) {
-        std::printf("%s\n", service->greeting().c_str());
+        std::printf("%s\n", service->startLine().c_str());
         std::fflush(stdout);
     }
     termination.wait();
@@ -70,7 +70,7 @@ int main(int argc, char **argv)
             run(options);
         return EXIT_SUCCESS;
     } catch (const UsageError &error) {
-        return fail(std::string(error.what()) + "\nTry \"teko-service --help\".", kUsage);
+        return fail(std::string(error.what()) + "\nTry \"teko-service --help\".", usageExitCode);
     } catch (const Poco::Exception &error) {
         return fail(error.displayText(), EXIT_FAILURE);
     } catch (const std::exception &error) {

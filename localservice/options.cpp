@@ -16,131 +16,130 @@ namespace localservice {
 
 namespace {
 
-    constexpr int kMostWorkers = 256;
-    constexpr int kMostDays = 36500;
-    constexpr int kMostFiles = 1000000;
-    constexpr int kMostMegabytes = 1024 * 1024;
-    constexpr int kUsualMegabytes = 4096;
-    constexpr std::uint64_t kMegabyte = 1048576;
+constexpr int maxWorkers = 256;
+constexpr int maxDays = 36500;
+constexpr int maxFiles = 1000000;
+constexpr int maxMegabytes = 1024 * 1024;
+constexpr int defaultUploadMegabytes = 4096;
+constexpr std::uint64_t megabyte = 1048576;
 
-    int numberIn(const std::string &option, const std::string &text, int least, int most)
-    {
-        int number = 0;
-        const char *const end = text.data() + text.size();
-        const auto [stop, error] = std::from_chars(text.data(), end, number);
-        if (error != std::errc() || stop != end || number < least || number > most)
-            throw UsageError(option + " takes a number from " + std::to_string(least) + " to "
-                             + std::to_string(most) + ", not \"" + text + "\".");
-        return number;
+int parseNumber(const std::string &option, const std::string &text, int minimum, int maximum)
+{
+    int number = 0;
+    const char *const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end || number < minimum || number > maximum)
+        throw UsageError(option + " takes a number from " + std::to_string(minimum) + " to "
+                         + std::to_string(maximum) + ", not \"" + text + "\".");
+    return number;
+}
+
+void readListen(Options &options, const std::string &text)
+{
+    const std::size_t colon = text.rfind(':');
+    if (colon == std::string::npos || colon == 0)
+        throw UsageError("--listen takes ADDRESS:PORT, not \"" + text + "\".");
+    options.host = text.substr(0, colon);
+    // An IPv6 address stands in brackets, to keep its colons from the port's.
+    if (options.host.front() == '[' && options.host.back() == ']')
+        options.host = options.host.substr(1, options.host.size() - 2);
+    options.port =
+        static_cast<std::uint16_t>(parseNumber("--listen", text.substr(colon + 1), 0, UINT16_MAX));
+}
+
+void readSeparator(Options &options, const std::string &text)
+{
+    try {
+        options.separator = splitCommand(text);
+    } catch (const std::invalid_argument &error) {
+        throw UsageError(std::string("--separator: ") + error.what());
     }
+}
 
-    void readListen(Options &options, const std::string &text)
-    {
-        const std::size_t colon = text.rfind(':');
-        if (colon == std::string::npos || colon == 0)
-            throw UsageError("--listen takes ADDRESS:PORT, not \"" + text + "\".");
-        options.host = text.substr(0, colon);
-        // An IPv6 address stands in brackets, to keep its colons from the port's.
-        if (options.host.front() == '[' && options.host.back() == ']')
-            options.host = options.host.substr(1, options.host.size() - 2);
-        options.port =
-            static_cast<std::uint16_t>(numberIn("--listen", text.substr(colon + 1), 0, UINT16_MAX));
-    }
+void readSubscription(Options &options, const std::string &text)
+{
+    if (text == "active")
+        options.licence.subscription = Subscription::Active;
+    else if (text == "none")
+        options.licence.subscription = Subscription::None;
+    else if (text == "expired")
+        options.licence.subscription = Subscription::Expired;
+    else
+        throw UsageError("--subscription takes active, none or expired, not \"" + text + "\".");
+}
 
-    void readSeparator(Options &options, const std::string &text)
-    {
-        try {
-            options.separator = wordsOf(text);
-        } catch (const std::invalid_argument &error) {
-            throw UsageError(std::string("--separator: ") + error.what());
-        }
-    }
+struct Option
+{
+    std::string_view name;
+    std::string_view value; ///< what the help calls its value; "" for a switch
+    std::string_view help;
+    std::function<void(Options &, const std::string &)> read;
+};
 
-    void readSubscription(Options &options, const std::string &text)
-    {
-        if (text == "active")
-            options.licence.subscription = Subscription::Active;
-        else if (text == "none")
-            options.licence.subscription = Subscription::None;
-        else if (text == "expired")
-            options.licence.subscription = Subscription::Expired;
-        else
-            throw UsageError("--subscription takes active, none or expired, not \"" + text + "\".");
-    }
-
-    struct Option
-    {
-        std::string_view name;
-        std::string_view value; ///< what the help calls its value; "" for a switch
-        std::string_view help;
-        std::function<void(Options &, const std::string &)> read;
+const std::vector<Option> &allOptions()
+{
+    static const std::vector<Option> options = {
+        {"--listen", "ADDRESS:PORT",
+         "Where to listen (default 127.0.0.1:8750). Port 0: any free one.", readListen},
+        {"--data", "DIR", "Where to keep uploads, results and accounts.",
+         [](Options &o, const std::string &text) {
+             if (text.empty())
+                 throw UsageError("--data takes a folder.");
+             o.data = pathOf(text);
+         }},
+        {"--embedded", "",
+         "Serve one program: choose a free port, print it and the\n"
+         "local account in one JSON line on standard output, and\n"
+         "end when standard input ends.",
+         [](Options &o, const std::string &) { o.embedded = true; }},
+        {"--separator", "COMMAND",
+         "Run a program of your own for each song. {input},\n"
+         "{instrument}, {main} and {mix} are filled in.",
+         readSeparator},
+        {"--workers", "N", "How many songs at a time (default: one for each core).",
+         [](Options &o, const std::string &text) {
+             o.workers = parseNumber("--workers", text, 1, maxWorkers);
+         }},
+        {"--daily-limit", "N", "Files that an account may send a day (default 0: no limit).",
+         [](Options &o, const std::string &text) {
+             o.licence.filesPerDay = parseNumber("--daily-limit", text, 0, maxFiles);
+         }},
+        {"--subscription", "STATE",
+         "The accounts' subscription: active (default), none or\nexpired.", readSubscription},
+        {"--keep-days", "N", "How long to keep uploads and results (default 30).",
+         [](Options &o, const std::string &text) {
+             o.keepDays = parseNumber("--keep-days", text, 1, maxDays);
+         }},
+        {"--max-upload-mb", "N", "The largest file to take, in MiB (default 4096).",
+         [](Options &o, const std::string &text) {
+             o.maxUploadBytes = megabyte * parseNumber("--max-upload-mb", text, 1, maxMegabytes);
+         }},
+        {"--help", "", "Show this text.",
+         [](Options &o, const std::string &) { o.showHelp = true; }},
+        {"--version", "", "Show the version.",
+         [](Options &o, const std::string &) { o.showVersion = true; }},
     };
+    return options;
+}
 
-    const std::vector<Option> &allOptions()
-    {
-        static const std::vector<Option> options = {
-            {"--listen", "ADDRESS:PORT",
-             "Where to listen (default 127.0.0.1:8750). Port 0: any free one.", readListen},
-            {"--data", "DIR", "Where to keep uploads, results and accounts.",
-             [](Options &o, const std::string &text) {
-                 if (text.empty())
-                     throw UsageError("--data takes a folder.");
-                 o.data = pathOf(text);
-             }},
-            {"--embedded", "",
-             "Serve one program: choose a free port, tell it and the\n"
-             "local account in one JSON line on standard output, and\n"
-             "end when standard input ends.",
-             [](Options &o, const std::string &) { o.embedded = true; }},
-            {"--separator", "COMMAND",
-             "Run a program of your own for each song. {input},\n"
-             "{instrument}, {main} and {mix} are filled in.",
-             readSeparator},
-            {"--workers", "N", "How many songs at a time (default: one for each core).",
-             [](Options &o, const std::string &text) {
-                 o.workers = numberIn("--workers", text, 1, kMostWorkers);
-             }},
-            {"--daily-limit", "N", "Files that an account may send a day (default 0: no limit).",
-             [](Options &o, const std::string &text) {
-                 o.licence.filesPerDay = numberIn("--daily-limit", text, 0, kMostFiles);
-             }},
-            {"--subscription", "STATE",
-             "The accounts' subscription: active (default), none or\nexpired.", readSubscription},
-            {"--keep-days", "N", "How long to keep uploads and results (default 30).",
-             [](Options &o, const std::string &text) {
-                 o.keepDays = numberIn("--keep-days", text, 1, kMostDays);
-             }},
-            {"--max-upload-mb", "N", "The largest file to take, in MiB (default 4096).",
-             [](Options &o, const std::string &text) {
-                 o.mostUploadBytes =
-                     kMegabyte * numberIn("--max-upload-mb", text, 1, kMostMegabytes);
-             }},
-            {"--help", "", "Show this text.",
-             [](Options &o, const std::string &) { o.showHelp = true; }},
-            {"--version", "", "Show the version.",
-             [](Options &o, const std::string &) { o.showVersion = true; }},
-        };
-        return options;
+const Option &optionNamed(const std::string &name)
+{
+    for (const Option &option : allOptions()) {
+        if (option.name == name)
+            return option;
     }
+    throw UsageError("There is no option \"" + name + "\".");
+}
 
-    const Option &optionNamed(const std::string &name)
-    {
-        for (const Option &option : allOptions()) {
-            if (option.name == name)
-                return option;
-        }
-        throw UsageError("There is no option \"" + name + "\".");
-    }
-
-    Options defaults()
-    {
-        Options options;
-        options.workers = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
-        options.mostUploadBytes = kMegabyte * kUsualMegabytes;
-        const std::filesystem::path folder = userDataFolder();
-        options.data = folder.empty() ? "teko-service-data" : folder / "TEKO" / "service";
-        return options;
-    }
+Options defaults()
+{
+    Options options;
+    options.workers = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+    options.maxUploadBytes = megabyte * defaultUploadMegabytes;
+    const std::filesystem::path folder = userDataFolder();
+    options.data = folder.empty() ? "teko-service-data" : folder / "TEKO" / "service";
+    return options;
+}
 
 } // namespace
 
@@ -170,17 +169,17 @@ Options parseOptions(const std::vector<std::string> &arguments)
 
 std::string helpText()
 {
-    constexpr std::size_t kColumn = 24;
+    constexpr std::size_t helpColumn = 24;
     std::string text = "teko-service: takes songs apart for TEKO.\n\n"
                        "Usage: teko-service [OPTION VALUE]…\n\n";
     for (const Option &option : allOptions()) {
         std::string line = "  " + std::string(option.name);
         line.append(option.value.empty() ? "" : " ").append(option.value);
-        line.append(line.size() < kColumn ? kColumn - line.size() : 1, ' ');
+        line.append(line.size() < helpColumn ? helpColumn - line.size() : 1, ' ');
         for (const char c : option.help) {
             line += c;
             if (c == '\n')
-                line.append(kColumn, ' ');
+                line.append(helpColumn, ' ');
         }
         text += line + "\n";
     }

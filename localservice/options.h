@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "localservice/api/subscription.h"
+#include "localservice/api/licence.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -23,7 +23,7 @@ struct Options
     int workers = 1;
     Licence licence;
     int keepDays = 30;
-    std::uint64_t mostUploadBytes = 0;
+    std::uint64_t maxUploadBytes = 0;
     bool showHelp = false;
     bool showVersion = false;
 };

@@ -12,11 +12,11 @@ namespace localservice {
 
 namespace {
 
-    Separate separatorOf(const Options &options)
-    {
-        return options.separator.empty() ? Separate(separate)
-                                         : separateByCommand(options.separator);
-    }
+SeparateFunction separatorOf(const Options &options)
+{
+    return options.separator.empty() ? SeparateFunction(separate)
+                                     : separateByCommand(options.separator);
+}
 
 } // namespace
 
@@ -27,16 +27,15 @@ Service::Service(const Options &options)
     , m_uploads(m_database)
     , m_jobs(m_database)
     , m_runner(m_jobs, m_uploads, m_folder, separatorOf(options), options.workers, options.keepDays)
-    , m_gate(m_accountStore, m_jobs)
-    , m_processing(m_database, m_accountStore, m_uploads, m_jobs, m_runner, m_gate, m_arriving,
-                   options.licence)
-    , m_accounts(m_accountStore, m_jobs, m_gate, options.licence, options.keepDays)
-    , m_server(
-          options.host, options.port,
-          {m_processing, m_accounts, m_jobs, m_arriving, m_folder, options.mostUploadBytes, ""})
+    , m_authorizer(m_accountStore, m_jobs)
+    , m_processing(m_database, m_accountStore, m_uploads, m_jobs, m_runner, m_authorizer,
+                   m_arriving, options.licence)
+    , m_accounts(m_accountStore, m_jobs, m_authorizer, options.licence, options.keepDays)
+    , m_server(options.host, options.port,
+               {m_processing, m_accounts, m_jobs, m_arriving, m_folder, options.maxUploadBytes, ""})
 { }
 
-std::string Service::greeting()
+std::string Service::startLine()
 {
     const std::string hash = m_accountStore.localSession();
     const std::optional<Account> account = m_accountStore.accountOf(hash);

@@ -7,11 +7,11 @@
 
 namespace localservice {
 
-/// The whole service: everything that works while it exists.
+/// The whole service, running as long as the object exists.
 class Service final
 {
 public:
-    /// Opens the data folder, goes on with the interrupted jobs and listens. Throws DatabaseBusy
+    /// Opens the data folder, resumes interrupted jobs and listens. Throws DatabaseBusy
     /// when another service uses the folder, and other exceptions when it cannot start.
     explicit Service(const Options &options);
 
@@ -19,7 +19,7 @@ public:
     [[nodiscard]] std::string url() const { return "http://" + m_server.address(); }
     /// One line of JSON for the program that this service is embedded in: "url", "email" and "hash"
     /// of the local account, which is made at the first call.
-    [[nodiscard]] std::string greeting();
+    [[nodiscard]] std::string startLine();
 
 private:
     DataFolder m_folder;
@@ -27,8 +27,8 @@ private:
     AccountStore m_accountStore;
     UploadStore m_uploads;
     JobStore m_jobs;
-    Runner m_runner;
-    Gate m_gate;
+    JobRunner m_runner;
+    Authorizer m_authorizer;
     ArrivingFiles m_arriving;
     Processing m_processing;
     Accounts m_accounts;

@@ -21,8 +21,8 @@ class Fields final
 {
 public:
     /// The largest form body, and what one field or all parts of an upload may hold, in bytes.
-    static constexpr std::size_t kMostBytes = 65536;
-    static constexpr std::size_t kMostFields = 32;
+    static constexpr std::size_t maxBytes = 65536;
+    static constexpr std::size_t maxFields = 32;
 
     /// The fields of an application/x-www-form-urlencoded body; throws BadRequest.
     [[nodiscard]] static Fields fromForm(std::string_view body);

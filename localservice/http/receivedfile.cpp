@@ -28,12 +28,12 @@ bool ArrivingFiles::contains(std::int64_t account, const std::string &name)
     return m_files.contains({account, name});
 }
 
-ReceivedFile::ReceivedFile(std::filesystem::path folder, std::uint64_t mostBytes,
+ReceivedFile::ReceivedFile(std::filesystem::path folder, std::uint64_t maxFileBytes,
                            ArrivingFiles &arriving)
     : m_folder(std::move(folder))
-    , m_mostBytes(mostBytes)
+    , m_maxBytes(maxFileBytes)
     , m_arriving(arriving)
-    , m_diskName(randomHex(kNameBytes) + ".wav")
+    , m_diskName(randomHex(diskNameBytes) + ".wav")
 { }
 
 ReceivedFile::~ReceivedFile()
@@ -61,7 +61,7 @@ void ReceivedFile::begin(std::int64_t account, const std::string &clientPath)
 void ReceivedFile::write(std::string_view bytes)
 {
     m_bytes += bytes.size();
-    if (m_bytes <= m_mostBytes)
+    if (m_bytes <= m_maxBytes)
         m_stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
@@ -70,7 +70,7 @@ void ReceivedFile::finish()
     if (!m_begun)
         throw Refusal("The file to process is missing.");
     m_stream.close();
-    if (m_bytes > m_mostBytes)
+    if (m_bytes > m_maxBytes)
         throw Refusal("The file is too large for the service.");
     if (!m_stream)
         throw Refusal("The service has no room left on its disk.");

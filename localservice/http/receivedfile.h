@@ -12,7 +12,7 @@
 
 namespace localservice {
 
-/// The files that are arriving right now, by their account and the client's name. Thread-safe.
+/// The uploads in progress, by account and the client's file name. Thread-safe.
 class ArrivingFiles final
 {
 public:
@@ -25,13 +25,13 @@ private:
     std::multiset<std::pair<std::int64_t, std::string>> m_files;
 };
 
-/// A file that arrives from a client, under a name of the service's own. It is removed again unless
-/// somebody keeps it.
+/// An uploaded file on disk, under a name of the service's own. It is deleted with the object
+/// unless keep() was called.
 class ReceivedFile final
 {
 public:
     /// `folder` is where it is put; at most `mostBytes` are taken.
-    ReceivedFile(std::filesystem::path folder, std::uint64_t mostBytes, ArrivingFiles &arriving);
+    ReceivedFile(std::filesystem::path folder, std::uint64_t maxFileBytes, ArrivingFiles &arriving);
     ReceivedFile(const ReceivedFile &) = delete;
     ReceivedFile &operator=(const ReceivedFile &) = delete;
     ~ReceivedFile();
@@ -39,7 +39,7 @@ public:
     /// Begins for an account, 0 while that is not known, under the client's name without any
     /// folder; throws BadRequest when it has begun already.
     void begin(std::int64_t account, const std::string &clientPath);
-    /// Takes the next bytes. What cannot be kept is let go, and finish() says so.
+    /// Appends bytes. What cannot be stored is dropped, which finish() reports.
     void write(std::string_view bytes);
     /// Throws Refusal when the file is missing, was too large or did not fit on the disk.
     void finish();
@@ -52,7 +52,7 @@ public:
 
 private:
     std::filesystem::path m_folder;
-    std::uint64_t m_mostBytes;
+    std::uint64_t m_maxBytes;
     ArrivingFiles &m_arriving;
     std::int64_t m_account = 0;
     std::string m_clientName;

@@ -17,65 +17,65 @@ namespace localservice {
 
 namespace {
 
-    using Filling = std::array<std::pair<std::string, std::string>, 4>;
+using Placeholders = std::array<std::pair<std::string, std::string>, 4>;
 
-    std::string filled(std::string word, const Filling &fillings)
-    {
-        std::string result;
-        for (std::size_t at = 0; at < word.size();) {
-            std::size_t taken = 0;
-            for (const auto &[name, value] : fillings) {
-                if (word.compare(at, name.size(), name) == 0) {
-                    result += value;
-                    taken = name.size();
-                }
+std::string withPlaceholders(std::string word, const Placeholders &placeholders)
+{
+    std::string result;
+    for (std::size_t at = 0; at < word.size();) {
+        std::size_t taken = 0;
+        for (const auto &[name, value] : placeholders) {
+            if (word.compare(at, name.size(), name) == 0) {
+                result += value;
+                taken = name.size();
             }
-            if (taken == 0)
-                result += word[at];
-            at += std::max<std::size_t>(taken, 1);
         }
-        return result;
+        if (taken == 0)
+            result += word[at];
+        at += std::max<std::size_t>(taken, 1);
     }
+    return result;
+}
 
-    // The program knows nothing of demos: it gets a file that holds only the beginning.
-    fs::path beginningOf(const SeparationTask &task)
-    {
-        WavReader reader(task.input);
-        WavShape shape = reader.shape();
-        if (framesToTake(task, shape) == shape.frames)
-            return task.input;
-        shape.frames = framesToTake(task, shape);
-        fs::path file = task.main.parent_path() / "beginning.wav";
-        WavWriter writer(file, shape);
-        std::vector<std::int32_t> block(static_cast<std::size_t>(shape.channels) * 4096);
-        for (std::int64_t left = shape.frames; left > 0;) {
-            const auto frames = std::min<std::int64_t>(left, 4096);
-            const std::span<std::int32_t> part =
-                std::span(block).first(static_cast<std::size_t>(frames * shape.channels));
-            if (reader.read(part) != frames)
-                throw Refusal("The uploaded file can no longer be read.");
-            writer.write(part);
-            left -= frames;
-        }
-        writer.finish();
-        return file;
+// A demo is a file that holds only the beginning: the program needs no option for it.
+fs::path inputOf(const SeparationTask &task)
+{
+    WavReader reader(task.input);
+    WavShape shape = reader.shape();
+    if (framesToTake(task, shape) == shape.frames)
+        return task.input;
+    shape.frames = framesToTake(task, shape);
+    fs::path file = task.main.parent_path() / "beginning.wav";
+    WavWriter writer(file, shape);
+    std::vector<std::int32_t> block(static_cast<std::size_t>(shape.channels) * 4096);
+    for (std::int64_t left = shape.frames; left > 0;) {
+        const auto frames = std::min<std::int64_t>(left, 4096);
+        const std::span<std::int32_t> part =
+            std::span(block).first(static_cast<std::size_t>(frames * shape.channels));
+        if (reader.read(part) != frames)
+            throw Refusal("The uploaded file can no longer be read.");
+        writer.write(part);
+        left -= frames;
     }
+    writer.finish();
+    return file;
+}
 
-    void checkResult(const fs::path &file, const SeparationTask &task)
-    {
-        const WavShape wanted = WavReader(task.input).shape();
-        try {
-            const WavShape got = WavReader(file).shape();
-            if (got.sampleRate != wanted.sampleRate || got.frames != framesToTake(task, wanted))
-                throw Refusal("The separator program gave a result of another length.");
-        } catch (const Refusal &) {
-            throw Refusal("The separator program gave no usable result.");
-        }
+void checkResult(const fs::path &file, const SeparationTask &task)
+{
+    const WavShape wanted = WavReader(task.input).shape();
+    try {
+        const WavShape got = WavReader(file).shape();
+        if (got.sampleRate != wanted.sampleRate || got.frames != framesToTake(task, wanted))
+            throw Refusal("The separator program gave a result of another length.");
+    } catch (const Refusal &) {
+        throw Refusal("The separator program gave no usable result.");
     }
+}
 
 } // namespace
 
-std::vector<std::string> wordsOf(std::string_view command)
+std::vector<std::string> splitCommand(std::string_view command)
 {
     std::vector<std::string> words;
     char quote = 0;
@@ -102,26 +102,26 @@ std::vector<std::string> wordsOf(std::string_view command)
     return words;
 }
 
-Separate separateByCommand(std::vector<std::string> words)
+SeparateFunction separateByCommand(std::vector<std::string> words)
 {
     return [words = std::move(words)](const SeparationTask &task, JobControl &control) {
-        const fs::path input = beginningOf(task);
-        const std::string instrument(kInstrumentWords[static_cast<std::size_t>(task.instrument)]);
-        const Filling fillings = {{{"{input}", utf8(input)},
-                                   {"{instrument}", instrument},
-                                   {"{main}", utf8(task.main)},
-                                   {"{mix}", utf8(task.mix)}}};
+        const fs::path input = inputOf(task);
+        const std::string instrument(instrumentWords[static_cast<std::size_t>(task.instrument)]);
+        const Placeholders placeholders = {{{"{input}", utf8(input)},
+                                            {"{instrument}", instrument},
+                                            {"{main}", utf8(task.main)},
+                                            {"{mix}", utf8(task.mix)}}};
         std::vector<std::string> command;
         for (const std::string &word : words)
-            command.push_back(filled(word, fillings));
+            command.push_back(withPlaceholders(word, placeholders));
         switch (runChild(command, control.cancelled)) {
-        case ChildEnd::Cancelled:
+        case ChildResult::Cancelled:
             return false;
-        case ChildEnd::NotStarted:
+        case ChildResult::NotStarted:
             throw Refusal("The separator program could not be started.");
-        case ChildEnd::Failed:
+        case ChildResult::Failed:
             throw Refusal("The separator program failed.");
-        case ChildEnd::Succeeded:
+        case ChildResult::Succeeded:
             break;
         }
         checkResult(task.main, task);

@@ -12,38 +12,37 @@ namespace localservice {
 
 namespace {
 
-    // Names of the service's own are long hexadecimal numbers. Whatever else lies in its folders is
-    // somebody's and stays.
-    void removeOwn(const fs::path &path)
-    {
-        const std::string stem = path.stem().string();
-        const bool isHex = stem.find_first_not_of("0123456789abcdef") == std::string::npos;
-        std::error_code ignored;
-        if (isHex && stem.size() >= 2 * kNameBytes)
-            fs::remove_all(path, ignored);
-    }
+// The service's own names are long hexadecimal numbers. Other files in its folders belong to
+// somebody else and stay.
+void removeIfOwn(const fs::path &path)
+{
+    const std::string stem = path.stem().string();
+    const bool isHex = stem.find_first_not_of("0123456789abcdef") == std::string::npos;
+    std::error_code ignored;
+    if (isHex && stem.size() >= 2 * diskNameBytes)
+        fs::remove_all(path, ignored);
+}
 
-    // SQLite gives the files beside it the same access. A disk that knows no owners is none's
-    // fault.
-    void keepFromOthers(const fs::path &file)
-    {
-        if (!fs::exists(file))
-            std::ofstream stream(file);
-        std::error_code ignored;
-        fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, ignored);
-    }
+// SQLite creates the files beside it with the same permissions. Some file systems have none.
+void restrictToOwner(const fs::path &file)
+{
+    if (!fs::exists(file))
+        std::ofstream stream(file);
+    std::error_code ignored;
+    fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, ignored);
+}
 
 } // namespace
 
 DataFolder::DataFolder(fs::path root)
     : m_root(std::move(root))
 {
-    // A folder that was there before keeps the access that its owner has given it.
+    // An existing folder keeps its permissions.
     if (fs::create_directories(m_root))
         fs::permissions(m_root, fs::perms::owner_all);
     for (const char *name : {"uploads", "work", "results"})
         fs::create_directory(m_root / name);
-    keepFromOthers(database());
+    restrictToOwner(database());
 }
 
 fs::path DataFolder::upload(const std::string &file) const
@@ -53,15 +52,15 @@ fs::path DataFolder::upload(const std::string &file) const
 
 fs::path DataFolder::mainResult(const std::string &token) const
 {
-    return m_root / "results" / token / kMainFile;
+    return m_root / "results" / token / mainFile;
 }
 
 fs::path DataFolder::mixResult(const std::string &token) const
 {
-    return m_root / "results" / token / kMixFile;
+    return m_root / "results" / token / mixFile;
 }
 
-fs::path DataFolder::openWorkshop(const std::string &token) const
+fs::path DataFolder::makeStagingDir(const std::string &token) const
 {
     fs::path folder = m_root / "work" / token;
     fs::remove_all(folder);
@@ -75,7 +74,7 @@ void DataFolder::publish(const std::string &token) const
     fs::rename(m_root / "work" / token, m_root / "results" / token);
 }
 
-void DataFolder::clearWorkshop(const std::string &token) const noexcept
+void DataFolder::removeStagingDir(const std::string &token) const noexcept
 {
     std::error_code ignored;
     fs::remove_all(m_root / "work" / token, ignored);
@@ -93,14 +92,14 @@ void DataFolder::removeResults(const std::string &token) const noexcept
     fs::remove_all(m_root / "results" / token, ignored);
 }
 
-void DataFolder::tidy(const std::vector<std::string> &knownUploads) const
+void DataFolder::removeLeftovers(const std::vector<std::string> &knownUploads) const
 {
     for (const auto &entry : fs::directory_iterator(m_root / "work"))
-        removeOwn(entry.path());
+        removeIfOwn(entry.path());
     for (const auto &entry : fs::directory_iterator(m_root / "uploads")) {
         const std::string name = entry.path().filename().string();
         if (std::find(knownUploads.begin(), knownUploads.end(), name) == knownUploads.end())
-            removeOwn(entry.path());
+            removeIfOwn(entry.path());
     }
 }
 

@@ -10,7 +10,7 @@
 
 namespace localservice {
 
-/// The service's folder and the places in it. All names on disk are the service's own.
+/// The service's data folder. All file names in it are the service's own.
 class DataFolder final
 {
 public:
@@ -23,25 +23,25 @@ public:
     [[nodiscard]] std::filesystem::path mainResult(const std::string &token) const;
     [[nodiscard]] std::filesystem::path mixResult(const std::string &token) const;
     /// Where the results of a job are written until they are whole: an empty folder.
-    [[nodiscard]] std::filesystem::path openWorkshop(const std::string &token) const;
-    /// Gives the results their place, both at once.
+    [[nodiscard]] std::filesystem::path makeStagingDir(const std::string &token) const;
+    /// Moves both results to their final place at once.
     void publish(const std::string &token) const;
     /// Removes what is left of a job's unfinished work.
-    void clearWorkshop(const std::string &token) const noexcept;
+    void removeStagingDir(const std::string &token) const noexcept;
     void removeUpload(const std::string &file) const noexcept;
     void removeResults(const std::string &token) const noexcept;
-    /// Removes what an earlier run left unfinished: all workshops, and uploads that nobody knows.
-    void tidy(const std::vector<std::string> &knownUploads) const;
+    /// Removes what an earlier run left unfinished: all staging folders, and unknown uploads.
+    void removeLeftovers(const std::vector<std::string> &knownUploads) const;
 
 private:
     std::filesystem::path m_root;
 };
 
 /// How many random bytes make the name of an upload on disk.
-inline constexpr std::size_t kNameBytes = 16;
+inline constexpr std::size_t diskNameBytes = 16;
 
 /// The file names of the results within a folder of theirs.
-inline constexpr const char *kMainFile = "main.wav";
-inline constexpr const char *kMixFile = "mix.wav";
+inline constexpr const char *mainFile = "main.wav";
+inline constexpr const char *mixFile = "mix.wav";
 
 } // namespace localservice

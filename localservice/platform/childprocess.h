@@ -8,14 +8,14 @@
 
 namespace localservice {
 
-/// How a program of the user's ended.
-enum class ChildEnd { Succeeded, Failed, NotStarted, Cancelled };
+/// How a child process ended.
+enum class ChildResult { Succeeded, Failed, NotStarted, Cancelled };
 
 /// Runs a program (the first word, searched in PATH) with its arguments, without a shell, and waits
 /// for its end. Its input is empty, its standard output goes to the service's log. When `cancelled`
 /// becomes true it is ended together with all programs that it has started; when the service dies,
 /// it is ended as well.
-[[nodiscard]] ChildEnd runChild(const std::vector<std::string> &words,
-                                const std::atomic<bool> &cancelled);
+[[nodiscard]] ChildResult runChild(const std::vector<std::string> &words,
+                                   const std::atomic<bool> &cancelled);
 
 } // namespace localservice

@@ -6,7 +6,7 @@
 
 namespace localservice {
 
-/// Where the user's programs keep their data on this system; "" when the system does not say.
+/// The system's folder for the user's data; "" when there is none.
 [[nodiscard]] std::filesystem::path userDataFolder();
 
 } // namespace localservice

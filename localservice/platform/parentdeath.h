@@ -4,8 +4,7 @@
 
 namespace localservice {
 
-/// Called in a fresh child process: asks the system to kill it when its parent dies, where the
-/// system can.
+/// To be called in a new child process: it is killed when its parent dies, where the system can.
 void dieWithParent();
 
 } // namespace localservice

@@ -15,7 +15,7 @@ struct Backend
     JobStore &jobs;
     ArrivingFiles &arriving;
     const DataFolder &folder;
-    std::uint64_t mostUploadBytes;
+    std::uint64_t maxUploadBytes;
     std::string
         fallbackHost; ///< "host:port", for clients that do not say how they address the service
 };

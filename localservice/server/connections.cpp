@@ -9,7 +9,7 @@
 namespace localservice {
 
 Connections::Connections(std::chrono::milliseconds time)
-    : m_time(time)
+    : m_timeout(time)
     , m_watcher(&Connections::watch, this)
 { }
 
@@ -33,7 +33,7 @@ bool Connections::requestRead(const std::string &peer)
 {
     const std::lock_guard lock(m_mutex);
     const auto found = m_entries.find(peer);
-    if (found == m_entries.end() || found->second.state == State::Cut)
+    if (found == m_entries.end() || found->second.state == State::Aborted)
         return false;
     found->second.state = State::Read;
     return true;
@@ -49,29 +49,29 @@ void Connections::shutdownAll()
 {
     const std::lock_guard lock(m_mutex);
     for (auto &[peer, entry] : m_entries)
-        cut(entry);
+        abort(entry);
 }
 
-void Connections::cut(Entry &entry)
+void Connections::abort(Entry &entry)
 {
-    entry.state = State::Cut;
+    entry.state = State::Aborted;
     try {
         entry.socket.shutdown();
     } catch (const Poco::Exception &) {
-        // The other side was quicker: the connection is gone, which is what was wanted.
+        // The peer has already closed the connection.
         return;
     }
 }
 
 void Connections::watch()
 {
-    const auto pause = std::min<std::chrono::milliseconds>(m_time, std::chrono::seconds(1));
+    const auto pause = std::min<std::chrono::milliseconds>(m_timeout, std::chrono::seconds(1));
     std::unique_lock lock(m_mutex);
     while (!m_changed.wait_for(lock, pause, [this] { return m_stopping; })) {
-        const auto latest = std::chrono::steady_clock::now() - m_time;
+        const auto latest = std::chrono::steady_clock::now() - m_timeout;
         for (auto &[peer, entry] : m_entries) {
             if (entry.state == State::Awaited && entry.since < latest)
-                cut(entry);
+                abort(entry);
         }
     }
 }

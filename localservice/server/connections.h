@@ -13,12 +13,12 @@
 
 namespace localservice {
 
-/// Knows all open connections, and cuts those whose requests do not arrive in time, so that nobody
-/// can hold the service's threads by saying next to nothing. Thread-safe.
+/// All open connections. Aborts those whose requests do not arrive in time, so that idle clients do
+/// not occupy the threads. Thread-safe.
 class Connections final
 {
 public:
-    /// `time` is how long each has for what requestRead() tells the end of.
+    /// `timeout` is the time from opened() to requestRead().
     explicit Connections(std::chrono::milliseconds time);
     Connections(const Connections &) = delete;
     Connections &operator=(const Connections &) = delete;
@@ -29,11 +29,11 @@ public:
     /// cut before: what has been read may then be less than was sent.
     [[nodiscard]] bool requestRead(const std::string &peer);
     void closed(const std::string &peer);
-    /// Cuts all connections.
+    /// Aborts all connections.
     void shutdownAll();
 
 private:
-    enum class State { Awaited, Read, Cut };
+    enum class State { Awaited, Read, Aborted };
     struct Entry
     {
         Poco::Net::StreamSocket socket;
@@ -41,10 +41,10 @@ private:
         State state = State::Awaited;
     };
 
-    static void cut(Entry &entry);
+    static void abort(Entry &entry);
     void watch();
 
-    std::chrono::milliseconds m_time;
+    std::chrono::milliseconds m_timeout;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     bool m_stopping = false;

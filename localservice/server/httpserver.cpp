@@ -13,66 +13,65 @@ namespace localservice {
 
 namespace {
 
-    using Poco::Net::HTTPServerParams;
-    using Poco::Net::StreamSocket;
+using Poco::Net::HTTPServerParams;
+using Poco::Net::StreamSocket;
 
-    constexpr int kMostThreads = 32;
-    constexpr int kMostWaiting = 64;
-    // How long the other side may say nothing, or take nothing, in the middle of a request.
-    constexpr int kSilenceSeconds = 30;
+constexpr int maxThreads = 32;
+constexpr int maxWaiting = 64;
+// How long the other side may say nothing, or take nothing, in the middle of a request.
+constexpr int silenceSeconds = 30;
 
-    class Connection final : public Poco::Net::HTTPServerConnection
+class Connection final : public Poco::Net::HTTPServerConnection
+{
+public:
+    Connection(const StreamSocket &socket, HTTPServerParams::Ptr parameters,
+               Poco::Net::HTTPRequestHandlerFactory::Ptr handlers, Connections &connections)
+        : HTTPServerConnection(socket, std::move(parameters), std::move(handlers))
+        , m_peer(socket.peerAddress().toString())
+        , m_connections(connections)
     {
-    public:
-        Connection(const StreamSocket &socket, HTTPServerParams::Ptr parameters,
-                   Poco::Net::HTTPRequestHandlerFactory::Ptr handlers, Connections &connections)
-            : HTTPServerConnection(socket, std::move(parameters), std::move(handlers))
-            , m_peer(socket.peerAddress().toString())
-            , m_connections(connections)
-        {
-            this->socket().setSendTimeout(Poco::Timespan(kSilenceSeconds, 0));
-            m_connections.opened(m_peer, socket);
-        }
-
-        ~Connection() override { m_connections.closed(m_peer); }
-
-    private:
-        std::string m_peer;
-        Connections &m_connections;
-    };
-
-    class ConnectionFactory final : public Poco::Net::TCPServerConnectionFactory
-    {
-    public:
-        ConnectionFactory(HTTPServerParams::Ptr parameters, Backend &backend,
-                          Connections &connections)
-            : m_parameters(std::move(parameters))
-            , m_handlers(new HandlerFactory(backend, connections))
-            , m_connections(connections)
-        { }
-
-        Poco::Net::TCPServerConnection *createConnection(const StreamSocket &socket) override
-        {
-            return new Connection(socket, m_parameters, m_handlers, m_connections);
-        }
-
-    private:
-        HTTPServerParams::Ptr m_parameters;
-        Poco::Net::HTTPRequestHandlerFactory::Ptr m_handlers;
-        Connections &m_connections;
-    };
-
-    // One request a connection: a kept-alive one that the service closes in the wrong moment makes
-    // clients send their request twice.
-    HTTPServerParams::Ptr parameters()
-    {
-        HTTPServerParams::Ptr parameters = new HTTPServerParams;
-        parameters->setKeepAlive(false);
-        parameters->setTimeout(Poco::Timespan(kSilenceSeconds, 0));
-        parameters->setMaxThreads(kMostThreads);
-        parameters->setMaxQueued(kMostWaiting);
-        return parameters;
+        this->socket().setSendTimeout(Poco::Timespan(silenceSeconds, 0));
+        m_connections.opened(m_peer, socket);
     }
+
+    ~Connection() override { m_connections.closed(m_peer); }
+
+private:
+    std::string m_peer;
+    Connections &m_connections;
+};
+
+class ConnectionFactory final : public Poco::Net::TCPServerConnectionFactory
+{
+public:
+    ConnectionFactory(HTTPServerParams::Ptr parameters, Backend &backend, Connections &connections)
+        : m_parameters(std::move(parameters))
+        , m_handlers(new HandlerFactory(backend, connections))
+        , m_connections(connections)
+    { }
+
+    Poco::Net::TCPServerConnection *createConnection(const StreamSocket &socket) override
+    {
+        return new Connection(socket, m_parameters, m_handlers, m_connections);
+    }
+
+private:
+    HTTPServerParams::Ptr m_parameters;
+    Poco::Net::HTTPRequestHandlerFactory::Ptr m_handlers;
+    Connections &m_connections;
+};
+
+// One request a connection: a kept-alive one that the service closes in the wrong moment makes
+// clients send their request twice.
+HTTPServerParams::Ptr parameters()
+{
+    HTTPServerParams::Ptr parameters = new HTTPServerParams;
+    parameters->setKeepAlive(false);
+    parameters->setTimeout(Poco::Timespan(silenceSeconds, 0));
+    parameters->setMaxThreads(maxThreads);
+    parameters->setMaxQueued(maxWaiting);
+    return parameters;
+}
 
 } // namespace
 
@@ -80,11 +79,11 @@ HttpServer::HttpServer(const std::string &host, std::uint16_t port, Backend back
                        std::chrono::milliseconds requestTime)
     : m_backend(std::move(backend))
     , m_connections(requestTime)
-    , m_threads(2, kMostThreads)
+    , m_threads(2, maxThreads)
 {
     Poco::Net::ServerSocket socket;
     socket.bind(Poco::Net::SocketAddress(host, port), true, false);
-    socket.listen(kMostWaiting);
+    socket.listen(maxWaiting);
     m_backend.fallbackHost = socket.address().toString();
     const HTTPServerParams::Ptr shared = parameters();
     m_server = std::make_unique<Poco::Net::TCPServer>(

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "localservice/server/handlers.h"
+#include "localservice/server/handlerfactory.h"
 
 #include <Poco/Net/TCPServer.h>
 #include <Poco/ThreadPool.h>

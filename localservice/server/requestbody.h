@@ -22,10 +22,10 @@ public:
     [[nodiscard]] std::string_view next();
 
 private:
-    void checkPace() const;
+    void checkRate() const;
 
     std::streambuf &m_source;
-    const std::int64_t m_announced; ///< in bytes; -1: not told
+    const std::int64_t m_contentLength; ///< in bytes; -1: not known
     const std::chrono::steady_clock::time_point m_began = std::chrono::steady_clock::now();
     std::int64_t m_bytes = 0;
     std::vector<char> m_block;

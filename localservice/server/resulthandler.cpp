@@ -13,7 +13,7 @@ void ResultHandler::handleRequest(Request &request, Response &response)
     const std::optional<std::filesystem::path> file = fileOf(pathOf(request));
     std::error_code missing;
     if (!file || !std::filesystem::is_regular_file(*file, missing)) {
-        send(request, response, Response::HTTP_NOT_FOUND, kPlainText, "Not found.");
+        send(request, response, Response::HTTP_NOT_FOUND, plainText, "Not found.");
         return;
     }
     response.set("X-Content-Type-Options", "nosniff");

@@ -22,7 +22,7 @@ public:
     void handleRequest(Request &request, Response &response) override;
 
 private:
-    /// The file behind "/results/TOKEN/NAME.wav", with the names that download.php gives.
+    /// The file behind "/results/TOKEN/NAME.wav", with the names that download.php returns.
     [[nodiscard]] std::optional<std::filesystem::path> fileOf(const std::string &path) const;
 
     Backend &m_backend;

@@ -33,21 +33,21 @@ class AccountStore final
 {
 public:
     /// How long a session lasts after its latest use, in seconds.
-    static constexpr std::int64_t kSessionSeconds = std::int64_t{30} * 86400;
+    static constexpr std::int64_t sessionSeconds = std::int64_t{30} * 86400;
 
-    /// Gives the seconds since 1970.
+    /// Returns the seconds since 1970.
     using Clock = std::function<std::int64_t()>;
 
     explicit AccountStore(Database &database, Clock clock = secondsNow);
 
     /// Makes an account; throws Refusal when the e-mail address is taken.
-    Account add(const AccountChange &person);
+    Account add(const AccountChange &change);
     /// The account of an e-mail address and its password. Takes as long for an unknown address.
     [[nodiscard]] std::optional<Account> signIn(const std::string &email,
                                                 const std::string &password);
     /// The account of a session, which this prolongs.
     [[nodiscard]] std::optional<Account> accountOf(const std::string &hash);
-    /// Begins a session and gives its hash, the secret that names it.
+    /// Begins a session and returns its hash, the secret that names it.
     [[nodiscard]] std::string openSession(std::int64_t account);
     /// Ends a session, unless it is the local one.
     void closeSession(const std::string &hash);
@@ -59,8 +59,8 @@ public:
 
     /// A code for a new password, valid once and for half an hour; nothing for an unknown address.
     [[nodiscard]] std::optional<std::string> openRecovery(const std::string &email);
-    /// Sets a new password with such a code and ends all sessions but the local one; gives whether
-    /// the code was right.
+    /// Sets a new password with such a code and ends all sessions but the local one; returns
+    /// whether the code was right.
     [[nodiscard]] bool recover(const std::string &email, const std::string &code,
                                const std::string &password);
 
@@ -68,8 +68,7 @@ public:
     [[nodiscard]] int processedToday(std::int64_t account);
     void countProcessed(std::int64_t account);
 
-    /// The session of the account that belongs to whoever owns this computer; made at the first
-    /// call, and never over.
+    /// The session of this computer's own account, created at the first call. It never expires.
     [[nodiscard]] std::string localSession();
 
 private:
@@ -91,6 +90,6 @@ private:
 };
 
 /// The e-mail address of the account that localSession() makes.
-inline constexpr const char *kLocalEmail = "local@localhost";
+inline constexpr const char *localEmail = "local@localhost";
 
 } // namespace localservice

@@ -14,71 +14,71 @@ namespace localservice {
 
 namespace {
 
-    constexpr std::array kStateWords = {"queued", "running", "ready", "failed", "cancelled"};
-    constexpr const char *kSelect =
-        "SELECT jobs.id AS id, jobs.account AS account, upload, instrument, extension, demo,"
-        " jobs.name AS name, original, jobs.seconds AS seconds, state, reason, token,"
-        " jobs.added AS added FROM jobs ";
+constexpr std::array stateWords = {"queued", "running", "ready", "failed", "cancelled"};
+constexpr const char *selectJobs =
+    "SELECT jobs.id AS id, jobs.account AS account, upload, instrument, extension, demo,"
+    " jobs.name AS name, original, jobs.seconds AS seconds, state, reason, token,"
+    " jobs.added AS added FROM jobs ";
 
-    std::string wordOf(JobState state)
-    {
-        return kStateWords[static_cast<std::size_t>(state)];
-    }
+std::string wordOf(JobState state)
+{
+    return stateWords[static_cast<std::size_t>(state)];
+}
 
-    JobState stateOf(const std::string &word)
-    {
-        for (std::size_t i = 0; i < kStateWords.size(); ++i) {
-            if (word == kStateWords[i])
-                return static_cast<JobState>(i);
-        }
-        return JobState::Failed;
+JobState stateOf(const std::string &word)
+{
+    for (std::size_t i = 0; i < stateWords.size(); ++i) {
+        if (word == stateWords[i])
+            return static_cast<JobState>(i);
     }
+    return JobState::Failed;
+}
 
-    Job jobOf(Poco::Data::RecordSet &row)
-    {
-        const auto text = [&row](const char *column) { return row[column].convert<std::string>(); };
-        Job job;
-        job.id = row["id"].convert<std::int32_t>();
-        job.account = row["account"].convert<std::int64_t>();
-        job.upload = row["upload"].convert<std::int64_t>();
-        job.instrument = text("instrument");
-        job.extension = text("extension");
-        job.demo = row["demo"].convert<int>() != 0;
-        job.name = text("name");
-        job.original = text("original");
-        job.seconds = row["seconds"].convert<double>();
-        job.state = stateOf(text("state"));
-        job.reason = text("reason");
-        job.token = text("token");
-        job.added = row["added"].convert<std::int64_t>();
-        return job;
-    }
+Job jobOf(Poco::Data::RecordSet &row)
+{
+    const auto text = [&row](const char *column) { return row[column].convert<std::string>(); };
+    Job job;
+    job.id = row["id"].convert<std::int32_t>();
+    job.account = row["account"].convert<std::int64_t>();
+    job.upload = row["upload"].convert<std::int64_t>();
+    job.instrument = text("instrument");
+    job.extension = text("extension");
+    job.demo = row["demo"].convert<int>() != 0;
+    job.name = text("name");
+    job.original = text("original");
+    job.seconds = row["seconds"].convert<double>();
+    job.state = stateOf(text("state"));
+    job.reason = text("reason");
+    job.token = text("token");
+    job.added = row["added"].convert<std::int64_t>();
+    return job;
+}
 
-    std::vector<Job> jobsOf(Poco::Data::Statement &select)
-    {
-        select.execute();
-        Poco::Data::RecordSet rows(select);
-        std::vector<Job> jobs;
-        for (bool more = rows.moveFirst(); more; more = rows.moveNext())
-            jobs.push_back(jobOf(rows));
-        return jobs;
-    }
+std::vector<Job> jobsOf(Poco::Data::Statement &select)
+{
+    select.execute();
+    Poco::Data::RecordSet rows(select);
+    std::vector<Job> jobs;
+    for (bool more = rows.moveFirst(); more; more = rows.moveNext())
+        jobs.push_back(jobOf(rows));
+    return jobs;
+}
 
-    std::optional<Job> firstOf(std::vector<Job> jobs)
-    {
-        return jobs.empty() ? std::nullopt : std::optional(std::move(jobs.front()));
-    }
+std::optional<Job> firstOf(std::vector<Job> jobs)
+{
+    return jobs.empty() ? std::nullopt : std::optional(std::move(jobs.front()));
+}
 
-    std::int32_t freeId(Poco::Data::Session &session)
-    {
-        for (;;) {
-            const std::int32_t id = randomId();
-            int taken = 0;
-            session << "SELECT COUNT(*) FROM jobs WHERE id = ?", bind(id), into(taken), now;
-            if (taken == 0)
-                return id;
-        }
+std::int32_t freeId(Poco::Data::Session &session)
+{
+    for (;;) {
+        const std::int32_t id = randomId();
+        int taken = 0;
+        session << "SELECT COUNT(*) FROM jobs WHERE id = ?", bind(id), into(taken), now;
+        if (taken == 0)
+            return id;
     }
+}
 
 } // namespace
 
@@ -86,8 +86,8 @@ std::int32_t JobStore::add(const Job &job, const std::string &uploadName)
 {
     Database::Access access = m_database.access();
     Transaction transaction(access.session);
-    if (const std::optional<Job> twin = findTwin(job, uploadName))
-        return twin->id;
+    if (const std::optional<Job> duplicate = findDuplicate(job, uploadName))
+        return duplicate->id;
     const std::int32_t id = freeId(access.session);
     access.session
         << "INSERT INTO jobs(id, account, upload, instrument, extension, demo, name, original,"
@@ -104,7 +104,7 @@ std::vector<Job> JobStore::select(const std::string &condition, std::int64_t val
 {
     Database::Access access = m_database.access();
     Poco::Data::Statement select(access.session);
-    select << kSelect << condition, bind(value);
+    select << selectJobs << condition, bind(value);
     return jobsOf(select);
 }
 
@@ -117,16 +117,16 @@ std::optional<Job> JobStore::findByToken(const std::string &token)
 {
     Database::Access access = m_database.access();
     Poco::Data::Statement select(access.session);
-    select << kSelect << "WHERE token = ?", bind(token);
+    select << selectJobs << "WHERE token = ?", bind(token);
     return firstOf(jobsOf(select));
 }
 
-std::optional<Job> JobStore::findTwin(const Job &job, const std::string &uploadName)
+std::optional<Job> JobStore::findDuplicate(const Job &job, const std::string &uploadName)
 {
     Database::Access access = m_database.access();
     Poco::Data::Statement select(access.session);
     select
-        << kSelect
+        << selectJobs
         << "JOIN uploads ON uploads.id = jobs.upload WHERE jobs.account = ? AND uploads.name = ?"
            " AND instrument = ? AND extension = ? AND demo = ? AND state IN ('queued', 'running')",
         bind(job.account), bind(uploadName), bind(job.instrument), bind(job.extension),
@@ -181,10 +181,10 @@ std::vector<std::string> JobStore::takeOlderThan(std::int64_t time)
 {
     Database::Access access = m_database.access();
     Transaction transaction(access.session);
-    constexpr const char *kOld = "state NOT IN ('queued', 'running') AND added < ?";
+    constexpr const char *oldJobs = "state NOT IN ('queued', 'running') AND added < ?";
     std::vector<std::string> tokens;
-    access.session << "SELECT token FROM jobs WHERE " << kOld, bind(time), into(tokens), now;
-    access.session << "DELETE FROM jobs WHERE " << kOld, bind(time), now;
+    access.session << "SELECT token FROM jobs WHERE " << oldJobs, bind(time), into(tokens), now;
+    access.session << "DELETE FROM jobs WHERE " << oldJobs, bind(time), now;
     transaction.commit();
     return tokens;
 }

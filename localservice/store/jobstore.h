@@ -12,7 +12,7 @@ namespace localservice {
 
 enum class JobState { Queued, Running, Ready, Failed, Cancelled };
 
-/// One request of an account to take one song apart.
+/// A request of an account to separate one song.
 struct Job
 {
     std::int32_t id = 0;
@@ -38,17 +38,17 @@ public:
         : m_database(database)
     { }
 
-    /// Puts a job at the end of the queue and gives its id. While an equal job of the same account
-    /// waits or runs, no second one is made: the id is that one's. `uploadName` is the client's
+    /// Adds a job to the queue and returns its id. While an equal job of the same account waits or
+    /// runs, no second one is added: the id is that one's. `uploadName` is the client's
     /// name of the file.
     std::int32_t add(const Job &job, const std::string &uploadName);
     [[nodiscard]] std::optional<Job> find(std::int32_t id);
     [[nodiscard]] std::optional<Job> findByToken(const std::string &token);
     /// An account's waiting or running job equal to this one.
-    [[nodiscard]] std::optional<Job> findTwin(const Job &job, const std::string &uploadName);
-    /// Takes the first job of the queue, which thereby runs.
+    [[nodiscard]] std::optional<Job> findDuplicate(const Job &job, const std::string &uploadName);
+    /// Takes the first job of the queue and marks it as running.
     [[nodiscard]] std::optional<Job> takeNext();
-    /// Moves a job on from one state to another; gives whether it was in the first one.
+    /// Moves a job on from one state to another; returns whether it was in the first one.
     bool move(std::int32_t id, JobState from, JobState to, const std::string &reason = {});
     /// Puts the jobs that were running when the program ended back to their place in the queue.
     void requeueInterrupted();
@@ -56,7 +56,7 @@ public:
     [[nodiscard]] double secondsBefore(std::int32_t id);
     /// An account's finished jobs, the newest first.
     [[nodiscard]] std::vector<Job> finishedOf(std::int64_t account);
-    /// Forgets the jobs that ended and were added before a time, and gives their tokens.
+    /// Deletes the jobs that ended and were added before a time, and returns their tokens.
     [[nodiscard]] std::vector<std::string> takeOlderThan(std::int64_t time);
 
 private:

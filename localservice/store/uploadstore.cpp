@@ -10,23 +10,23 @@ namespace localservice {
 
 namespace {
 
-    constexpr const char *kColumns = "SELECT id, account, name, file, seconds FROM uploads ";
-    constexpr const char *kUnneeded =
-        "removed = 1 AND NOT EXISTS (SELECT 1 FROM jobs"
-        " WHERE jobs.upload = uploads.id"
-        " AND (jobs.state IN ('queued', 'running')"
-        " OR (jobs.demo = 1 AND jobs.state = 'ready' AND jobs.added >= ?)))";
+constexpr const char *selectUploads = "SELECT id, account, name, file, seconds FROM uploads ";
+constexpr const char *unneededUploads =
+    "removed = 1 AND NOT EXISTS (SELECT 1 FROM jobs"
+    " WHERE jobs.upload = uploads.id"
+    " AND (jobs.state IN ('queued', 'running')"
+    " OR (jobs.demo = 1 AND jobs.state = 'ready' AND jobs.added >= ?)))";
 
-    std::optional<Upload> firstOf(Poco::Data::Statement &select)
-    {
-        select.execute();
-        Poco::Data::RecordSet rows(select);
-        if (!rows.moveFirst())
-            return std::nullopt;
-        return Upload{rows["id"].convert<std::int64_t>(), rows["account"].convert<std::int64_t>(),
-                      rows["name"].convert<std::string>(), rows["file"].convert<std::string>(),
-                      rows["seconds"].convert<double>()};
-    }
+std::optional<Upload> firstOf(Poco::Data::Statement &select)
+{
+    select.execute();
+    Poco::Data::RecordSet rows(select);
+    if (!rows.moveFirst())
+        return std::nullopt;
+    return Upload{rows["id"].convert<std::int64_t>(), rows["account"].convert<std::int64_t>(),
+                  rows["name"].convert<std::string>(), rows["file"].convert<std::string>(),
+                  rows["seconds"].convert<double>()};
+}
 
 } // namespace
 
@@ -49,7 +49,7 @@ std::optional<Upload> UploadStore::find(std::int64_t account, const std::string 
 {
     Database::Access access = m_database.access();
     Poco::Data::Statement select(access.session);
-    select << kColumns << "WHERE account = ? AND name = ? AND removed = 0", bind(account),
+    select << selectUploads << "WHERE account = ? AND name = ? AND removed = 0", bind(account),
         bind(name);
     return firstOf(select);
 }
@@ -58,7 +58,7 @@ std::optional<Upload> UploadStore::find(std::int64_t id)
 {
     Database::Access access = m_database.access();
     Poco::Data::Statement select(access.session);
-    select << kColumns << "WHERE id = ?", bind(id);
+    select << selectUploads << "WHERE id = ?", bind(id);
     return firstOf(select);
 }
 
@@ -80,9 +80,9 @@ std::vector<std::string> UploadStore::takeUnneeded(std::int64_t demosBefore)
     Database::Access access = m_database.access();
     Transaction transaction(access.session);
     std::vector<std::string> gone;
-    access.session << "SELECT file FROM uploads WHERE " << kUnneeded, bind(demosBefore), into(gone),
-        now;
-    access.session << "DELETE FROM uploads WHERE " << kUnneeded, bind(demosBefore), now;
+    access.session << "SELECT file FROM uploads WHERE " << unneededUploads, bind(demosBefore),
+        into(gone), now;
+    access.session << "DELETE FROM uploads WHERE " << unneededUploads, bind(demosBefore), now;
     transaction.commit();
     return gone;
 }

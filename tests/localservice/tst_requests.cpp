@@ -4,7 +4,7 @@
 #include "localservice/http/fields.h"
 #include "localservice/http/multipart.h"
 #include "localservice/jobs/commandseparator.h"
-#include "localservice/jobs/pace.h"
+#include "localservice/jobs/throughputestimator.h"
 #include "localservice/options.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Writes down what a parser says: "name(filename)=content;" for every part.
+// Records what a parser reports: "name(filename)=content;" for every part.
 class PartList final : public MultipartParser::Sink
 {
 public:
@@ -41,7 +41,7 @@ class RequestsTest final : public TestCase
     Q_OBJECT
 
 private slots:
-    void takesUploadsApart_data()
+    void parsesUploads_data()
     {
         const Rows<QByteArray, QByteArray> add;
         const QByteArray end = "--B--\r\n";
@@ -65,7 +65,7 @@ private slots:
             QByteArray("a()=\r\n\r\n-\r\n--\r\r\n;"));
     }
 
-    void takesUploadsApart()
+    void parsesUploads()
     {
         const auto [body, parts] = fetchRow<QByteArray, QByteArray>();
         // In pieces of every size, so that each boundary is cut at each place.
@@ -120,7 +120,7 @@ private slots:
             many += "f" + std::to_string(i) + "=1&";
         for (const std::string &body :
              {std::string("a=%"), std::string("a=%4"), std::string("a=%zz"), std::string("a=%00"),
-              std::string("a=%ff%fe"), std::string("a=") + std::string(Fields::kMostBytes, 'x'),
+              std::string("a=%ff%fe"), std::string("a=") + std::string(Fields::maxBytes, 'x'),
               many})
             QVERIFY_EXCEPTION_THROWN((void)Fields::fromForm(body), BadRequest);
         QCOMPARE(baseName("/a/b\\..\\c d.wav"), std::string("c d.wav"));
@@ -181,15 +181,15 @@ private slots:
               {"\"my prog\" 'a \"b\"' ''", {"my prog", "a \"b\"", ""}},
               {"a'b c'd", {"ab cd"}},
               {"a;b $(c) `d`", {"a;b", "$(c)", "`d`"}}})
-            QCOMPARE(wordsOf(command), words);
+            QCOMPARE(splitCommand(command), words);
         for (const char *command : {"a 'b", "  "})
-            QVERIFY_EXCEPTION_THROWN((void)wordsOf(command), std::invalid_argument);
+            QVERIFY_EXCEPTION_THROWN((void)splitCommand(command), std::invalid_argument);
     }
 
-    void foretellsTheTimeLeft_data()
+    void estimatesTheTimeLeft_data()
     {
         const Rows<double, double, double, int> add;
-        // 100 seconds of sound; two workers that have learnt to do 20 seconds in one.
+        // 100 seconds of sound; two workers at 20 seconds of sound a second.
         add("first in the queue", 0.0, 0.0, 0.0, 5);
         add("behind others", 400.0, 0.0, 0.0, 15);
         add("just begun", 0.0, 0.05, 60.0, 5);
@@ -198,14 +198,15 @@ private slots:
         add("ready", 0.0, 1.0, 5.0, 0);
     }
 
-    void foretellsTheTimeLeft()
+    void estimatesTheTimeLeft()
     {
         const auto [before, share, elapsed, left] = fetchRow<double, double, double, int>();
-        Pace pace(2);
-        pace.learn(300, 10s);
-        pace.learn(0, 1s);
-        QCOMPARE(pace.secondsLeft({before, 100, share, std::chrono::duration<double>(elapsed)}),
-                 left);
+        ThroughputEstimator throughput(2);
+        throughput.addMeasurement(300, 10s);
+        throughput.addMeasurement(0, 1s);
+        QCOMPARE(
+            throughput.secondsLeft({before, 100, share, std::chrono::duration<double>(elapsed)}),
+            left);
     }
 
     void limitsTriesWithinAMinute()

@@ -105,7 +105,7 @@ private slots:
         writeWav(at("in.wav"), shape, input);
         JobControl control;
         QVERIFY(separate(task(part), control));
-        QCOMPARE(control.share.load(), 1.0);
+        QCOMPARE(control.progress.load(), 1.0);
         const double share = energyOf(readWav(at("mix.wav"))) / energyOf(input);
         QVERIFY2(share < 0.1, qPrintable(QStringLiteral("left in the mix: %1").arg(share)));
     }
@@ -114,11 +114,12 @@ private slots:
     {
         const std::array<float, 4> values = {0, 1e-20F, 0.3F, 1e4F};
         for (const float hertz : {0.0F, 60.0F, 440.0F, 20000.0F}) {
-            for (const float lasting : values) {
-                for (const float striking : values) {
+            for (const float sustained : values) {
+                for (const float transient : values) {
                     for (const float pan : {-1.0F, 0.0F, 0.5F}) {
-                        const Masks masks = shareOut({lasting, striking, {pan, 1 - std::abs(pan)}},
-                                                     Bands(hertz), {-0.9F, {}});
+                        const Masks masks =
+                            computeMasks({sustained, transient, {pan, 1 - std::abs(pan)}},
+                                         FrequencyWeights(hertz), {-0.9F, {}});
                         for (const float mask : masks)
                             QVERIFY(mask >= 0 && mask <= 1);
                         const float sum = std::accumulate(masks.begin(), masks.end(), 0.0F);
@@ -173,7 +174,7 @@ private slots:
         bool finished = true;
         std::thread worker([&] { finished = separate(task(Part::Bass), control); });
         const bool isUnderWay =
-            QTest::qWaitFor([&] { return control.share > 0.15; }, 20000) && control.share < 1;
+            QTest::qWaitFor([&] { return control.progress > 0.15; }, 20000) && control.progress < 1;
         QElapsedTimer timer;
         timer.start();
         control.cancelled = true;

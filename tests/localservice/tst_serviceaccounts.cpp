@@ -4,7 +4,7 @@
 
 #include <QRegularExpression>
 
-/// Whose is what, at the real program.
+/// Accounts and their rights, at the real program.
 class ServiceAccountsTest final : public ServiceCase
 {
     Q_OBJECT
@@ -29,13 +29,13 @@ private slots:
         const Form name = {{"name", "O"}, {"email", "o@b.org"}};
         Form repeat = fields({{"instrument", "bass"}, {"hash", ""}});
         repeat += Form{{"uploadedFileName", "x.wav"}};
-        struct Road
+        struct Request
         {
             const char *path;
             Form form;
             QByteArray nobody, stranger, owner;
         };
-        const Road roads[] = {
+        const Request requests[] = {
             {"remains.php", job, unknownFile, unknownFile, "-1"},
             {"cancel.php", job, unknownFile, unknownFile, "There was nothing left to cancel."},
             {"download.php", job, unknownFile, unknownFile, "http.+/vocals.wav.http.+.wav"},
@@ -49,7 +49,7 @@ private slots:
             {"removeUploaded.php", file, unknownSession, "Removed.", "Removed."},
             {"auth/logout.php", {}, unknownSession, "1", "1"},
         };
-        for (const auto &[path, form, nobody, stranger, owner] : roads) {
+        for (const auto &[path, form, nobody, stranger, owner] : requests) {
             const QString row = QString(path) + ", ";
             add(row + "nobody", path, "nobody", form, nobody);
             add(row + "unknown", path, "unknown", form, unknownSession);
@@ -95,10 +95,11 @@ private slots:
         add("known, with another's token", "", {{"hash", "LOCAL"}, {"accessToken", "x"}},
             unknownSession);
         add("known", "LOCAL", {}, noRoom);
-        add("not told yet", "", {}, noRoom);
+        add("no session yet", "", {}, noRoom);
     }
 
-    /// With no folder for it, a file that is taken ends otherwise than one that is not.
+    /// Without a folder to store it in, an accepted file ends with another sentence than a refused
+    /// one.
     void refusesBeforeTheFileArrives()
     {
         auto [cookie, before, answer] = fetchRow<QString, Form, QByteArray>();
@@ -133,13 +134,13 @@ private slots:
         QVERIFY(change(QString(7, 'x')).contains("at least 8"));
         QVERIFY(change(QString(1025, 'x')).contains("too long"));
         QVERIFY(other.post("auth/check.php", {{"hash", hash}}).contains("\"E\""));
-        // What is this computer's owner's becomes nobody else's.
+        // The address of this computer's own account is reserved.
         person[1].second = "LOCAL@localhost";
         for (const char *path : {"auth/register.php", "auth/update.php"})
             QCOMPARE(other.post(path, person + Form{{"hash", hash}}),
                      "This is not an e-mail address.");
 
-        // Nobody learns here who has an account.
+        // The answer does not reveal who has an account.
         for (const char *email : {"nobody@b.org", "e@b.org"})
             QCOMPARE(other.post("auth/recover.php", {{"email", email}}), "1");
         QTRY_VERIFY(m_service->log().contains("code for e@b.org is "));
@@ -178,13 +179,13 @@ private slots:
         for (int i = 0; i < 60; ++i)
             (void)askFor(nobody, "7");
         QVERIFY(askFor(nobody, m_job).contains("Too many requests"));
-        // The guesses of whoever shares his address are not the owner's.
+        // The guesses of others at the same address do not count against the owner.
         QCOMPARE(askFor(*m_client, m_job), "-1");
     }
 
 private:
     QByteArray m_job; // of the local account, from the upload "x.wav"
-    QJsonObject m_otto; // somebody else
+    QJsonObject m_otto; // another account
 };
 
 TEKO_TEST_MAIN(ServiceAccountsTest)

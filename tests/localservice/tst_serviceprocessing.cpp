@@ -5,7 +5,7 @@
 #include <QJsonArray>
 #include <QtEndian>
 
-/// Songs on their way through the real program.
+/// Jobs, at the real program.
 class ServiceProcessingTest final : public ServiceCase
 {
     Q_OBJECT
@@ -52,7 +52,7 @@ private slots:
         QCOMPARE(record["deleted"].toString(),
                  QDateTime::currentDateTimeUtc().addDays(30).date().toString(Qt::ISODate));
 
-        // A late cancel takes nothing away; a removed upload cannot be repeated.
+        // A late cancel deletes nothing; a removed upload cannot be repeated.
         QCOMPARE(m_client->post("cancel.php", {{"songID", id}}),
                  "There was nothing left to cancel.");
         QCOMPARE(m_client->post("remains.php", {{"songID", id}}), "-1");
@@ -137,7 +137,7 @@ private slots:
             QByteArray("-1"));
         add("fails", "sh -c 'exit 3'", QByteArray("The separator program failed."));
         add("does nothing", "true", QByteArray("The separator program gave no usable result."));
-        add("gives half", "cp {input} {main}",
+        add("only one result", "cp {input} {main}",
             QByteArray("The separator program gave no usable result."));
         add("is missing", "/no/such/program {input}",
             QByteArray("The separator program could not be started."));

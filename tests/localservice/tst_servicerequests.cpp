@@ -6,7 +6,7 @@
 
 #include <Poco/Net/StreamSocket.h>
 
-/// Requests that the real program must not fall for.
+/// Malformed and hostile requests, at the real program.
 class ServiceRequestsTest final : public ServiceCase
 {
     Q_OBJECT

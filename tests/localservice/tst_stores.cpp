@@ -3,7 +3,7 @@
 #include "localservice/api/processing.h"
 #include "localservice/base/refusal.h"
 #include "localservice/base/secrets.h"
-#include "localservice/jobs/runner.h"
+#include "localservice/jobs/jobrunner.h"
 #include "localservice/server/httpserver.h"
 #include "localservice/store/accountstore.h"
 #include "sounds.h"
@@ -23,10 +23,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Everything that the service keeps, opened on one folder.
-struct House
+// The stores of a service, opened on one folder.
+struct Stores
 {
-    explicit House(const QTemporaryDir &dir)
+    explicit Stores(const QTemporaryDir &dir)
         : folder(dir.filePath("data").toStdString())
         , database(folder.database())
         , accounts(database,
@@ -70,7 +70,7 @@ struct House
 // A separator that waits until it is cancelled.
 bool waitForCancel(const SeparationTask &, JobControl &control)
 {
-    control.share = 0.5;
+    control.progress = 0.5;
     while (!control.cancelled)
         std::this_thread::yield();
     return false;
@@ -102,41 +102,41 @@ private slots:
         std::int32_t id = 0;
         std::string hash;
         {
-            House house(*m_dir);
-            hash = house.accounts.localSession();
-            id = house.addJob(house.accounts.accountOf(hash)->id, "a.wav");
-            Runner runner(house.jobs, house.uploads, house.folder, waitForCancel, 1, 30);
-            QTRY_VERIFY(house.jobs.find(id)->state == JobState::Running);
+            Stores stores(*m_dir);
+            hash = stores.accounts.localSession();
+            id = stores.addJob(stores.accounts.accountOf(hash)->id, "a.wav");
+            JobRunner runner(stores.jobs, stores.uploads, stores.folder, waitForCancel, 1, 30);
+            QTRY_VERIFY(stores.jobs.find(id)->state == JobState::Running);
         }
-        House house(*m_dir);
+        Stores stores(*m_dir);
         QCOMPARE(QFile::permissions(m_dir->filePath("data/service.db"))
                      & ~(QFile::ReadUser | QFile::WriteUser),
                  QFile::ReadOwner | QFile::WriteOwner);
-        QCOMPARE(house.accounts.localSession(), hash);
-        const Job kept = house.jobs.find(id).value();
+        QCOMPARE(stores.accounts.localSession(), hash);
+        const Job kept = stores.jobs.find(id).value();
         QCOMPARE(kept.instrument, std::string("drums"));
         QVERIFY(kept.state == JobState::Queued);
-        QVERIFY(house.uploads.find(kept.account, "a.wav"));
-        QVERIFY(house.jobs.takeNext()); // as a service that was killed leaves it
-        Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
-        QTRY_VERIFY(house.jobs.find(id)->state == JobState::Ready);
-        QVERIFY(std::filesystem::exists(house.folder.mixResult(house.jobs.find(id)->token)));
+        QVERIFY(stores.uploads.find(kept.account, "a.wav"));
+        QVERIFY(stores.jobs.takeNext()); // as a service that was killed leaves it
+        JobRunner runner(stores.jobs, stores.uploads, stores.folder, copyTwice, 1, 30);
+        QTRY_VERIFY(stores.jobs.find(id)->state == JobState::Ready);
+        QVERIFY(std::filesystem::exists(stores.folder.mixResult(stores.jobs.find(id)->token)));
     }
 
     void makesOneJobOfEqualRequests()
     {
-        House house(*m_dir);
-        const std::int64_t one = house.accounts.add({"A", "a@b", ""}).id;
-        const std::int64_t other = house.accounts.add({"B", "b@b", ""}).id;
-        const std::int32_t first = house.addJob(one, "a.wav");
-        QCOMPARE(house.addJob(one, "a.wav"), first);
-        QVERIFY(house.addJob(one, "b.wav") != first);
-        QVERIFY(house.addJob(one, "a.wav", true) != first);
-        QVERIFY(house.addJob(other, "a.wav") != first);
-        QVERIFY(house.jobs.takeNext()->id == first);
-        QCOMPARE(house.addJob(one, "a.wav"), first);
-        QVERIFY(house.jobs.move(first, JobState::Running, JobState::Ready));
-        QVERIFY(house.addJob(one, "a.wav") != first);
+        Stores stores(*m_dir);
+        const std::int64_t one = stores.accounts.add({"A", "a@b", ""}).id;
+        const std::int64_t other = stores.accounts.add({"B", "b@b", ""}).id;
+        const std::int32_t first = stores.addJob(one, "a.wav");
+        QCOMPARE(stores.addJob(one, "a.wav"), first);
+        QVERIFY(stores.addJob(one, "b.wav") != first);
+        QVERIFY(stores.addJob(one, "a.wav", true) != first);
+        QVERIFY(stores.addJob(other, "a.wav") != first);
+        QVERIFY(stores.jobs.takeNext()->id == first);
+        QCOMPARE(stores.addJob(one, "a.wav"), first);
+        QVERIFY(stores.jobs.move(first, JobState::Running, JobState::Ready));
+        QVERIFY(stores.addJob(one, "a.wav") != first);
     }
 
     void forgetsCancelledAndFailedWork_data()
@@ -149,25 +149,25 @@ private slots:
     void forgetsCancelledAndFailedWork()
     {
         const auto [fails] = fetchRow<bool>();
-        House house(*m_dir);
-        const Separate separate = [fails](const SeparationTask &task, JobControl &control) {
+        Stores stores(*m_dir);
+        const SeparateFunction separate = [fails](const SeparationTask &task, JobControl &control) {
             std::ofstream(task.main) << "half a result";
             if (fails)
                 throw Refusal("No luck today.");
             return waitForCancel(task, control);
         };
-        const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
-        const std::int32_t id = house.addJob(account, "a.wav");
-        house.uploads.remove(account, "a.wav");
-        Runner runner(house.jobs, house.uploads, house.folder, separate, 1, 30);
-        const std::filesystem::path home = house.folder.database().parent_path();
+        const std::int64_t account = stores.accounts.add({"A", "a@b", ""}).id;
+        const std::int32_t id = stores.addJob(account, "a.wav");
+        stores.uploads.remove(account, "a.wav");
+        JobRunner runner(stores.jobs, stores.uploads, stores.folder, separate, 1, 30);
+        const std::filesystem::path home = stores.folder.database().parent_path();
         if (!fails) {
             QTRY_VERIFY(!std::filesystem::is_empty(home / "work"));
             QVERIFY(runner.cancel(id));
         }
         const JobState end = fails ? JobState::Failed : JobState::Cancelled;
-        QTRY_VERIFY(house.jobs.find(id)->state == end);
-        QCOMPARE(house.jobs.find(id)->reason, std::string(fails ? "No luck today." : ""));
+        QTRY_VERIFY(stores.jobs.find(id)->state == end);
+        QCOMPARE(stores.jobs.find(id)->reason, std::string(fails ? "No luck today." : ""));
         QVERIFY(!runner.cancel(id));
         // Neither half a result nor the removed upload is left.
         for (const char *sub : {"work", "results", "uploads"})
@@ -176,112 +176,112 @@ private slots:
 
     void keepsUploadsWhileTheyAreNeeded()
     {
-        House house(*m_dir);
-        const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
-        const Job full = *house.jobs.find(house.addJob(account, "full.wav"));
-        const Job demo = *house.jobs.find(house.addJob(account, "demo.wav", true));
-        Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
+        Stores stores(*m_dir);
+        const std::int64_t account = stores.accounts.add({"A", "a@b", ""}).id;
+        const Job full = *stores.jobs.find(stores.addJob(account, "full.wav"));
+        const Job demo = *stores.jobs.find(stores.addJob(account, "demo.wav", true));
+        JobRunner runner(stores.jobs, stores.uploads, stores.folder, copyTwice, 1, 30);
         for (const Job &job : {full, demo})
-            QTRY_VERIFY(house.jobs.find(job.id)->state == JobState::Ready);
-        QVERIFY(house.hasFile(full.upload));
-        house.uploads.remove(account + 1, "full.wav");
-        QVERIFY(house.uploads.find(account, "full.wav"));
+            QTRY_VERIFY(stores.jobs.find(job.id)->state == JobState::Ready);
+        QVERIFY(stores.hasFile(full.upload));
+        stores.uploads.remove(account + 1, "full.wav");
+        QVERIFY(stores.uploads.find(account, "full.wav"));
         for (const char *name : {"full.wav", "demo.wav"})
-            house.uploads.remove(account, name);
-        runner.sweepUploads();
-        QVERIFY(!house.uploads.find(account, "demo.wav"));
-        QVERIFY(!house.hasFile(full.upload));
-        QVERIFY(house.hasFile(demo.upload)); // it may still be made whole
-        QCOMPARE(house.jobs.takeOlderThan(secondsNow() + 10).size(), std::size_t(2));
-        runner.sweepUploads();
-        QVERIFY(!house.hasFile(demo.upload));
+            stores.uploads.remove(account, name);
+        runner.purgeUploads();
+        QVERIFY(!stores.uploads.find(account, "demo.wav"));
+        QVERIFY(!stores.hasFile(full.upload));
+        QVERIFY(stores.hasFile(demo.upload)); // it may still be made whole
+        QCOMPARE(stores.jobs.takeOlderThan(secondsNow() + 10).size(), std::size_t(2));
+        runner.purgeUploads();
+        QVERIFY(!stores.hasFile(demo.upload));
     }
 
-    void tidiesOnlyWhatIsItsOwn()
+    void removesOnlyItsOwnLeftovers()
     {
-        House house(*m_dir);
+        Stores stores(*m_dir);
         const Job job =
-            *house.jobs.find(house.addJob(house.accounts.add({"A", "a@b", ""}).id, "a.wav"));
-        const std::filesystem::path lost = house.folder.upload(randomHex(16) + ".wav");
-        const std::filesystem::path foreign = house.folder.upload("holiday.wav");
+            *stores.jobs.find(stores.addJob(stores.accounts.add({"A", "a@b", ""}).id, "a.wav"));
+        const std::filesystem::path lost = stores.folder.upload(randomHex(16) + ".wav");
+        const std::filesystem::path foreign = stores.folder.upload("holiday.wav");
         std::ofstream(lost) << "cut off";
         std::ofstream(foreign) << "somebody's";
-        (void)house.folder.openWorkshop(randomHex(32));
-        house.folder.tidy(house.uploads.files());
+        (void)stores.folder.makeStagingDir(randomHex(32));
+        stores.folder.removeLeftovers(stores.uploads.files());
         QVERIFY(!std::filesystem::exists(lost));
         QVERIFY(std::filesystem::exists(foreign));
-        QVERIFY(house.hasFile(job.upload));
-        QVERIFY(std::filesystem::is_empty(house.folder.database().parent_path() / "work"));
+        QVERIFY(stores.hasFile(job.upload));
+        QVERIFY(std::filesystem::is_empty(stores.folder.database().parent_path() / "work"));
     }
 
-    void letsOneServiceInAtATime()
+    void refusesASecondService()
     {
-        House house(*m_dir);
-        QVERIFY_EXCEPTION_THROWN(House second(*m_dir), DatabaseBusy);
+        Stores stores(*m_dir);
+        QVERIFY_EXCEPTION_THROWN(Stores second(*m_dir), DatabaseBusy);
     }
 
     void signsInAndOut()
     {
-        House house(*m_dir);
-        const Account anna = house.accounts.add({"Anna", "Anna@Example.org", "correct horse"});
-        QVERIFY_EXCEPTION_THROWN(house.accounts.add({"B", "anna@example.ORG", "12345678"}),
+        Stores stores(*m_dir);
+        const Account anna = stores.accounts.add({"Anna", "Anna@Example.org", "correct horse"});
+        QVERIFY_EXCEPTION_THROWN(stores.accounts.add({"B", "anna@example.ORG", "12345678"}),
                                  Refusal);
-        QCOMPARE(house.accounts.signIn("anna@example.org", "correct horse")->id, anna.id);
-        QVERIFY(!house.accounts.signIn("anna@example.org", "correct horsE"));
-        QVERIFY(!house.accounts.signIn("anna@example.org", ""));
-        QVERIFY(!house.accounts.signIn("nobody@example.org", "nobody's"));
+        QCOMPARE(stores.accounts.signIn("anna@example.org", "correct horse")->id, anna.id);
+        QVERIFY(!stores.accounts.signIn("anna@example.org", "correct horsE"));
+        QVERIFY(!stores.accounts.signIn("anna@example.org", ""));
+        QVERIFY(!stores.accounts.signIn("nobody@example.org", "nobody's"));
         // The account without a password cannot be entered by an empty one.
-        (void)house.accounts.localSession();
-        QVERIFY(!house.accounts.signIn(kLocalEmail, ""));
+        (void)stores.accounts.localSession();
+        QVERIFY(!stores.accounts.signIn(localEmail, ""));
 
-        const std::string here = house.accounts.openSession(anna.id);
-        const std::string elsewhere = house.accounts.openSession(anna.id);
+        const std::string here = stores.accounts.openSession(anna.id);
+        const std::string elsewhere = stores.accounts.openSession(anna.id);
         QVERIFY(here != elsewhere && here.size() == 64);
-        QVERIFY(house.accounts.tokenOf(here) != house.accounts.tokenOf(elsewhere));
-        house.accounts.change(anna, {"Ann", "ann@example.org", "battery staple"}, here);
-        QCOMPARE(house.accounts.accountOf(here)->name, std::string("Ann"));
-        QVERIFY(!house.accounts.accountOf(elsewhere));
-        QVERIFY(!house.accounts.accountOf(""));
-        QVERIFY(house.accounts.signIn("ann@example.org", "battery staple"));
-        house.accounts.change(anna, {"Ann", "ann@example.org", ""}, here);
-        QVERIFY(house.accounts.signIn("ann@example.org", "battery staple"));
+        QVERIFY(stores.accounts.tokenOf(here) != stores.accounts.tokenOf(elsewhere));
+        stores.accounts.change(anna, {"Ann", "ann@example.org", "battery staple"}, here);
+        QCOMPARE(stores.accounts.accountOf(here)->name, std::string("Ann"));
+        QVERIFY(!stores.accounts.accountOf(elsewhere));
+        QVERIFY(!stores.accounts.accountOf(""));
+        QVERIFY(stores.accounts.signIn("ann@example.org", "battery staple"));
+        stores.accounts.change(anna, {"Ann", "ann@example.org", ""}, here);
+        QVERIFY(stores.accounts.signIn("ann@example.org", "battery staple"));
     }
 
     void recoversOnce()
     {
-        House house(*m_dir);
-        const Account anna = house.accounts.add({"Anna", "a@b", "forgotten"});
-        const std::string session = house.accounts.openSession(anna.id);
-        QVERIFY(!house.accounts.recover("a@b", "", "new password"));
-        const std::string code = house.accounts.openRecovery("a@b").value();
-        QVERIFY(!house.accounts.openRecovery("x@b"));
-        QVERIFY(!house.accounts.recover("a@b", "0000000000", "new password"));
-        QVERIFY(!house.accounts.recover("x@b", code, "new password"));
+        Stores stores(*m_dir);
+        const Account anna = stores.accounts.add({"Anna", "a@b", "forgotten"});
+        const std::string session = stores.accounts.openSession(anna.id);
+        QVERIFY(!stores.accounts.recover("a@b", "", "new password"));
+        const std::string code = stores.accounts.openRecovery("a@b").value();
+        QVERIFY(!stores.accounts.openRecovery("x@b"));
+        QVERIFY(!stores.accounts.recover("a@b", "0000000000", "new password"));
+        QVERIFY(!stores.accounts.recover("x@b", code, "new password"));
         // A password that cannot be kept does not use up the code.
-        const auto run = [&house](const char *statement) {
-            house.database.access().session << statement, Poco::Data::Keywords::now;
+        const auto run = [&stores](const char *statement) {
+            stores.database.access().session << statement, Poco::Data::Keywords::now;
         };
         run("CREATE TRIGGER broken BEFORE DELETE ON sessions BEGIN SELECT RAISE(ABORT, ''); END");
-        QVERIFY_EXCEPTION_THROWN((void)house.accounts.recover("a@b", code, "new password"),
+        QVERIFY_EXCEPTION_THROWN((void)stores.accounts.recover("a@b", code, "new password"),
                                  Poco::Exception);
         run("DROP TRIGGER broken");
-        QVERIFY(house.accounts.recover("a@b", code, "new password"));
-        QVERIFY(house.accounts.signIn("a@b", "new password"));
-        QVERIFY(!house.accounts.accountOf(session));
-        QVERIFY(!house.accounts.recover("a@b", code, "another one"));
+        QVERIFY(stores.accounts.recover("a@b", code, "new password"));
+        QVERIFY(stores.accounts.signIn("a@b", "new password"));
+        QVERIFY(!stores.accounts.accountOf(session));
+        QVERIFY(!stores.accounts.recover("a@b", code, "another one"));
     }
 
     void countsFilesByAccount()
     {
-        House house(*m_dir);
-        const std::int64_t one = house.accounts.add({"A", "a@b", ""}).id;
-        const std::int64_t other = house.accounts.add({"B", "b@b", ""}).id;
-        house.accounts.countProcessed(one);
-        house.accounts.countProcessed(one);
-        QCOMPARE(house.accounts.processedToday(one), 2);
-        QCOMPARE(house.accounts.processedToday(other), 0);
-        house.secondsLater = 2 * 86400;
-        QCOMPARE(house.accounts.processedToday(one), 0);
+        Stores stores(*m_dir);
+        const std::int64_t one = stores.accounts.add({"A", "a@b", ""}).id;
+        const std::int64_t other = stores.accounts.add({"B", "b@b", ""}).id;
+        stores.accounts.countProcessed(one);
+        stores.accounts.countProcessed(one);
+        QCOMPARE(stores.accounts.processedToday(one), 2);
+        QCOMPARE(stores.accounts.processedToday(other), 0);
+        stores.secondsLater = 2 * 86400;
+        QCOMPARE(stores.accounts.processedToday(one), 0);
     }
 
     void endsUnusedSessions_data()
@@ -297,102 +297,103 @@ private slots:
     void endsUnusedSessions()
     {
         const auto [isLocal, daysOfUse, lasts] = fetchRow<bool, QList<int>, bool>();
-        House house(*m_dir);
-        const std::int64_t account = house.accounts.add({"A", "a@b", ""}).id;
+        Stores stores(*m_dir);
+        const std::int64_t account = stores.accounts.add({"A", "a@b", ""}).id;
         const std::string hash =
-            isLocal ? house.accounts.localSession() : house.accounts.openSession(account);
+            isLocal ? stores.accounts.localSession() : stores.accounts.openSession(account);
         bool isKnown = false;
         for (const int day : daysOfUse) {
-            house.secondsLater = day * 86400;
-            isKnown = house.accounts.accountOf(hash).has_value();
+            stores.secondsLater = day * 86400;
+            isKnown = stores.accounts.accountOf(hash).has_value();
         }
         QCOMPARE(isKnown, lasts);
         // A session that is over for good does not come back with the clock.
-        (void)house.accounts.openSession(account);
-        house.secondsLater = 0;
-        QCOMPARE(house.accounts.accountOf(hash).has_value(), lasts);
-        house.accounts.closeSession(hash);
+        (void)stores.accounts.openSession(account);
+        stores.secondsLater = 0;
+        QCOMPARE(stores.accounts.accountOf(hash).has_value(), lasts);
+        stores.accounts.closeSession(hash);
         if (isLocal)
-            house.accounts.change(house.accounts.accountOf(hash).value(), {"L", "l@b", "new"}, "");
-        QCOMPARE(house.accounts.accountOf(hash).has_value(), isLocal);
+            stores.accounts.change(stores.accounts.accountOf(hash).value(), {"L", "l@b", "new"},
+                                   "");
+        QCOMPARE(stores.accounts.accountOf(hash).has_value(), isLocal);
     }
 
     void letsSessionsOfEarlierVersionsExpire()
     {
         std::string hash;
         {
-            House house(*m_dir);
-            hash = house.accounts.openSession(house.accounts.add({"A", "a@b", ""}).id);
-            Database::Access access = house.database.access();
+            Stores stores(*m_dir);
+            hash = stores.accounts.openSession(stores.accounts.add({"A", "a@b", ""}).id);
+            Database::Access access = stores.database.access();
             access.session << "UPDATE sessions SET expires = expires - 30 * 86400",
                 Poco::Data::Keywords::now;
             access.session << "ALTER TABLE sessions RENAME COLUMN expires TO added",
                 Poco::Data::Keywords::now;
         }
-        House house(*m_dir);
-        QVERIFY(house.accounts.accountOf(hash));
-        house.secondsLater = 31 * 86400;
-        QVERIFY(!house.accounts.accountOf(hash));
+        Stores stores(*m_dir);
+        QVERIFY(stores.accounts.accountOf(hash));
+        stores.secondsLater = 31 * 86400;
+        QVERIFY(!stores.accounts.accountOf(hash));
     }
 
-    /// Many uploads end in the same moment, on many days, since luck has a part in it.
-    void givesTheDaysLastFileAwayOnce()
+    /// Many uploads end at the same moment, on many days, since it depends on timing.
+    void acceptsNoMoreThanTheDailyLimit()
     {
-        constexpr int kDays = 30;
-        constexpr int kUploads = 8;
-        constexpr int kLimit = 3;
-        House house(*m_dir);
-        Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
-        Gate gate(house.accounts, house.jobs);
+        constexpr int days = 30;
+        constexpr int uploadsPerDay = 8;
+        constexpr int limit = 3;
+        Stores stores(*m_dir);
+        JobRunner runner(stores.jobs, stores.uploads, stores.folder, copyTwice, 1, 30);
+        Authorizer authorizer(stores.accounts, stores.jobs);
         ArrivingFiles arriving;
-        Processing processing(house.database, house.accounts, house.uploads, house.jobs, runner,
-                              gate, arriving, {Subscription::Active, kLimit});
-        const Caller caller{"", "", house.accounts.localSession()};
+        Processing processing(stores.database, stores.accounts, stores.uploads, stores.jobs, runner,
+                              authorizer, arriving, {Subscription::Active, limit});
+        const RequestContext context{"", "", stores.accounts.localSession()};
         const std::string song = m_dir->filePath("song.wav").toStdString();
         writeWav(song, {1, 8000, 16, 8000}, std::vector<std::int32_t>(8000));
         const Fields form =
             Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3");
-        for (int day = 0; day < kDays; ++day) {
-            house.secondsLater = day * 2 * 86400;
-            std::latch start(kUploads);
+        for (int day = 0; day < days; ++day) {
+            stores.secondsLater = day * 2 * 86400;
+            std::latch start(uploadsPerDay);
             std::atomic<int> accepted = 0;
             const auto upload = [&](int number) {
-                ReceivedFile file(house.folder.upload(""), 1 << 20, arriving);
+                ReceivedFile file(stores.folder.upload(""), 1 << 20, arriving);
                 file.begin(0, std::to_string(number) + ".wav");
                 std::filesystem::copy_file(song, file.path(),
                                            std::filesystem::copy_options::overwrite_existing);
                 start.arrive_and_wait();
                 try {
-                    (void)processing.proceed(form, caller, file);
+                    (void)processing.proceed(form, context, file);
                     ++accepted;
                 } catch (const Refusal &) {
                     return;
                 }
             };
             std::vector<std::thread> threads;
-            for (int i = 0; i < kUploads; ++i)
-                threads.emplace_back(upload, day * kUploads + i);
+            for (int i = 0; i < uploadsPerDay; ++i)
+                threads.emplace_back(upload, day * uploadsPerDay + i);
             for (std::thread &thread : threads)
                 thread.join();
-            QCOMPARE(accepted, kLimit);
+            QCOMPARE(accepted, limit);
         }
-        QCOMPARE(house.uploads.files().size(), std::size_t(kDays * kLimit));
+        QCOMPARE(stores.uploads.files().size(), std::size_t(days * limit));
     }
 
-    /// Nor is it taken for a whole one when nobody has told how long it is.
+    /// Nor is a form without a length taken for a complete one.
     void cutsFormsThatDoNotEnd()
     {
-        House house(*m_dir);
-        Runner runner(house.jobs, house.uploads, house.folder, copyTwice, 1, 30);
-        Gate gate(house.accounts, house.jobs);
+        Stores stores(*m_dir);
+        JobRunner runner(stores.jobs, stores.uploads, stores.folder, copyTwice, 1, 30);
+        Authorizer authorizer(stores.accounts, stores.jobs);
         ArrivingFiles arriving;
         const Licence licence;
-        Processing processing(house.database, house.accounts, house.uploads, house.jobs, runner,
-                              gate, arriving, licence);
-        Accounts accounts(house.accounts, house.jobs, gate, licence, 30);
+        Processing processing(stores.database, stores.accounts, stores.uploads, stores.jobs, runner,
+                              authorizer, arriving, licence);
+        Accounts accounts(stores.accounts, stores.jobs, authorizer, licence, 30);
         std::optional<HttpServer> server(
             std::in_place, "127.0.0.1", 0,
-            Backend{processing, accounts, house.jobs, arriving, house.folder, 0, ""}, 200ms);
+            Backend{processing, accounts, stores.jobs, arriving, stores.folder, 0, ""}, 200ms);
         Poco::Net::StreamSocket socket(Poco::Net::SocketAddress(server->address()));
         socket.setReceiveTimeout(Poco::Timespan(5, 0));
         const std::string request =
@@ -402,7 +403,7 @@ private slots:
         char byte = 0;
         QCOMPARE(socket.receiveBytes(&byte, 1), 0);
         server.reset();
-        QVERIFY(!house.accounts.openRecovery("eva@b.org"));
+        QVERIFY(!stores.accounts.openRecovery("eva@b.org"));
     }
 
 private:

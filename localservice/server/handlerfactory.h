@@ -9,7 +9,7 @@
 
 namespace localservice {
 
-/// Gives every request the handler of its path.
+/// Returns every request the handler of its path.
 class HandlerFactory final : public Poco::Net::HTTPRequestHandlerFactory
 {
 public:

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "localservice/jobs/datafolder.h"
-#include "localservice/jobs/pace.h"
+#include "localservice/jobs/throughputestimator.h"
 #include "localservice/store/jobstore.h"
 #include "localservice/store/uploadstore.h"
 
@@ -15,32 +15,32 @@
 
 namespace localservice {
 
-/// What takes a song apart: the built-in separator or a program of the user's. See separate().
-using Separate = std::function<bool(const SeparationTask &, JobControl &)>;
+/// A separator: the built-in one or an external program. See separate().
+using SeparateFunction = std::function<bool(const SeparationTask &, JobControl &)>;
 
 /// How much of a song a demo covers.
-inline constexpr double kDemoSeconds = 30;
+inline constexpr double demoSeconds = 30;
 
-/// Works through the queue of jobs on threads of its own, and cleans up behind them.
-class Runner final
+/// Runs the queued jobs on worker threads of its own, and deletes what is no longer needed.
+class JobRunner final
 {
 public:
-    Runner(JobStore &jobs, UploadStore &uploads, const DataFolder &folder, Separate separate,
-           int workers, int keepDays);
-    Runner(const Runner &) = delete;
-    Runner &operator=(const Runner &) = delete;
+    JobRunner(JobStore &jobs, UploadStore &uploads, const DataFolder &folder,
+              SeparateFunction separate, int workers, int keepDays);
+    JobRunner(const JobRunner &) = delete;
+    JobRunner &operator=(const JobRunner &) = delete;
     /// Interrupts the running jobs, which go back to their place in the queue, and waits for the
     /// threads.
-    ~Runner();
+    ~JobRunner();
 
-    /// There is a new job.
-    void wake();
-    /// Cancels a waiting or running job; gives whether there was one.
+    /// To be called after a job was added.
+    void notifyJobAdded();
+    /// Cancels a waiting or running job; returns whether there was one.
     bool cancel(std::int32_t id);
     /// Whole seconds until a waiting or running job is ready. They never rise while it runs.
     [[nodiscard]] int secondsLeft(const Job &job);
     /// Deletes the uploads that are removed and no longer needed.
-    void sweepUploads();
+    void purgeUploads();
 
 private:
     struct Running
@@ -54,20 +54,20 @@ private:
     void work();
     [[nodiscard]] std::optional<Job> next();
     void run(const Job &job);
-    /// Processes a job and gives the sentence about its failure, "" when there was none.
+    /// Processes a job and returns the sentence about its failure, "" when there was none.
     [[nodiscard]] std::string attempt(const Job &job, Running &running);
     void finish(const Job &job, Running &running);
     [[nodiscard]] bool separateJob(const Job &job, Running &running);
-    void keepHouse();
-    void sweepOld();
+    void runMaintenance();
+    void purgeExpired();
     [[nodiscard]] std::shared_ptr<Running> find(std::int32_t id);
 
     JobStore &m_jobs;
     UploadStore &m_uploads;
     const DataFolder &m_folder;
-    Separate m_separate;
+    SeparateFunction m_separate;
     int m_keepDays;
-    Pace m_pace;
+    ThroughputEstimator m_throughput;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     bool m_stopping = false;

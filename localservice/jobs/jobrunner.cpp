@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "localservice/jobs/runner.h"
+#include "localservice/jobs/jobrunner.h"
 
 #include "localservice/base/log.h"
 #include "localservice/base/refusal.h"
@@ -11,32 +11,32 @@ namespace localservice {
 
 namespace {
 
-    constexpr std::int64_t kDay = 86400;
-    constexpr std::chrono::hours kHouseKeeping{1};
-    // An idle worker looks at the queue this often, in case an earlier look failed.
-    constexpr std::chrono::seconds kIdle{10};
-    constexpr const char *kBroken = "The service could not process the file.";
+constexpr std::int64_t secondsPerDay = 86400;
+constexpr std::chrono::hours maintenanceInterval{1};
+// An idle worker looks at the queue this often, in case an earlier look failed.
+constexpr std::chrono::seconds idleInterval{10};
+constexpr const char *internalError = "The service could not process the file.";
 
 } // namespace
 
-Runner::Runner(JobStore &jobs, UploadStore &uploads, const DataFolder &folder, Separate separate,
-               int workers, int keepDays)
+JobRunner::JobRunner(JobStore &jobs, UploadStore &uploads, const DataFolder &folder,
+                     SeparateFunction separate, int workers, int keepDays)
     : m_jobs(jobs)
     , m_uploads(uploads)
     , m_folder(folder)
     , m_separate(std::move(separate))
     , m_keepDays(keepDays)
-    , m_pace(workers)
+    , m_throughput(workers)
 {
     m_jobs.requeueInterrupted();
-    sweepOld();
-    m_folder.tidy(m_uploads.files());
+    purgeExpired();
+    m_folder.removeLeftovers(m_uploads.files());
     for (int i = 0; i < workers; ++i)
-        m_threads.emplace_back(&Runner::work, this);
-    m_threads.emplace_back(&Runner::keepHouse, this);
+        m_threads.emplace_back(&JobRunner::work, this);
+    m_threads.emplace_back(&JobRunner::runMaintenance, this);
 }
 
-Runner::~Runner()
+JobRunner::~JobRunner()
 {
     {
         const std::lock_guard lock(m_mutex);
@@ -49,7 +49,7 @@ Runner::~Runner()
         thread.join();
 }
 
-void Runner::wake()
+void JobRunner::notifyJobAdded()
 {
     // Taking the lock keeps the call from falling between a worker's look at the queue and its
     // sleep.
@@ -57,13 +57,13 @@ void Runner::wake()
     m_changed.notify_all();
 }
 
-void Runner::work()
+void JobRunner::work()
 {
     std::unique_lock lock(m_mutex);
     while (!m_stopping) {
         const std::optional<Job> job = next();
         if (!job) {
-            m_changed.wait_for(lock, kIdle);
+            m_changed.wait_for(lock, idleInterval);
             continue;
         }
         m_running[job->id] = std::make_shared<Running>();
@@ -74,7 +74,7 @@ void Runner::work()
     }
 }
 
-std::optional<Job> Runner::next()
+std::optional<Job> JobRunner::next()
 {
     try {
         return m_jobs.takeNext();
@@ -85,22 +85,22 @@ std::optional<Job> Runner::next()
     }
 }
 
-void Runner::run(const Job &job)
+void JobRunner::run(const Job &job)
 {
     try {
         const std::string failure = attempt(job, *find(job.id));
-        m_folder.clearWorkshop(job.token);
+        m_folder.removeStagingDir(job.token);
         if (!failure.empty()) {
             log("Job " + std::to_string(job.id) + " failed: " + failure);
             m_jobs.move(job.id, JobState::Running, JobState::Failed, failure);
         }
-        sweepUploads();
+        purgeUploads();
     } catch (const Poco::Exception &error) {
         log("Could not note the end of job " + std::to_string(job.id) + ": " + error.displayText());
     }
 }
 
-std::string Runner::attempt(const Job &job, Running &running)
+std::string JobRunner::attempt(const Job &job, Running &running)
 {
     try {
         finish(job, running);
@@ -112,14 +112,14 @@ std::string Runner::attempt(const Job &job, Running &running)
     } catch (const std::exception &error) {
         log("Job " + std::to_string(job.id) + ": " + error.what());
     }
-    return kBroken;
+    return internalError;
 }
 
-void Runner::finish(const Job &job, Running &running)
+void JobRunner::finish(const Job &job, Running &running)
 {
     if (separateJob(job, running)) {
         m_folder.publish(job.token);
-        m_pace.learn(job.seconds, std::chrono::steady_clock::now() - running.began);
+        m_throughput.addMeasurement(job.seconds, std::chrono::steady_clock::now() - running.began);
         m_jobs.move(job.id, JobState::Running, JobState::Ready);
         return;
     }
@@ -128,27 +128,27 @@ void Runner::finish(const Job &job, Running &running)
                 running.cancelledByUser ? JobState::Cancelled : JobState::Queued);
 }
 
-bool Runner::separateJob(const Job &job, Running &running)
+bool JobRunner::separateJob(const Job &job, Running &running)
 {
     const std::optional<Upload> upload = m_uploads.find(job.upload);
     const std::optional<Part> instrument = instrumentFromWord(job.instrument);
     if (!upload || !instrument)
         throw Refusal("The service no longer has this file.");
-    const std::filesystem::path workshop = m_folder.openWorkshop(job.token);
+    const std::filesystem::path stagingDir = m_folder.makeStagingDir(job.token);
     const SeparationTask task{m_folder.upload(upload->file), *instrument,
-                              job.demo ? std::optional(kDemoSeconds) : std::nullopt,
-                              workshop / kMainFile, workshop / kMixFile};
+                              job.demo ? std::optional(demoSeconds) : std::nullopt,
+                              stagingDir / mainFile, stagingDir / mixFile};
     return m_separate(task, running.control);
 }
 
-std::shared_ptr<Runner::Running> Runner::find(std::int32_t id)
+std::shared_ptr<JobRunner::Running> JobRunner::find(std::int32_t id)
 {
     const std::lock_guard lock(m_mutex);
     const auto found = m_running.find(id);
     return found == m_running.end() ? nullptr : found->second;
 }
 
-bool Runner::cancel(std::int32_t id)
+bool JobRunner::cancel(std::int32_t id)
 {
     const std::lock_guard lock(m_mutex);
     if (m_jobs.move(id, JobState::Queued, JobState::Cancelled))
@@ -158,50 +158,51 @@ bool Runner::cancel(std::int32_t id)
         return false;
     found->second->cancelledByUser = true;
     found->second->control.cancelled = true;
-    // At once, so that the same request made now is a new job and not this one's twin.
+    // At once, so that the same request made now starts a new job.
     return m_jobs.move(id, JobState::Running, JobState::Cancelled);
 }
 
-int Runner::secondsLeft(const Job &job)
+int JobRunner::secondsLeft(const Job &job)
 {
-    Outlook outlook;
-    outlook.seconds = job.seconds;
+    JobProgress progress;
+    progress.seconds = job.seconds;
     const std::shared_ptr<Running> running = find(job.id);
     if (!running) {
-        outlook.secondsBefore = m_jobs.secondsBefore(job.id);
-        return m_pace.secondsLeft(outlook);
+        progress.secondsBefore = m_jobs.secondsBefore(job.id);
+        return m_throughput.secondsLeft(progress);
     }
-    outlook.share = running->control.share;
-    outlook.elapsed = std::chrono::steady_clock::now() - running->began;
-    const int seconds = m_pace.secondsLeft(outlook);
+    progress.share = running->control.progress;
+    progress.elapsed = std::chrono::steady_clock::now() - running->began;
+    const int seconds = m_throughput.secondsLeft(progress);
     const std::lock_guard lock(m_mutex);
     if (running->lastAnswer < 0 || seconds < running->lastAnswer)
         running->lastAnswer = seconds;
     return running->lastAnswer;
 }
 
-void Runner::sweepUploads()
+void JobRunner::purgeUploads()
 {
-    for (const std::string &file : m_uploads.takeUnneeded(secondsNow() - m_keepDays * kDay))
+    for (const std::string &file :
+         m_uploads.takeUnneeded(secondsNow() - m_keepDays * secondsPerDay))
         m_folder.removeUpload(file);
 }
 
-void Runner::sweepOld()
+void JobRunner::purgeExpired()
 {
-    const std::int64_t before = secondsNow() - m_keepDays * kDay;
+    const std::int64_t before = secondsNow() - m_keepDays * secondsPerDay;
     m_uploads.removeOlderThan(before);
     for (const std::string &token : m_jobs.takeOlderThan(before))
         m_folder.removeResults(token);
-    sweepUploads();
+    purgeUploads();
 }
 
-void Runner::keepHouse()
+void JobRunner::runMaintenance()
 {
     std::unique_lock lock(m_mutex);
-    while (!m_changed.wait_for(lock, kHouseKeeping, [this] { return m_stopping; })) {
+    while (!m_changed.wait_for(lock, maintenanceInterval, [this] { return m_stopping; })) {
         lock.unlock();
         try {
-            sweepOld();
+            purgeExpired();
         } catch (const Poco::Exception &error) {
             log("Could not clean up: " + error.displayText());
         }

@@ -7,8 +7,8 @@
 
 namespace localservice {
 
-/// What is known about a job when somebody asks how long it takes.
-struct Outlook
+/// The state of a job that the remaining time is estimated from.
+struct JobProgress
 {
     double secondsBefore = 0; ///< sound of the jobs that wait before it
     double seconds = 0; ///< its own sound
@@ -16,19 +16,19 @@ struct Outlook
     std::chrono::duration<double> elapsed{0}; ///< since it began; 0 while it waits
 };
 
-/// How fast the service works, learnt from the jobs that it has finished. Thread-safe.
-class Pace final
+/// Estimates the remaining time of jobs from the throughput of finished ones. Thread-safe.
+class ThroughputEstimator final
 {
 public:
-    explicit Pace(int workers)
+    explicit ThroughputEstimator(int workers)
         : m_workers(workers)
     { }
 
-    /// A job of so many seconds of sound took so long.
-    void learn(double seconds, std::chrono::duration<double> took);
+    /// Records that a job of so many seconds of sound took so long.
+    void addMeasurement(double seconds, std::chrono::duration<double> took);
     /// Whole seconds until the job is ready, at least 0. A job that has gone on for a while is
     /// measured by itself.
-    [[nodiscard]] int secondsLeft(const Outlook &outlook) const;
+    [[nodiscard]] int secondsLeft(const JobProgress &progress) const;
 
 private:
     mutable std::mutex m_mutex;

@@ -10,36 +10,36 @@
 namespace localservice {
 
 /// Where a bin lies between the channels.
-struct Place
+struct StereoPosition
 {
     float pan = 0; ///< -1 left, 0 middle, 1 right
-    float likeness = 1; ///< 0 the channels differ wholly, 1 they are alike
+    float similarity = 1; ///< 0 the channels differ wholly, 1 they are alike
 };
 
-/// The place of one bin, by the energy of its two channels and their agreement.
-[[nodiscard]] Place placeOf(std::complex<float> left, std::complex<float> right);
+/// The position of one bin, from the energy of its two channels and their agreement.
+[[nodiscard]] StereoPosition positionOf(std::complex<float> left, std::complex<float> right);
 
-/// Where the guitar and the piano of a song stand, when they stand aside: pan positions.
-struct Seating
+/// Where the guitar and the piano of a song are panned; empty where they are not.
+struct PanPositions
 {
     std::optional<float> guitar;
     std::optional<float> piano;
 };
 
-/// Listens to a song once, to find out who sits where: collects, by place, how much energy there is
-/// and how sharply it sets in. Energy in the middle says nothing about seats.
-class Panorama final
+/// Measures the stereo field of a song, to find out where guitar and piano are panned: collects, by
+/// pan position, the energy and how sharp its attacks are. Energy in the centre does not count.
+class StereoField final
 {
 public:
-    explicit Panorama(float hertzPerBin);
+    explicit StereoField(float hertzPerBin);
 
     /// Takes two neighbouring frames of the left and the right channel.
     void add(const std::array<Spectrum, 2> &before, const std::array<Spectrum, 2> &now);
     /// The side with the sharper attacks is the piano's, the other one the guitar's.
-    [[nodiscard]] Seating seating() const;
+    [[nodiscard]] PanPositions positions() const;
 
 private:
-    static constexpr int kSlots = 41;
+    static constexpr int slotCount = 41;
 
     struct Slot
     {
@@ -56,7 +56,7 @@ private:
 
     [[nodiscard]] Side side(int first, int last) const;
 
-    std::array<Slot, kSlots> m_slots;
+    std::array<Slot, slotCount> m_slots;
     std::size_t m_firstBin;
     std::size_t m_lastBin;
 };

@@ -7,7 +7,7 @@ namespace localservice {
 /// The subscription that every account of this service has.
 enum class Subscription { Active, None, Expired };
 
-/// What accounts may do.
+/// What the accounts of this service may do.
 struct Licence
 {
     Subscription subscription = Subscription::Active;
