@@ -42,6 +42,9 @@ void run(const Options &options)
     initialiseSecrets();
     const std::unique_ptr<Service> service = start(options);
     log("Listening on " + service->url());
+    if (service->isOpenToNetworkWithoutTls())
+        log("WARNING: without TLS everybody on the network can read passwords and music. See "
+            "--tls-cert, or listen on 127.0.0.1 behind a reverse proxy.");
     if (options.embedded) {
         std::printf("%s\n", service->startLine().c_str());
         std::fflush(stdout);

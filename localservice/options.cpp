@@ -6,9 +6,12 @@
 #include "localservice/jobs/commandseparator.h"
 #include "localservice/platform/folders.h"
 
+#include <Poco/Net/IPAddress.h>
+
 #include <array>
 #include <charconv>
 #include <functional>
+#include <set>
 #include <string_view>
 #include <thread>
 
@@ -39,11 +42,12 @@ void readListen(Options &options, const std::string &text)
     const std::size_t colon = text.rfind(':');
     if (colon == std::string::npos || colon == 0)
         throw UsageError("--listen takes ADDRESS:PORT, not \"" + text + "\".");
-    options.host = text.substr(0, colon);
-    // An IPv6 address stands in brackets, to keep its colons from the port's.
-    if (options.host.front() == '[' && options.host.back() == ']')
-        options.host = options.host.substr(1, options.host.size() - 2);
-    options.port =
+    std::string host = text.substr(0, colon);
+    // An IPv6 address is in brackets, to keep its colons from the port's.
+    if (host.front() == '[' && host.back() == ']')
+        host = host.substr(1, host.size() - 2);
+    options.server.host = host;
+    options.server.port =
         static_cast<std::uint16_t>(parseNumber("--listen", text.substr(colon + 1), 0, UINT16_MAX));
 }
 
@@ -56,6 +60,28 @@ void readSeparator(Options &options, const std::string &text)
     }
 }
 
+void readPublicUrl(Options &options, const std::string &text)
+{
+    if (!isWebAddress(text) || text.find_first_of("?#") != std::string::npos)
+        throw UsageError("--public-url takes an http or https address, not \"" + text + "\".");
+    options.server.publicUrl = text.substr(0, text.find_last_not_of('/') + 1);
+}
+
+void readTrustedProxy(Options &options, const std::string &text)
+{
+    Poco::Net::IPAddress address;
+    if (!Poco::Net::IPAddress::tryParse(text, address))
+        throw UsageError("--trusted-proxy takes an IP address, not \"" + text + "\".");
+    options.server.trustedProxy = address.toString();
+}
+
+std::filesystem::path readPath(const std::string &option, const std::string &text)
+{
+    if (text.empty())
+        throw UsageError(option + " takes a path.");
+    return pathOf(text);
+}
+
 void readSubscription(Options &options, const std::string &text)
 {
     if (text == "active")
@@ -66,6 +92,13 @@ void readSubscription(Options &options, const std::string &text)
         options.licence.subscription = Subscription::Expired;
     else
         throw UsageError("--subscription takes active, none or expired, not \"" + text + "\".");
+}
+
+void readRegistration(Options &options, const std::string &text)
+{
+    if (text != "open" && text != "closed")
+        throw UsageError("--registration takes open or closed, not \"" + text + "\".");
+    options.licence.takesRegistrations = text == "open";
 }
 
 struct Option
@@ -82,11 +115,18 @@ const std::vector<Option> &allOptions()
         {"--listen", "ADDRESS:PORT",
          "Where to listen (default 127.0.0.1:8750). Port 0: any free one.", readListen},
         {"--data", "DIR", "Where to keep uploads, results and accounts.",
+         [](Options &o, const std::string &text) { o.data = readPath("--data", text); }},
+        {"--public-url", "URL", "The service's address behind a reverse proxy.", readPublicUrl},
+        {"--trusted-proxy", "ADDRESS",
+         "The reverse proxy's IP address: clients are counted by\n"
+         "its header X-Forwarded-For.",
+         readTrustedProxy},
+        {"--tls-cert", "FILE", "Serve HTTPS with this certificate and its chain (PEM).",
          [](Options &o, const std::string &text) {
-             if (text.empty())
-                 throw UsageError("--data takes a folder.");
-             o.data = pathOf(text);
+             o.server.certificate = readPath("--tls-cert", text);
          }},
+        {"--tls-key", "FILE", "The certificate's private key (PEM).",
+         [](Options &o, const std::string &text) { o.server.key = readPath("--tls-key", text); }},
         {"--embedded", "",
          "Serve one program: choose a free port, print it and the\n"
          "local account in one JSON line on standard output, and\n"
@@ -106,6 +146,10 @@ const std::vector<Option> &allOptions()
          }},
         {"--subscription", "STATE",
          "The accounts' subscription: active (default), none or\nexpired.", readSubscription},
+        {"--registration", "STATE",
+         "Whether anybody may register an account: open (default)\n"
+         "or closed (default with --embedded).",
+         readRegistration},
         {"--keep-days", "N", "How long to keep uploads and results (default 30).",
          [](Options &o, const std::string &text) {
              o.keepDays = parseNumber("--keep-days", text, 1, maxDays);
@@ -146,7 +190,7 @@ Options defaults()
 Options parseOptions(const std::vector<std::string> &arguments)
 {
     Options options = defaults();
-    bool listens = false;
+    std::set<std::string> given;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::size_t equals = arguments[i].find('=');
         const std::string name = arguments[i].substr(0, equals);
@@ -160,10 +204,14 @@ Options parseOptions(const std::vector<std::string> &arguments)
         if (!option.value.empty())
             value = attached ? arguments[i].substr(equals + 1) : arguments[++i];
         option.read(options, value);
-        listens = listens || name == "--listen";
+        given.insert(name);
     }
-    if (options.embedded && !listens)
-        options.port = 0;
+    if (options.embedded && !given.contains("--listen"))
+        options.server.port = 0;
+    if (options.embedded && !given.contains("--registration"))
+        options.licence.takesRegistrations = false;
+    if (options.server.certificate.empty() != options.server.key.empty())
+        throw UsageError("--tls-cert and --tls-key go together.");
     return options;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "localservice/api/licence.h"
+#include "localservice/server/httpserver.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -15,8 +16,7 @@ namespace localservice {
 /// What the command line asks for.
 struct Options
 {
-    std::string host = "127.0.0.1";
-    std::uint16_t port = 8750;
+    ServerSettings server;
     std::filesystem::path data;
     bool embedded = false;
     std::vector<std::string> separator; ///< words of a command; empty: the built-in separator

@@ -29,10 +29,11 @@ Service::Service(const Options &options)
     , m_runner(m_jobs, m_uploads, m_folder, separatorOf(options), options.workers, options.keepDays)
     , m_authorizer(m_accountStore, m_jobs)
     , m_processing(m_database, m_accountStore, m_uploads, m_jobs, m_runner, m_authorizer,
-                   m_arriving, options.licence)
+                   m_arriving, options.licence,
+                   options.server.publicUrl.empty() ? ".." : options.server.publicUrl)
     , m_accounts(m_accountStore, m_jobs, m_authorizer, options.licence, options.keepDays)
-    , m_server(options.host, options.port,
-               {m_processing, m_accounts, m_jobs, m_arriving, m_folder, options.maxUploadBytes, ""})
+    , m_server(options.server,
+               {m_processing, m_accounts, m_jobs, m_arriving, m_folder, options.maxUploadBytes})
 { }
 
 std::string Service::startLine()

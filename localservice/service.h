@@ -15,8 +15,13 @@ public:
     /// when another service uses the folder, and other exceptions when it cannot start.
     explicit Service(const Options &options);
 
-    /// Its base address: "http://host:port".
-    [[nodiscard]] std::string url() const { return "http://" + m_server.address(); }
+    /// Its base address: "http://host:port" or "https://host:port".
+    [[nodiscard]] const std::string &url() const { return m_server.url(); }
+    /// Whether other computers on the network can read what is sent.
+    [[nodiscard]] bool isOpenToNetworkWithoutTls() const
+    {
+        return m_server.isOpenToNetworkWithoutTls();
+    }
     /// One line of JSON for the program that this service is embedded in: "url", "email" and "hash"
     /// of the local account, which is made at the first call.
     [[nodiscard]] std::string startLine();

@@ -133,6 +133,8 @@ std::string Accounts::login(const Fields &fields, const RequestContext &context)
 
 std::string Accounts::registerAccount(const Fields &fields, const RequestContext &context)
 {
+    if (!m_licence.takesRegistrations)
+        throw Refusal("This service takes no registrations.");
     const AccountChange change = accountChangeFrom(fields, "");
     checkPassword(change.password);
     countTry("", context);

@@ -11,7 +11,8 @@ enum class Subscription { Active, None, Expired };
 struct Licence
 {
     Subscription subscription = Subscription::Active;
-    int filesPerDay = 0; ///< 0: as many as they like
+    int filesPerDay = 0; ///< 0: no limit
+    bool takesRegistrations = true; ///< new accounts
 };
 
 } // namespace localservice

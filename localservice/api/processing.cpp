@@ -29,9 +29,9 @@ void checkExtension(const std::string &extension)
         throw Refusal("The service does not know this output format.");
 }
 
-std::string resultUrl(const Job &job, const RequestContext &context, std::string_view prefix)
+std::string resultUrl(const std::string &base, const Job &job, std::string_view prefix)
 {
-    std::string url = context.origin + "/results/" + job.token + "/";
+    std::string url = base + "/results/" + job.token + "/";
     return url.append(prefix).append(job.instrument).append(".wav");
 }
 
@@ -39,7 +39,7 @@ std::string resultUrl(const Job &job, const RequestContext &context, std::string
 
 Processing::Processing(Database &database, AccountStore &accounts, UploadStore &uploads,
                        JobStore &jobs, JobRunner &runner, Authorizer &authorizer,
-                       ArrivingFiles &arriving, const Licence &licence)
+                       ArrivingFiles &arriving, const Licence &licence, std::string resultBase)
     : m_database(database)
     , m_accounts(accounts)
     , m_uploads(uploads)
@@ -48,6 +48,7 @@ Processing::Processing(Database &database, AccountStore &accounts, UploadStore &
     , m_authorizer(authorizer)
     , m_arriving(arriving)
     , m_licence(licence)
+    , m_resultBase(std::move(resultBase))
 { }
 
 Job Processing::jobFrom(const Fields &fields, const Account &account) const
@@ -74,7 +75,7 @@ Job Processing::jobFrom(const Fields &fields, const Account &account) const
 
 std::int64_t Processing::uploadAccount(const Fields &fields, const RequestContext &context)
 {
-    return sessionOf(fields, context).empty() ? 0 : m_authorizer.require(fields, context).id;
+    return m_authorizer.require(fields, context).id;
 }
 
 std::string Processing::proceed(const Fields &fields, const RequestContext &context,
@@ -179,7 +180,7 @@ std::string Processing::download(const Fields &fields, const RequestContext &con
     const Job job = m_authorizer.requireJob(fields, "songID", context);
     if (job.state != JobState::Ready)
         throw Refusal("The results of this file are not ready.");
-    return resultUrl(job, context, "") + "|" + resultUrl(job, context, "mix-without-");
+    return resultUrl(m_resultBase, job, "") + "|" + resultUrl(m_resultBase, job, "mix-without-");
 }
 
 std::string Processing::removeUploaded(const Fields &fields, const RequestContext &context)

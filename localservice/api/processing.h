@@ -14,12 +14,13 @@ namespace localservice {
 class Processing final
 {
 public:
+    /// `resultBase` is the base address of the results, absolute or relative to "/teko-server/".
     Processing(Database &database, AccountStore &accounts, UploadStore &uploads, JobStore &jobs,
                JobRunner &runner, Authorizer &authorizer, ArrivingFiles &arriving,
-               const Licence &licence);
+               const Licence &licence, std::string resultBase);
 
-    /// The account of an upload whose file part begins, by the cookie and the fields before it; 0:
-    /// not known yet.
+    /// The account of an upload whose file part begins, by the cookie and the fields before it.
+    /// Throws Refusal when these state no session.
     [[nodiscard]] std::int64_t uploadAccount(const Fields &fields, const RequestContext &context);
     /// A new file to process. Takes its content over on success.
     [[nodiscard]] std::string proceed(const Fields &fields, const RequestContext &context,
@@ -48,6 +49,7 @@ private:
     Authorizer &m_authorizer;
     ArrivingFiles &m_arriving;
     Licence m_licence;
+    std::string m_resultBase;
 };
 
 } // namespace localservice

@@ -11,8 +11,7 @@ namespace localservice {
 /// What is known about a request beside its form.
 struct RequestContext
 {
-    std::string address; ///< the client's IP address
-    std::string origin; ///< the service's address as the client knows it: "http://host:port"
+    std::string address; ///< of the client; see clientNetwork()
     std::string session; ///< of the session cookie; "" without one
 };
 

@@ -78,14 +78,22 @@ void Fields::append(std::string_view name, std::string_view text)
 
 void Fields::checkText() const
 {
-    const Poco::UTF8Encoding utf8;
     for (const auto &[name, text] : m_texts) {
-        const Poco::TextIterator end(text);
-        for (Poco::TextIterator at(text, utf8); at != end; ++at) {
-            if (*at < 0)
-                throw BadRequest("The form is not text in UTF-8.");
-        }
+        if (!isText(name) || !isText(text))
+            throw BadRequest("The form is not text in UTF-8.");
     }
+}
+
+bool Fields::isText(std::string_view text)
+{
+    const Poco::UTF8Encoding utf8;
+    const std::string copy(text);
+    const Poco::TextIterator end(copy);
+    for (Poco::TextIterator at(copy, utf8); at != end; ++at) {
+        if (*at <= 0)
+            return false;
+    }
+    return true;
 }
 
 std::string baseName(std::string_view path)

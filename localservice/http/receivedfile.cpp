@@ -51,6 +51,8 @@ void ReceivedFile::begin(std::int64_t account, const std::string &clientPath)
 {
     if (m_begun)
         throw BadRequest("The upload holds more than one file.");
+    if (!Fields::isText(clientPath))
+        throw BadRequest("The name of the file is not text in UTF-8.");
     m_begun = true;
     m_account = account;
     m_clientName = baseName(clientPath);

@@ -36,8 +36,8 @@ public:
     ReceivedFile &operator=(const ReceivedFile &) = delete;
     ~ReceivedFile();
 
-    /// Begins for an account, 0 while that is not known, under the client's name without any
-    /// folder; throws BadRequest when it has begun already.
+    /// Begins for an account, under the client's name without any folder; throws BadRequest when it
+    /// has begun already, or when the name is no text.
     void begin(std::int64_t account, const std::string &clientPath);
     /// Appends bytes. What cannot be stored is dropped, which finish() reports.
     void write(std::string_view bytes);

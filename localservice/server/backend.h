@@ -4,10 +4,11 @@
 
 #include "localservice/api/accounts.h"
 #include "localservice/api/processing.h"
+#include "localservice/http/hostpolicy.h"
 
 namespace localservice {
 
-/// What the handlers of the requests work with.
+/// What the request handlers work with.
 struct Backend
 {
     Processing &processing;
@@ -15,9 +16,7 @@ struct Backend
     JobStore &jobs;
     ArrivingFiles &arriving;
     const DataFolder &folder;
-    std::uint64_t maxUploadBytes;
-    std::string
-        fallbackHost; ///< "host:port", for clients that do not say how they address the service
+    std::uint64_t maxUploadBytes = 0;
 };
 
 } // namespace localservice

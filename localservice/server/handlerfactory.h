@@ -3,27 +3,31 @@
 #pragma once
 
 #include "localservice/server/backend.h"
-#include "localservice/server/connections.h"
+#include "localservice/server/clientconnection.h"
 
 #include <Poco/Net/HTTPRequestHandlerFactory.h>
 
 namespace localservice {
 
-/// Returns every request the handler of its path.
+/// Creates the handler of the request of one connection, by its method and path.
 class HandlerFactory final : public Poco::Net::HTTPRequestHandlerFactory
 {
 public:
-    HandlerFactory(Backend &backend, Connections &connections)
+    HandlerFactory(Backend &backend, const RequestRules &rules, const ClientConnection &connection)
         : m_backend(backend)
-        , m_connections(connections)
+        , m_rules(rules)
+        , m_connection(connection)
     { }
 
     Poco::Net::HTTPRequestHandler *
     createRequestHandler(const Poco::Net::HTTPServerRequest &request) override;
 
 private:
+    Poco::Net::HTTPRequestHandler *handlerOfGet(const std::string &path);
+
     Backend &m_backend;
-    Connections &m_connections;
+    const RequestRules &m_rules;
+    ClientConnection m_connection;
 };
 
 } // namespace localservice

@@ -4,13 +4,13 @@
 
 #include "localservice/base/log.h"
 #include "localservice/base/refusal.h"
+#include "localservice/http/clientaddress.h"
 
 #include <Poco/Data/SQLite/SQLiteException.h>
+#include <Poco/Net/MediaType.h>
 #include <Poco/Net/NameValueCollection.h>
 #include <Poco/Net/NetException.h>
 
-#include <algorithm>
-#include <cctype>
 #include <optional>
 
 namespace localservice {
@@ -19,16 +19,6 @@ namespace {
 
 constexpr const char *sessionCookie = "teko-session";
 constexpr const char *internalError = "The service could not answer the request.";
-
-// The host as the client knows it, unless it is nothing that belongs into an address.
-std::string hostOf(const Request &request, const Backend &backend)
-{
-    const std::string host = request.get("Host", "");
-    const bool plain = std::all_of(host.begin(), host.end(), [](unsigned char c) {
-        return std::isalnum(c) != 0 || c == '.' || c == '-' || c == ':' || c == '[' || c == ']';
-    });
-    return host.empty() || !plain ? backend.fallbackHost : host;
-}
 
 struct Reply
 {
@@ -50,7 +40,7 @@ std::optional<Reply> attempt(const Request &request, const std::function<std::st
     } catch (const Refusal &refusal) {
         return Reply{Response::HTTP_OK, refusal.what()};
     } catch (const BadRequest &error) {
-        return Reply{Response::HTTP_BAD_REQUEST, error.what()};
+        return Reply{static_cast<Response::HTTPStatus>(error.status()), error.what()};
     } catch (const Poco::Net::NetException &) {
         return std::nullopt;
     } catch (const Poco::Data::SQLite::DatabaseFullException &) {
@@ -70,12 +60,21 @@ std::string pathOf(const Request &request)
     return uri.substr(0, uri.find_first_of("?#"));
 }
 
-RequestContext contextOf(const Request &request, const Backend &backend)
+RequestContext contextOf(const Request &request, const RequestRules &rules)
 {
     Poco::Net::NameValueCollection cookies;
     request.getCookies(cookies);
-    return {request.clientAddress().host().toString(), "http://" + hostOf(request, backend),
+    return {clientNetwork(request.clientAddress().host(), rules.trustedProxy,
+                          request.get("X-Forwarded-For", "")),
             cookies.get(sessionCookie, "")};
+}
+
+void checkType(const Request &request, const std::string &mediaType)
+{
+    const Poco::Net::MediaType type(request.getContentType());
+    if (!type.matches(Poco::Net::MediaType(mediaType)))
+        throw BadRequest("The service does not take requests of this type.",
+                         Response::HTTP_UNSUPPORTED_MEDIA_TYPE);
 }
 
 void send(const Request &request, Response &response, Response::HTTPStatus status,

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "localservice/server/backend.h"
+#include "localservice/api/requestcontext.h"
+#include "localservice/server/clientconnection.h"
 
 #include <Poco/Net/HTTPServerRequest.h>
 #include <Poco/Net/HTTPServerResponse.h>
@@ -19,8 +20,11 @@ inline constexpr const char *plainText = "text/plain; charset=utf-8";
 /// The path of a request, without a query.
 [[nodiscard]] std::string pathOf(const Request &request);
 
-/// Where a request comes from.
-[[nodiscard]] RequestContext contextOf(const Request &request, const Backend &backend);
+/// The client of a request.
+[[nodiscard]] RequestContext contextOf(const Request &request, const RequestRules &rules);
+
+/// Throws BadRequest with status 415 unless the request's body is of the media type.
+void checkType(const Request &request, const std::string &mediaType);
 
 /// Sends a whole reply (to a HEAD request only its header).
 void send(const Request &request, Response &response, Response::HTTPStatus status,

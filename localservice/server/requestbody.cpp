@@ -13,8 +13,6 @@ namespace localservice {
 namespace {
 
 constexpr std::size_t blockBytes = 16384;
-constexpr std::chrono::seconds gracePeriod{60};
-constexpr double minBytesPerSecond = 4096; // bytes a second
 
 // What has arrived, at least one byte. A read of the whole block would wait until that is full,
 // however slowly the bytes come.
@@ -45,17 +43,7 @@ std::string_view RequestBody::next()
     m_bytes += got;
     if (got == 0 && m_bytes < m_contentLength)
         throw BadRequest("The request ended before its time.");
-    checkRate();
     return {m_block.data(), static_cast<std::size_t>(got)};
-}
-
-void RequestBody::checkRate() const
-{
-    const auto took = std::chrono::steady_clock::now() - m_began;
-    if (took > gracePeriod
-        && static_cast<double>(m_bytes)
-            < minBytesPerSecond * std::chrono::duration<double>(took).count())
-        throw BadRequest("The request is too slow.");
 }
 
 } // namespace localservice

@@ -16,10 +16,11 @@ namespace {
 class UploadParts final : public MultipartParser::Sink
 {
 public:
-    UploadParts(Processing &processing, const RequestContext &context, Fields &fields,
-                ReceivedFile &file)
+    UploadParts(Processing &processing, const RequestContext &context, ClientConnection &connection,
+                Fields &fields, ReceivedFile &file)
         : m_processing(processing)
-        , m_caller(context)
+        , m_context(context)
+        , m_connection(connection)
         , m_fields(fields)
         , m_file(file)
     { }
@@ -28,7 +29,7 @@ public:
     {
         m_name = name;
         m_isFile = name == "uploadedFile";
-        if (m_isFile)
+        if (m_isFile && !m_refusal)
             beginFile(fileName);
     }
 
@@ -42,7 +43,7 @@ public:
 
     void endPart() override { }
 
-    // Throws the refusal of a file that was let go.
+    // Throws the refusal of a file that was not stored.
     void finish()
     {
         if (m_refusal)
@@ -52,18 +53,23 @@ public:
     }
 
 private:
-    // Nothing is stored for a client that is known to have no account.
+    // Nothing is stored for a client without a session.
     void beginFile(const std::string &fileName)
     {
         try {
-            m_file.begin(m_processing.uploadAccount(m_fields, m_caller), fileName);
+            const std::int64_t account = m_processing.uploadAccount(m_fields, m_context);
+            if (!m_connection.beginTransfer())
+                throw Refusal("The service has too many transfers under way. Please try again.");
+            m_file.begin(account, fileName);
         } catch (const Refusal &refusal) {
             m_refusal = refusal;
+            m_connection.beginDrain();
         }
     }
 
     Processing &m_processing;
-    const RequestContext &m_caller;
+    const RequestContext &m_context;
+    ClientConnection &m_connection;
     Fields &m_fields;
     ReceivedFile &m_file;
     std::optional<Refusal> m_refusal;
@@ -71,14 +77,16 @@ private:
     bool m_isFile = false;
 };
 
-// Reads the body to its end even when the file cannot be kept: a client that is cut off
-// while it sends never sees the answer.
-void receive(Request &request, UploadParts &parts)
+// Reads the body to its end even when the file is refused: a client that is disconnected while it
+// sends never sees the answer.
+void receive(Request &request, ClientConnection &connection, UploadParts &parts)
 {
     MultipartParser parser(boundaryOf(request.getContentType()), parts);
     RequestBody body(request);
-    for (std::string_view bytes = body.next(); !bytes.empty(); bytes = body.next())
+    for (std::string_view bytes = body.next(); !bytes.empty(); bytes = body.next()) {
+        connection.transferred(bytes.size());
         parser.feed(bytes);
+    }
     if (!parser.isComplete())
         throw BadRequest("The upload ended before its time.");
     parts.finish();
@@ -89,12 +97,13 @@ void receive(Request &request, UploadParts &parts)
 void UploadHandler::handleRequest(Request &request, Response &response)
 {
     answer(request, response, [&] {
+        checkType(request, "multipart/form-data");
         Fields fields;
         ReceivedFile file(m_backend.folder.upload(""), m_backend.maxUploadBytes,
                           m_backend.arriving);
-        const RequestContext context = contextOf(request, m_backend);
-        UploadParts parts(m_backend.processing, context, fields, file);
-        receive(request, parts);
+        const RequestContext context = contextOf(request, m_rules);
+        UploadParts parts(m_backend.processing, context, m_connection, fields, file);
+        receive(request, m_connection, parts);
         return m_backend.processing.proceed(fields, context, file);
     });
 }

@@ -72,9 +72,11 @@ public:
         , m_url(std::move(url))
     { }
 
+    /// `url` may be relative to that of download.php.
     QByteArray get(const QString &url, int *status = nullptr)
     {
-        return finish(m_network.get(QNetworkRequest(QUrl(url))), status);
+        const QUrl base(m_url + "/teko-server/");
+        return finish(m_network.get(QNetworkRequest(base.resolved(QUrl(url)))), status);
     }
     QByteArray post(const QString &path, const Form &form, int *status = nullptr)
     {

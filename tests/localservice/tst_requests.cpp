@@ -165,8 +165,8 @@ private slots:
         const Options options = parseOptions(words);
         const QStringList states = {"active", "none", "expired"};
         QCOMPARE(QStringLiteral("%1 %2 %3 %4 %5")
-                     .arg(QString::fromStdString(options.host))
-                     .arg(options.port)
+                     .arg(QString::fromStdString(options.server.host))
+                     .arg(options.server.port)
                      .arg(states[int(options.licence.subscription)])
                      .arg(options.licence.filesPerDay)
                      .arg(options.keepDays),

@@ -70,9 +70,8 @@ private slots:
         socket.connectToHost(url.host(), quint16(url.port()));
         QVERIFY(socket.waitForConnected());
         socket.write(
-            "POST /teko-server/proceed.php HTTP/1.1\r\nHost: x\r\nContent-Length: 900000\r\n"
-            "Cookie: teko-session="
-            + m_service->hash.toLatin1()
+            "POST /teko-server/proceed.php HTTP/1.1\r\nContent-Length: 900000\r\nHost: " + host()
+            + "\r\nCookie: teko-session=" + m_service->hash.toLatin1()
             + "\r\n"
               "Content-Type: multipart/form-data; boundary=B\r\n\r\n--B\r\n"
               "Content-Disposition: form-data; name=\"uploadedFile\"; filename=\"x.wav\"\r\n\r\n");
@@ -90,8 +89,8 @@ private slots:
         Poco::Net::StreamSocket socket(
             Poco::Net::SocketAddress(m_service->url.mid(7).toStdString()));
         const QByteArray request =
-            "POST /teko-server/auth/register.php HTTP/1.1\r\nContent-Length: 99\r\n\r\n"
-            "name=Eva&email=eva@b.org&password=12345678";
+            "POST /teko-server/auth/register.php HTTP/1.1\r\nContent-Length: 99\r\nHost: " + host()
+            + "\r\n\r\nname=Eva&email=eva@b.org&password=12345678";
         socket.sendBytes(request.data(), int(request.size()));
         socket.shutdownSend();
         QByteArray answer(12, ' ');
@@ -102,7 +101,7 @@ private slots:
     void answersPagesAndForeignRequests_data()
     {
         const Rows<QByteArray, QByteArray> add;
-        const QByteArray rest = " HTTP/1.1\r\nHost: x\r\n";
+        const QByteArray rest = " HTTP/1.1\r\nHost: " + host() + "\r\n";
         add("GET /generate_204", "GET /generate_204" + rest, "HTTP/1.1 204 ");
         add("GET /helpdesk.html", "GET /helpdesk.html" + rest, "HTTP/1.1 200 ");
         add("GET /subscription.html", "GET /subscription.html" + rest, "HTTP/1.1 200 ");
@@ -116,7 +115,7 @@ private slots:
         add("GET /results/../service.db", "GET /results/../service.db" + rest, "HTTP/1.1 404 ");
         add("GET /results/%2e%2e/%2e%2e/service.db", "GET /results/%2e%2e/%2e%2e/service.db" + rest,
             "HTTP/1.1 404 ");
-        add("GET /teko-server/remains.php", "GET /teko-server/remains.php" + rest, "HTTP/1.1 404 ");
+        add("GET /teko-server/remains.php", "GET /teko-server/remains.php" + rest, "HTTP/1.1 405 ");
         add("PUT /teko-server/remains.php", "PUT /teko-server/remains.php" + rest, "HTTP/1.1 405 ");
         add("DELETE /nothing", "DELETE /nothing" + rest, "HTTP/1.1 404 ");
         add("an endless header", "GET / HTTP/1.1\r\nX: " + QByteArray(50000, 'y') + "\r\n",
@@ -124,11 +123,11 @@ private slots:
         add("too many headers", "GET / HTTP/1.1\r\n" + QByteArray("X: y\r\n").repeated(500),
             QByteArray("HTTP/1.1 400 "));
         add("too large a form",
-            "POST /teko-server/remains.php HTTP/1.1\r\nContent-Length: 70000\r\n\r\n"
+            "POST /teko-server/remains.php" + rest + "Content-Length: 70000\r\n\r\n"
                 + QByteArray(70000, 'a'),
             QByteArray("HTTP/1.1 400 "));
-        add("no multipart", "POST /teko-server/proceed.php HTTP/1.1\r\nContent-Length: 0\r\n",
-            QByteArray("HTTP/1.1 400 "));
+        add("no multipart", "POST /teko-server/proceed.php" + rest + "Content-Length: 0\r\n",
+            QByteArray("HTTP/1.1 415 "));
     }
 
     void answersPagesAndForeignRequests()
@@ -158,8 +157,11 @@ private slots:
             QVERIFY2(help.contains(option), option);
         QCOMPARE(run({"--listen", "nowhere"}), 2);
         QVERIFY(program.readAllStandardError().contains("ADDRESS:PORT"));
-        QCOMPARE(run({"--listen", m_service->url.mid(7), "--data", m_dir->filePath("other")}), 1);
+        QCOMPARE(run({"--listen", host(), "--data", m_dir->filePath("other")}), 1);
     }
+
+private:
+    [[nodiscard]] QByteArray host() const { return m_service->url.mid(7).toLatin1(); }
 };
 
 TEKO_TEST_MAIN(ServiceRequestsTest)

@@ -347,8 +347,8 @@ private slots:
         Authorizer authorizer(stores.accounts, stores.jobs);
         ArrivingFiles arriving;
         Processing processing(stores.database, stores.accounts, stores.uploads, stores.jobs, runner,
-                              authorizer, arriving, {Subscription::Active, limit});
-        const RequestContext context{"", "", stores.accounts.localSession()};
+                              authorizer, arriving, {Subscription::Active, limit}, "..");
+        const RequestContext context{"", stores.accounts.localSession()};
         const std::string song = m_dir->filePath("song.wav").toStdString();
         writeWav(song, {1, 8000, 16, 8000}, std::vector<std::int32_t>(8000));
         const Fields form =
@@ -389,16 +389,20 @@ private slots:
         ArrivingFiles arriving;
         const Licence licence;
         Processing processing(stores.database, stores.accounts, stores.uploads, stores.jobs, runner,
-                              authorizer, arriving, licence);
+                              authorizer, arriving, licence, "..");
         Accounts accounts(stores.accounts, stores.jobs, authorizer, licence, 30);
+        ServerSettings settings;
+        settings.port = 0;
+        settings.limits.requestTimeout = 200ms;
         std::optional<HttpServer> server(
-            std::in_place, "127.0.0.1", 0,
-            Backend{processing, accounts, stores.jobs, arriving, stores.folder, 0, ""}, 200ms);
-        Poco::Net::StreamSocket socket(Poco::Net::SocketAddress(server->address()));
+            std::in_place, settings,
+            Backend{processing, accounts, stores.jobs, arriving, stores.folder, 0});
+        const std::string host = server->url().substr(7);
+        Poco::Net::StreamSocket socket{Poco::Net::SocketAddress(host)};
         socket.setReceiveTimeout(Poco::Timespan(5, 0));
-        const std::string request =
-            "POST /teko-server/auth/register.php HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n"
-            "2a\r\nname=Eva&email=eva@b.org&password=12345678\r\n";
+        const std::string request = "POST /teko-server/auth/register.php HTTP/1.1\r\nHost: " + host
+            + "\r\nTransfer-Encoding: "
+              "chunked\r\n\r\n2a\r\nname=Eva&email=eva@b.org&password=12345678\r\n";
         socket.sendBytes(request.data(), int(request.size()));
         char byte = 0;
         QCOMPARE(socket.receiveBytes(&byte, 1), 0);
