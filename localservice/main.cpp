@@ -3,6 +3,7 @@
 #include "localservice/base/log.h"
 #include "localservice/base/secrets.h"
 #include "localservice/platform/arguments.h"
+#include "localservice/platform/permissions.h"
 #include "localservice/platform/termination.h"
 #include "localservice/service.h"
 
@@ -38,6 +39,7 @@ std::unique_ptr<Service> start(Options options)
 
 void run(const Options &options)
 {
+    restrictNewFilesToOwner();
     Termination termination(options.embedded);
     initialiseSecrets();
     const std::unique_ptr<Service> service = start(options);

@@ -75,6 +75,15 @@ AccountChange accountChangeFrom(const Fields &fields, const std::string &ownEmai
     return change;
 }
 
+// Takes as long for an unknown address.
+void logRecovery(const std::string &email, const std::optional<std::string> &code)
+{
+    if (code)
+        log("The recovery code for " + email + " is " + *code + " (valid for 30 minutes, once)");
+    else
+        log("A recovery code was asked for " + email + ", which has no account with a password");
+}
+
 Poco::Dynamic::Var subscriptionJson(const Account &account, Subscription subscription)
 {
     if (subscription == Subscription::None)
@@ -112,9 +121,9 @@ std::string Accounts::userJson(const Account &account, const std::string &hash) 
     return textOf(json);
 }
 
-void Accounts::countTry(const std::string &email, const RequestContext &context)
+void Accounts::countChange(const RequestContext &context)
 {
-    if (!m_tries.count(context.address + "\n" + Poco::toLower(email)))
+    if (!m_changes.count(context.address))
         throw Refusal("Too many tries. Please wait a minute and try again.");
 }
 
@@ -124,11 +133,13 @@ std::string Accounts::login(const Fields &fields, const RequestContext &context)
     // No account has these; and tries are kept in memory for a minute, so their keys stay short.
     if (email.size() > maxTextBytes || fields["password"].size() > maxPasswordBytes)
         throw Refusal(wrongSignIn);
-    countTry(email, context);
+    m_guard.check(context.address, email);
+    const SignInGuard::HashPlace place(m_guard, context.address);
     const std::optional<Account> account = m_accounts.signIn(email, fields["password"]);
-    if (!account)
-        throw Refusal(wrongSignIn);
-    return userJson(*account, m_accounts.openSession(account->id));
+    if (account)
+        return userJson(*account, m_accounts.openSession(account->id));
+    m_guard.countFailure(context.address, email);
+    throw Refusal(wrongSignIn);
 }
 
 std::string Accounts::registerAccount(const Fields &fields, const RequestContext &context)
@@ -137,7 +148,8 @@ std::string Accounts::registerAccount(const Fields &fields, const RequestContext
         throw Refusal("This service takes no registrations.");
     const AccountChange change = accountChangeFrom(fields, "");
     checkPassword(change.password);
-    countTry("", context);
+    countChange(context);
+    const SignInGuard::HashPlace place(m_guard, context.address);
     const Account account = m_accounts.add(change);
     return userJson(account, m_accounts.openSession(account.id));
 }
@@ -145,20 +157,20 @@ std::string Accounts::registerAccount(const Fields &fields, const RequestContext
 std::string Accounts::recover(const Fields &fields, const RequestContext &context)
 {
     const std::string email = Poco::trim(fields["email"]);
-    if (!looksLikeEmail(email))
+    if (!looksLikeEmail(email) || isSameEmail(email, localEmail))
         throw Refusal("This is not an e-mail address.");
-    countTry(email, context);
+    m_guard.check(context.address, email);
     if (fields["code"].empty()) {
-        // The reply is the same for an unknown address, so that it does not reveal accounts.
-        if (const std::optional<std::string> code = m_accounts.openRecovery(email))
-            log("The recovery code for " + email + " is " + *code
-                + " (valid for 30 minutes, once)");
+        m_guard.countFailure(context.address, email);
+        logRecovery(email, m_accounts.openRecovery(email));
         return "1";
     }
     checkPassword(fields["password"]);
-    if (!m_accounts.recover(email, Poco::toLower(Poco::trim(fields["code"])), fields["password"]))
-        throw Refusal(wrongCode);
-    return "1";
+    const SignInGuard::HashPlace place(m_guard, context.address);
+    if (m_accounts.recover(email, Poco::toLower(Poco::trim(fields["code"])), fields["password"]))
+        return "1";
+    m_guard.countFailure(context.address, email);
+    throw Refusal(wrongCode);
 }
 
 std::string Accounts::check(const Fields &fields, const RequestContext &context)
@@ -183,11 +195,28 @@ std::string Accounts::update(const Fields &fields, const RequestContext &context
     const AccountChange change = accountChangeFrom(fields, account.email);
     if (!change.password.empty())
         checkPassword(change.password);
-    // As by registerAccount(), one learns whether an address is taken, or makes work.
-    if (!change.password.empty() || !isSameEmail(change.email, account.email))
-        countTry("", context);
-    m_accounts.change(account, change, session);
+    if (change.password.empty() && isSameEmail(change.email, account.email)) {
+        m_accounts.change(account, change, session);
+    } else {
+        const SignInGuard::HashPlace place(m_guard, context.address);
+        requirePassword(account, fields["oldPassword"], context);
+        countChange(context);
+        m_accounts.change(account, change, session);
+    }
     return userJson(m_authorizer.requireSession(session), session);
+}
+
+void Accounts::requirePassword(const Account &account, const std::string &password,
+                               const RequestContext &context)
+{
+    if (!m_accounts.hasPassword(account.id))
+        throw Refusal("The account of this computer has no password: its e-mail address and "
+                      "password cannot be changed.");
+    m_guard.check(context.address, account.email);
+    if (password.size() <= maxPasswordBytes && m_accounts.signIn(account.email, password))
+        return;
+    m_guard.countFailure(context.address, account.email);
+    throw Refusal("The old password is wrong.");
 }
 
 std::string Accounts::archive(const Fields &fields, const RequestContext &context)

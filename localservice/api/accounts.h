@@ -4,6 +4,7 @@
 
 #include "localservice/api/authorizer.h"
 #include "localservice/api/licence.h"
+#include "localservice/api/signinguard.h"
 
 namespace localservice {
 
@@ -24,20 +25,24 @@ public:
     [[nodiscard]] std::string check(const Fields &fields, const RequestContext &context);
     /// Ends the session, but for the one that localSession() returns.
     [[nodiscard]] std::string logout(const Fields &fields, const RequestContext &context);
-    /// Counts as a try when the e-mail address or the password changes.
+    /// A change of the e-mail address or the password needs the field "oldPassword".
     [[nodiscard]] std::string update(const Fields &fields, const RequestContext &context);
     [[nodiscard]] std::string archive(const Fields &fields, const RequestContext &context);
 
 private:
     [[nodiscard]] std::string userJson(const Account &account, const std::string &hash) const;
-    void countTry(const std::string &email, const RequestContext &context);
+    /// Registrations and changes reveal whether an address is taken, so they are limited.
+    void countChange(const RequestContext &context);
+    void requirePassword(const Account &account, const std::string &password,
+                         const RequestContext &context);
 
     AccountStore &m_accounts;
     JobStore &m_jobs;
     Authorizer &m_authorizer;
     Licence m_licence;
     int m_keepDays;
-    RateLimiter m_tries{10};
+    SignInGuard m_guard;
+    RateLimiter m_changes{10};
 };
 
 } // namespace localservice

@@ -15,6 +15,14 @@ bool RateLimiter::count(const std::string &key, Time now)
     return true;
 }
 
+bool RateLimiter::isExhausted(const std::string &key, Time now)
+{
+    const std::lock_guard lock(m_mutex);
+    forgetBefore(now - std::chrono::minutes(1));
+    const auto found = m_events.find(key);
+    return found != m_events.end() && found->second.size() >= m_perMinute;
+}
+
 void RateLimiter::forgetBefore(Time time)
 {
     for (auto entry = m_events.begin(); entry != m_events.end();) {

@@ -22,6 +22,9 @@ public:
 
     /// Counts one event; returns whether the key is still within its limit.
     bool count(const std::string &key, Time now = std::chrono::steady_clock::now());
+    /// Whether the next event would be over the limit.
+    [[nodiscard]] bool isExhausted(const std::string &key,
+                                   Time now = std::chrono::steady_clock::now());
 
 private:
     void forgetBefore(Time time);

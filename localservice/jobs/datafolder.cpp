@@ -23,13 +23,19 @@ void removeIfOwn(const fs::path &path)
         fs::remove_all(path, ignored);
 }
 
-// SQLite creates the files beside it with the same permissions. Some file systems have none.
-void restrictToOwner(const fs::path &file)
+constexpr fs::perms ownerFile = fs::perms::owner_read | fs::perms::owner_write;
+
+// Some file systems have no permissions.
+void restrictToOwner(const fs::path &path, fs::perms permissions)
 {
-    if (!fs::exists(file))
-        std::ofstream stream(file);
     std::error_code ignored;
-    fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, ignored);
+    fs::permissions(path, permissions, ignored);
+}
+
+void makePrivateFolder(const fs::path &folder)
+{
+    fs::create_directory(folder);
+    restrictToOwner(folder, fs::perms::owner_all);
 }
 
 } // namespace
@@ -41,8 +47,12 @@ DataFolder::DataFolder(fs::path root)
     if (fs::create_directories(m_root))
         fs::permissions(m_root, fs::perms::owner_all);
     for (const char *name : {"uploads", "work", "results"})
-        fs::create_directory(m_root / name);
-    restrictToOwner(database());
+        makePrivateFolder(m_root / name);
+    // SQLite creates the files beside the database with the same permissions.
+    if (!fs::exists(database()))
+        std::ofstream stream(database());
+    for (const char *suffix : {"", "-wal", "-shm"})
+        restrictToOwner(fs::path(database()) += suffix, ownerFile);
 }
 
 fs::path DataFolder::upload(const std::string &file) const
@@ -64,14 +74,17 @@ fs::path DataFolder::makeStagingDir(const std::string &token) const
 {
     fs::path folder = m_root / "work" / token;
     fs::remove_all(folder);
-    fs::create_directory(folder);
+    makePrivateFolder(folder);
     return folder;
 }
 
 void DataFolder::publish(const std::string &token) const
 {
     removeResults(token);
-    fs::rename(m_root / "work" / token, m_root / "results" / token);
+    const fs::path folder = m_root / "work" / token;
+    for (const char *file : {mainFile, mixFile})
+        restrictToOwner(folder / file, ownerFile);
+    fs::rename(folder, m_root / "results" / token);
 }
 
 void DataFolder::removeStagingDir(const std::string &token) const noexcept

@@ -14,8 +14,8 @@ namespace localservice {
 class DataFolder final
 {
 public:
-    /// Makes the folder and its subfolders, readable by their owner alone, and the database, which
-    /// nobody else may read in a folder that was there before either.
+    /// Creates the folder, its subfolders and the database file. Only their owner can read what is
+    /// in them; an existing folder itself keeps its permissions.
     explicit DataFolder(std::filesystem::path root);
 
     [[nodiscard]] std::filesystem::path database() const { return m_root / "service.db"; }

@@ -87,6 +87,15 @@ std::optional<Account> AccountStore::signIn(const std::string &email, const std:
     return passwordMatches(hash, password) ? find(email) : std::nullopt;
 }
 
+bool AccountStore::hasPassword(std::int64_t account)
+{
+    Database::Access access = m_database.access();
+    int count = 0;
+    access.session << "SELECT COUNT(*) FROM users WHERE id = ? AND password <> ''", bind(account),
+        into(count), now;
+    return count == 1;
+}
+
 std::optional<Account> AccountStore::accountOf(const std::string &hash)
 {
     const std::string digest = sessionDigest(hash);
@@ -184,8 +193,12 @@ std::optional<std::string> AccountStore::openRecovery(const std::string &email)
 {
     const std::string code = randomHex(codeBytes);
     Database::Access access = m_database.access();
-    if (!find(email))
+    const std::optional<Account> account = find(email);
+    if (!account || isLocal(account->id)) {
+        // As much work as for a known address.
+        setSetting("unused_code", keyedDigest("code " + code, m_key));
         return std::nullopt;
+    }
     access.session << "UPDATE users SET code = ?, code_until = ? WHERE email = ?",
         bind(keyedDigest("code " + code, m_key)), bind(m_clock() + codeSeconds), bind(email), now;
     return code;
@@ -235,6 +248,11 @@ void AccountStore::countProcessed(std::int64_t account)
     access.session << "INSERT INTO processed(account, day, files) VALUES(?, ?, 1)"
                       " ON CONFLICT(account, day) DO UPDATE SET files = files + 1",
         bind(account), bind(day), now;
+}
+
+bool AccountStore::isLocal(std::int64_t account)
+{
+    return setting("local_account") == std::to_string(account);
 }
 
 std::string AccountStore::localSession()

@@ -45,6 +45,8 @@ public:
     /// The account of an e-mail address and its password. Takes as long for an unknown address.
     [[nodiscard]] std::optional<Account> signIn(const std::string &email,
                                                 const std::string &password);
+    /// Whether somebody can sign in to the account.
+    [[nodiscard]] bool hasPassword(std::int64_t account);
     /// The account of a session, which this prolongs.
     [[nodiscard]] std::optional<Account> accountOf(const std::string &hash);
     /// Begins a session and returns its hash, the secret that names it.
@@ -57,7 +59,8 @@ public:
     /// Throws Refusal when the e-mail address is another one's.
     void change(const Account &account, const AccountChange &change, const std::string &hash);
 
-    /// A code for a new password, valid once and for half an hour; nothing for an unknown address.
+    /// A code for a new password, valid once and for half an hour; empty for an unknown address and
+    /// for this computer's own account. Takes as long in all cases.
     [[nodiscard]] std::optional<std::string> openRecovery(const std::string &email);
     /// Sets a new password with such a code and ends all sessions but the local one; returns
     /// whether the code was right.
@@ -73,6 +76,7 @@ public:
 
 private:
     [[nodiscard]] std::optional<Account> find(const std::string &email);
+    [[nodiscard]] bool isLocal(std::int64_t account);
     [[nodiscard]] std::string setting(const std::string &name);
     void setSetting(const std::string &name, const std::string &value);
     void keepSession(const std::string &hash, std::int64_t account, std::int64_t expires);
