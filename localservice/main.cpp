@@ -19,6 +19,12 @@ namespace {
 
 constexpr int usageExitCode = 2;
 constexpr int maxEmbedded = 16;
+constexpr std::size_t statusKeyBytes = 32;
+
+std::filesystem::path numbered(std::filesystem::path folder, int number)
+{
+    return folder += "-" + std::to_string(number);
+}
 
 // A folder in use belongs to another running program of the same user: an embedded service then
 // takes the next one, "service-2" and so on.
@@ -31,17 +37,32 @@ std::unique_ptr<Service> start(Options options)
         } catch (const DatabaseBusy &) {
             if (!options.embedded || number > maxEmbedded)
                 throw;
-            options.data = folder;
-            options.data += "-" + std::to_string(number);
+            options.data = numbered(folder, number);
         }
     }
 }
 
-void run(const Options &options)
+// The folders that other programs of the same user have used meanwhile, and that are no longer
+// used.
+void discardAbandonedBeside(const std::filesystem::path &folder)
+{
+    for (int number = 2; number <= maxEmbedded; ++number) {
+        if (!std::filesystem::exists(numbered(folder, number)))
+            continue;
+        try {
+            discardAbandoned(numbered(folder, number));
+        } catch (const DatabaseBusy &) {
+            continue; // another program's
+        }
+    }
+}
+
+void run(Options options)
 {
     restrictNewFilesToOwner();
     Termination termination(options.embedded);
     initialiseSecrets();
+    options.server.statusKey = randomHex(statusKeyBytes);
     const std::unique_ptr<Service> service = start(options);
     log("Listening on " + service->url());
     if (service->isOpenToNetworkWithoutTls())
@@ -50,6 +71,7 @@ void run(const Options &options)
     if (options.embedded) {
         std::printf("%s\n", service->startLine().c_str());
         std::fflush(stdout);
+        discardAbandonedBeside(options.data);
     }
     termination.wait();
     log("Ending");
@@ -71,6 +93,8 @@ int main(int argc, char **argv)
             std::fputs(helpText().c_str(), stdout);
         else if (options.showVersion)
             std::puts("teko-service " TEKO_VERSION);
+        else if (options.showStatus)
+            std::fputs(fetchStatus(DataFolder::controlFile(options.data)).c_str(), stdout);
         else
             run(options);
         return EXIT_SUCCESS;

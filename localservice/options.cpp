@@ -24,6 +24,7 @@ constexpr int maxDays = 36500;
 constexpr int maxFiles = 1000000;
 constexpr int maxMegabytes = 1024 * 1024;
 constexpr int defaultUploadMegabytes = 4096;
+constexpr int defaultAccountMegabytes = 20480;
 constexpr std::uint64_t megabyte = 1048576;
 
 int parseNumber(const std::string &option, const std::string &text, int minimum, int maximum)
@@ -146,6 +147,14 @@ const std::vector<Option> &allOptions()
          }},
         {"--subscription", "STATE",
          "The accounts' subscription: active (default), none or\nexpired.", readSubscription},
+        {"--account-mb", "N",
+         "What an account may keep on the disk, in MiB (default\n"
+         "20480; 0: no limit, which is the default with\n"
+         "--embedded).",
+         [](Options &o, const std::string &text) {
+             o.licence.accountBytes = static_cast<std::int64_t>(megabyte)
+                 * parseNumber("--account-mb", text, 0, maxMegabytes);
+         }},
         {"--registration", "STATE",
          "Whether anybody may register an account: open (default)\n"
          "or closed (default with --embedded).",
@@ -180,6 +189,7 @@ Options defaults()
     Options options;
     options.workers = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
     options.maxUploadBytes = megabyte * defaultUploadMegabytes;
+    options.licence.accountBytes = std::int64_t{megabyte} * defaultAccountMegabytes;
     const std::filesystem::path folder = userDataFolder();
     options.data = folder.empty() ? "teko-service-data" : folder / "TEKO" / "service";
     return options;
@@ -191,7 +201,8 @@ Options parseOptions(const std::vector<std::string> &arguments)
 {
     Options options = defaults();
     std::set<std::string> given;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
+    options.showStatus = !arguments.empty() && arguments.front() == "status";
+    for (std::size_t i = options.showStatus ? 1 : 0; i < arguments.size(); ++i) {
         const std::size_t equals = arguments[i].find('=');
         const std::string name = arguments[i].substr(0, equals);
         const Option &option = optionNamed(name);
@@ -210,6 +221,8 @@ Options parseOptions(const std::vector<std::string> &arguments)
         options.server.port = 0;
     if (options.embedded && !given.contains("--registration"))
         options.licence.takesRegistrations = false;
+    if (options.embedded && !given.contains("--account-mb"))
+        options.licence.accountBytes = 0;
     if (options.server.certificate.empty() != options.server.key.empty())
         throw UsageError("--tls-cert and --tls-key go together.");
     return options;
@@ -219,7 +232,8 @@ std::string helpText()
 {
     constexpr std::size_t helpColumn = 24;
     std::string text = "teko-service: takes songs apart for TEKO.\n\n"
-                       "Usage: teko-service [OPTION VALUE]…\n\n";
+                       "Usage: teko-service [OPTION VALUE]…\n"
+                       "       teko-service status [--data DIR]\n\n";
     for (const Option &option : allOptions()) {
         std::string line = "  " + std::string(option.name);
         line.append(option.value.empty() ? "" : " ").append(option.value);

@@ -19,6 +19,7 @@ struct Options
     ServerSettings server;
     std::filesystem::path data;
     bool embedded = false;
+    bool showStatus = false; ///< of a running service, instead of running one
     std::vector<std::string> separator; ///< words of a command; empty: the built-in separator
     int workers = 1;
     Licence licence;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "localservice/options.h"
+#include "localservice/server/controlfile.h"
 #include "localservice/server/httpserver.h"
 
 namespace localservice {
@@ -23,7 +24,8 @@ public:
         return m_server.isOpenToNetworkWithoutTls();
     }
     /// One line of JSON for the program that this service is embedded in: "url", "email" and "hash"
-    /// of the local account, which is made at the first call.
+    /// of the local account, which is made at the first call; "recovered", when a damaged database
+    /// was found, is its new file name.
     [[nodiscard]] std::string startLine();
 
 private:
@@ -37,7 +39,13 @@ private:
     ArrivingFiles m_arriving;
     Processing m_processing;
     Accounts m_accounts;
+    ServiceStatus m_status;
     HttpServer m_server;
+    ControlFile m_controlFile;
 };
+
+/// Deletes what a client of an embedded service that is no longer running has left in its data
+/// folder: waiting jobs, uploads and unfinished results. Throws DatabaseBusy when it is running.
+void discardAbandoned(const std::filesystem::path &data);
 
 } // namespace localservice

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
+
 namespace localservice {
 
 /// The subscription that every account of this service has.
@@ -13,6 +15,7 @@ struct Licence
     Subscription subscription = Subscription::Active;
     int filesPerDay = 0; ///< 0: no limit
     bool takesRegistrations = true; ///< new accounts
+    std::int64_t accountBytes = 0; ///< that an account may keep on the disk; 0: no limit
 };
 
 } // namespace localservice

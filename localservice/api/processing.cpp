@@ -85,8 +85,12 @@ std::string Processing::proceed(const Fields &fields, const RequestContext &cont
     const Job job = jobFrom(fields, account);
     if (file.clientName().empty())
         throw Refusal("The file to process is missing.");
-    const Upload upload{0, account.id, file.clientName(), file.diskName(),
-                        WavReader(file.path()).shape().seconds()};
+    const Upload upload{0,
+                        account.id,
+                        file.clientName(),
+                        file.diskName(),
+                        WavReader(file.path()).shape().seconds(),
+                        static_cast<std::int64_t>(std::filesystem::file_size(file.path()))};
     return announceJob(accept(job, upload, file));
 }
 
@@ -100,6 +104,7 @@ std::int32_t Processing::accept(const Job &job, Upload upload, ReceivedFile &fil
     if (filesLeft(upload.account) <= 0)
         throw Refusal("You have already processed " + std::to_string(m_licence.filesPerDay)
                       + " files today, the maximum daily number.");
+    checkRoom(upload.account, upload.bytes);
     m_accounts.countProcessed(upload.account);
     upload.id = m_uploads.add(upload);
     const std::int32_t id = queue(job, upload);
@@ -110,9 +115,31 @@ std::int32_t Processing::accept(const Job &job, Upload upload, ReceivedFile &fil
 
 std::int32_t Processing::queue(Job job, const Upload &upload)
 {
+    Database::Access access = m_database.access();
+    if (const std::optional<Job> duplicate = m_jobs.findDuplicate(job, upload.name))
+        return duplicate->id;
     job.upload = upload.id;
     job.seconds = job.demo ? std::min(upload.seconds, demoSeconds) : upload.seconds;
+    // Two results as long as the upload; of floats they are shorter.
+    job.bytes = 2
+        * static_cast<std::int64_t>(static_cast<double>(upload.bytes) * job.seconds
+                                    / upload.seconds);
+    checkRoom(job.account, job.bytes);
     return m_jobs.add(job, upload.name);
+}
+
+std::uint64_t Processing::uploadRoom(std::int64_t account)
+{
+    if (m_licence.accountBytes <= 0)
+        return std::numeric_limits<std::uint64_t>::max();
+    const std::int64_t used = m_uploads.bytesOf(account) + m_jobs.bytesOf(account);
+    return static_cast<std::uint64_t>(std::max<std::int64_t>(0, m_licence.accountBytes - used));
+}
+
+void Processing::checkRoom(std::int64_t account, std::int64_t bytes)
+{
+    if (uploadRoom(account) < static_cast<std::uint64_t>(bytes))
+        throw Refusal(noRoomForAccount);
 }
 
 std::string Processing::announceJob(std::int32_t job)

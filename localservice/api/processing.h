@@ -22,6 +22,8 @@ public:
     /// The account of an upload whose file part begins, by the cookie and the fields before it.
     /// Throws Refusal when these state no session.
     [[nodiscard]] std::int64_t uploadAccount(const Fields &fields, const RequestContext &context);
+    /// The bytes that an account may still send.
+    [[nodiscard]] std::uint64_t uploadRoom(std::int64_t account);
     /// A new file to process. Takes its content over on success.
     [[nodiscard]] std::string proceed(const Fields &fields, const RequestContext &context,
                                       ReceivedFile &file);
@@ -40,6 +42,7 @@ private:
     [[nodiscard]] std::int32_t queue(Job job, const Upload &upload);
     [[nodiscard]] std::string announceJob(std::int32_t job);
     [[nodiscard]] int filesLeft(std::int64_t account);
+    void checkRoom(std::int64_t account, std::int64_t bytes);
 
     Database &m_database;
     AccountStore &m_accounts;

@@ -160,18 +160,10 @@ void splitSamples(std::span<const std::int32_t> input, std::span<const float> pa
     }
 }
 
-std::int64_t framesToTake(const SeparationTask &task, const WavShape &shape)
-{
-    if (!task.maxSeconds)
-        return shape.frames;
-    return std::min<std::int64_t>(shape.frames, std::llround(*task.maxSeconds * shape.sampleRate));
-}
-
 bool separate(const SeparationTask &task, JobControl &control)
 {
     WavReader reader(task.input);
-    WavShape shape = reader.shape();
-    shape.frames = framesToTake(task, shape);
+    const WavShape shape = reader.shape();
     const PanPositions positions = analyse(reader, shape.frames, control);
 
     const auto channels = static_cast<std::size_t>(shape.channels);

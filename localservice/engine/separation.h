@@ -18,13 +18,9 @@ struct SeparationTask
 {
     std::filesystem::path input;
     Part instrument = Part::Vocals;
-    std::optional<double> maxSeconds; ///< only the beginning, when given
     std::filesystem::path main; ///< the instrument alone
     std::filesystem::path mix; ///< the input without it
 };
-
-/// How much of its input a task covers.
-[[nodiscard]] std::int64_t framesToTake(const SeparationTask &task, const WavShape &shape);
 
 /// Shared by a running separation and its owner. Thread-safe.
 struct JobControl

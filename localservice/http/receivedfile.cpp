@@ -15,9 +15,17 @@ void ArrivingFiles::add(std::int64_t account, const std::string &name)
     m_files.insert({account, name});
 }
 
-void ArrivingFiles::remove(std::int64_t account, const std::string &name)
+std::uint64_t ArrivingFiles::grow(std::int64_t account, std::uint64_t bytes)
 {
     const std::lock_guard lock(m_mutex);
+    return m_bytes[account] += bytes;
+}
+
+void ArrivingFiles::remove(std::int64_t account, const std::string &name, std::uint64_t bytes)
+{
+    const std::lock_guard lock(m_mutex);
+    if ((m_bytes[account] -= bytes) == 0)
+        m_bytes.erase(account);
     if (const auto found = m_files.find({account, name}); found != m_files.end())
         m_files.erase(found);
 }
@@ -40,14 +48,14 @@ ReceivedFile::~ReceivedFile()
 {
     if (!m_begun)
         return;
-    m_arriving.remove(m_account, m_clientName);
+    m_arriving.remove(m_account, m_clientName, m_bytes);
     m_stream.close();
     std::error_code ignored;
     if (!m_kept)
         std::filesystem::remove(path(), ignored);
 }
 
-void ReceivedFile::begin(std::int64_t account, const std::string &clientPath)
+void ReceivedFile::begin(std::int64_t account, const std::string &clientPath, std::uint64_t room)
 {
     if (m_begun)
         throw BadRequest("The upload holds more than one file.");
@@ -55,6 +63,7 @@ void ReceivedFile::begin(std::int64_t account, const std::string &clientPath)
         throw BadRequest("The name of the file is not text in UTF-8.");
     m_begun = true;
     m_account = account;
+    m_room = room;
     m_clientName = baseName(clientPath);
     m_arriving.add(m_account, m_clientName);
     m_stream.open(path(), std::ios::binary | std::ios::trunc);
@@ -63,7 +72,8 @@ void ReceivedFile::begin(std::int64_t account, const std::string &clientPath)
 void ReceivedFile::write(std::string_view bytes)
 {
     m_bytes += bytes.size();
-    if (m_bytes <= m_maxBytes)
+    m_isOverRoom = m_arriving.grow(m_account, bytes.size()) > m_room || m_isOverRoom;
+    if (m_bytes <= m_maxBytes && !m_isOverRoom)
         m_stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
@@ -74,6 +84,8 @@ void ReceivedFile::finish()
     m_stream.close();
     if (m_bytes > m_maxBytes)
         throw Refusal("The file is too large for the service.");
+    if (m_isOverRoom)
+        throw Refusal(noRoomForAccount);
     if (!m_stream)
         throw Refusal("The service has no room left on its disk.");
 }

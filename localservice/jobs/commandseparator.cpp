@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/jobs/commandseparator.h"
 
+#include "localservice/base/log.h"
 #include "localservice/base/paths.h"
 #include "localservice/base/refusal.h"
 #include "localservice/engine/wavfile.h"
+#include "localservice/jobs/separatoroutput.h"
 #include "localservice/platform/childprocess.h"
+#include "localservice/platform/folders.h"
 
 #include <array>
 #include <stdexcept>
@@ -37,40 +40,56 @@ std::string withPlaceholders(std::string word, const Placeholders &placeholders)
     return result;
 }
 
-// A demo is a file that holds only the beginning: the program needs no option for it.
-fs::path inputOf(const SeparationTask &task)
-{
-    WavReader reader(task.input);
-    WavShape shape = reader.shape();
-    if (framesToTake(task, shape) == shape.frames)
-        return task.input;
-    shape.frames = framesToTake(task, shape);
-    fs::path file = task.main.parent_path() / "beginning.wav";
-    WavWriter writer(file, shape);
-    std::vector<std::int32_t> block(static_cast<std::size_t>(shape.channels) * 4096);
-    for (std::int64_t left = shape.frames; left > 0;) {
-        const auto frames = std::min<std::int64_t>(left, 4096);
-        const std::span<std::int32_t> part =
-            std::span(block).first(static_cast<std::size_t>(frames * shape.channels));
-        if (reader.read(part) != frames)
-            throw Refusal("The uploaded file can no longer be read.");
-        writer.write(part);
-        left -= frames;
-    }
-    writer.finish();
-    return file;
-}
-
-void checkResult(const fs::path &file, const SeparationTask &task)
+bool isResultOf(const SeparationTask &task, const fs::path &file)
 {
     const WavShape wanted = WavReader(task.input).shape();
     try {
-        const WavShape got = WavReader(file).shape();
-        if (got.sampleRate != wanted.sampleRate || got.frames != framesToTake(task, wanted))
-            throw Refusal("The separator program gave a result of another length.");
+        const WavShape shape = WavReader(file).shape();
+        return shape.sampleRate == wanted.sampleRate && shape.frames == wanted.frames;
     } catch (const Refusal &) {
-        throw Refusal("The separator program gave no usable result.");
+        return false;
     }
+}
+
+std::vector<std::string> commandOf(const std::vector<std::string> &words,
+                                   const SeparationTask &task)
+{
+    const std::string instrument(instrumentWords[static_cast<std::size_t>(task.instrument)]);
+    const Placeholders placeholders = {{{"{input}", utf8(task.input)},
+                                        {"{instrument}", instrument},
+                                        {"{main}", utf8(task.main)},
+                                        {"{mix}", utf8(task.mix)}}};
+    std::vector<std::string> command;
+    for (const std::string &word : words)
+        command.push_back(withPlaceholders(word, placeholders));
+    return command;
+}
+
+bool runSeparator(const std::vector<std::string> &command, const SeparationTask &task,
+                  JobControl &control)
+{
+    const std::string program = utf8(pathOf(command.front()).filename());
+    SeparatorOutput output(control.progress, [&program](std::string_view line) {
+        log(program + ": " + std::string(line));
+    });
+    const ChildResult result = runChild(command, control.cancelled,
+                                        [&output](std::string_view bytes) { output.feed(bytes); });
+    output.finish();
+    switch (result) {
+    case ChildResult::Cancelled:
+        return false;
+    case ChildResult::NotStarted:
+        throw Refusal("The separator program could not be started.");
+    case ChildResult::Failed:
+        if (!output.error().empty())
+            throw Refusal(output.error());
+        throw SeparatorFailed("The separator program failed.");
+    case ChildResult::Succeeded:
+        break;
+    }
+    if (!isResultOf(task, task.main) || !isResultOf(task, task.mix))
+        throw Refusal("The separator program gave no usable result.");
+    return true;
 }
 
 } // namespace
@@ -105,31 +124,13 @@ std::vector<std::string> splitCommand(std::string_view command)
 SeparateFunction separateByCommand(std::vector<std::string> words)
 {
     return [words = std::move(words)](const SeparationTask &task, JobControl &control) {
-        const fs::path input = inputOf(task);
-        const std::string instrument(instrumentWords[static_cast<std::size_t>(task.instrument)]);
-        const Placeholders placeholders = {{{"{input}", utf8(input)},
-                                            {"{instrument}", instrument},
-                                            {"{main}", utf8(task.main)},
-                                            {"{mix}", utf8(task.mix)}}};
-        std::vector<std::string> command;
-        for (const std::string &word : words)
-            command.push_back(withPlaceholders(word, placeholders));
-        switch (runChild(command, control.cancelled)) {
-        case ChildResult::Cancelled:
-            return false;
-        case ChildResult::NotStarted:
-            throw Refusal("The separator program could not be started.");
-        case ChildResult::Failed:
-            throw Refusal("The separator program failed.");
-        case ChildResult::Succeeded:
-            break;
-        }
-        checkResult(task.main, task);
-        checkResult(task.mix, task);
-        if (input != task.input)
-            fs::remove(input);
-        return true;
+        return runSeparator(commandOf(words, task), task, control);
     };
+}
+
+std::vector<std::string> builtInCommand()
+{
+    return {utf8(siblingProgram("teko-separate")), "{input}", "{instrument}", "{main}", "{mix}"};
 }
 
 } // namespace localservice

@@ -15,6 +15,9 @@ namespace localservice {
 /// there.
 [[nodiscard]] std::vector<std::string> splitCommand(std::string_view command);
 
+/// The words that run the built-in separator: the program teko-separate beside this one.
+[[nodiscard]] std::vector<std::string> builtInCommand();
+
 /// Separates with an external program: "{input}", "{instrument}", "{main}" and "{mix}" in its
 /// words are filled in for every job. Its results are checked before they count: two WAV files as
 /// long as the input.

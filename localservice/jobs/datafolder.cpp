@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/jobs/datafolder.h"
 
+#include "localservice/store/database.h"
+
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <system_error>
 
@@ -55,6 +58,13 @@ DataFolder::DataFolder(fs::path root)
         restrictToOwner(fs::path(database()) += suffix, ownerFile);
 }
 
+std::uint64_t DataFolder::freeBytes() const noexcept
+{
+    std::error_code unknown;
+    const std::uintmax_t bytes = fs::space(m_root, unknown).available;
+    return unknown ? 0 : bytes;
+}
+
 fs::path DataFolder::upload(const std::string &file) const
 {
     return m_root / "uploads" / file;
@@ -103,6 +113,21 @@ void DataFolder::removeResults(const std::string &token) const noexcept
 {
     std::error_code ignored;
     fs::remove_all(m_root / "results" / token, ignored);
+}
+
+void DataFolder::removeUnknownResults(const std::vector<std::string> &knownTokens,
+                                      std::int64_t before) const
+{
+    const auto limit =
+        fs::file_time_type::clock::now() - std::chrono::seconds(secondsNow() - before);
+    for (const auto &entry : fs::directory_iterator(m_root / "results")) {
+        std::error_code ignored;
+        const std::string name = entry.path().filename().string();
+        const bool isKnown =
+            std::find(knownTokens.begin(), knownTokens.end(), name) != knownTokens.end();
+        if (!isKnown && entry.last_write_time(ignored) < limit)
+            removeIfOwn(entry.path());
+    }
 }
 
 void DataFolder::removeLeftovers(const std::vector<std::string> &knownUploads) const

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "localservice/engine/separation.h"
-
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -19,6 +18,13 @@ public:
     explicit DataFolder(std::filesystem::path root);
 
     [[nodiscard]] std::filesystem::path database() const { return m_root / "service.db"; }
+    /// See ControlFile.
+    [[nodiscard]] static std::filesystem::path controlFile(const std::filesystem::path &root)
+    {
+        return root / "running";
+    }
+    /// What is left of the disk, in bytes.
+    [[nodiscard]] std::uint64_t freeBytes() const noexcept;
     [[nodiscard]] std::filesystem::path upload(const std::string &file) const;
     [[nodiscard]] std::filesystem::path mainResult(const std::string &token) const;
     [[nodiscard]] std::filesystem::path mixResult(const std::string &token) const;
@@ -30,6 +36,10 @@ public:
     void removeStagingDir(const std::string &token) const noexcept;
     void removeUpload(const std::string &file) const noexcept;
     void removeResults(const std::string &token) const noexcept;
+    /// Removes results that belong to no job and are older than a time (in seconds since 1970), as
+    /// after the loss of a damaged database.
+    void removeUnknownResults(const std::vector<std::string> &knownTokens,
+                              std::int64_t before) const;
     /// Removes what an earlier run left unfinished: all staging folders, and unknown uploads.
     void removeLeftovers(const std::vector<std::string> &knownUploads) const;
 

@@ -4,8 +4,13 @@
 
 #include "localservice/base/log.h"
 #include "localservice/base/refusal.h"
+#include "localservice/jobs/excerpt.h"
+#include "localservice/jobs/jobschedule.h"
 
 #include <Poco/Exception.h>
+
+#include <algorithm>
+#include <cmath>
 
 namespace localservice {
 
@@ -14,24 +19,32 @@ namespace {
 constexpr std::int64_t secondsPerDay = 86400;
 constexpr std::chrono::hours maintenanceInterval{1};
 // An idle worker looks at the queue this often, in case an earlier look failed.
-constexpr std::chrono::seconds idleInterval{10};
+constexpr std::chrono::milliseconds idleInterval{10000};
+constexpr double maxSeconds = 7 * 24 * 3600;
 constexpr const char *internalError = "The service could not process the file.";
+constexpr const char *repeatedlyInterrupted =
+    "The service ended unexpectedly each time it processed this file.";
 
 } // namespace
 
-JobRunner::JobRunner(JobStore &jobs, UploadStore &uploads, const DataFolder &folder,
-                     SeparateFunction separate, int workers, int keepDays)
-    : m_jobs(jobs)
+JobRunner::JobRunner(Database &database, JobStore &jobs, UploadStore &uploads,
+                     const DataFolder &folder, SeparateFunction separate,
+                     const RunnerSettings &settings)
+    : m_database(database)
+    , m_jobs(jobs)
     , m_uploads(uploads)
     , m_folder(folder)
     , m_separate(std::move(separate))
-    , m_keepDays(keepDays)
-    , m_throughput(workers)
+    , m_settings(settings)
 {
-    m_jobs.requeueInterrupted();
+    if (settings.discardsUnfinished) {
+        m_jobs.cancelUnfinished();
+        m_uploads.removeOlderThan(secondsNow() + 1);
+    }
+    m_jobs.requeueInterrupted(repeatedlyInterrupted);
     purgeExpired();
     m_folder.removeLeftovers(m_uploads.files());
-    for (int i = 0; i < workers; ++i)
+    for (int i = 0; i < settings.workers; ++i)
         m_threads.emplace_back(&JobRunner::work, this);
     m_threads.emplace_back(&JobRunner::runMaintenance, this);
 }
@@ -54,6 +67,8 @@ void JobRunner::notifyJobAdded()
     // Taking the lock keeps the call from falling between a worker's look at the queue and its
     // sleep.
     const std::lock_guard lock(m_mutex);
+    ++m_addedJobs;
+    m_order.reset();
     m_changed.notify_all();
 }
 
@@ -63,69 +78,105 @@ void JobRunner::work()
     while (!m_stopping) {
         const std::optional<Job> job = next();
         if (!job) {
-            m_changed.wait_for(lock, idleInterval);
+            m_changed.wait_for(lock, std::min(idleInterval, m_settings.retryDelay));
             continue;
         }
-        m_running[job->id] = std::make_shared<Running>();
+        const auto running = std::make_shared<Running>();
+        running->seconds = job->seconds;
+        m_running[job->id] = running;
         lock.unlock();
-        run(*job);
+        run(*job, *running);
         lock.lock();
         m_running.erase(job->id);
+        m_order.reset();
     }
 }
 
 std::optional<Job> JobRunner::next()
 {
+    const Time now = std::chrono::steady_clock::now();
     try {
-        return m_jobs.takeNext();
+        for (const QueuedJob &queued : order()) {
+            const auto delayed = m_notBefore.find(queued.id);
+            if (delayed != m_notBefore.end() && delayed->second > now)
+                continue;
+            m_notBefore.erase(queued.id);
+            const std::int32_t id = queued.id;
+            m_order.reset();
+            return m_jobs.start(id);
+        }
     } catch (const Poco::Exception &error) {
-        // On a full disk, for one. The job stays in the queue for later.
+        // The job stays in the queue for later.
         log("Could not take the next job: " + error.displayText());
-        return std::nullopt;
     }
+    return std::nullopt;
 }
 
-void JobRunner::run(const Job &job)
+const std::vector<QueuedJob> &JobRunner::order()
+{
+    if (!m_order)
+        m_order = startOrder(m_jobs.queued(), m_jobs.lastStarts());
+    return *m_order;
+}
+
+void JobRunner::run(const Job &job, Running &running)
 {
     try {
-        const std::string failure = attempt(job, *find(job.id));
+        const Failure failure = attempt(job, running);
         m_folder.removeStagingDir(job.token);
-        if (!failure.empty()) {
-            log("Job " + std::to_string(job.id) + " failed: " + failure);
-            m_jobs.move(job.id, JobState::Running, JobState::Failed, failure);
-        }
+        if (!failure.reason.empty())
+            fail(job, failure);
         purgeUploads();
     } catch (const Poco::Exception &error) {
         log("Could not note the end of job " + std::to_string(job.id) + ": " + error.displayText());
     }
 }
 
-std::string JobRunner::attempt(const Job &job, Running &running)
+JobRunner::Failure JobRunner::attempt(const Job &job, Running &running)
 {
     try {
         finish(job, running);
         return {};
     } catch (const Refusal &refusal) {
-        return refusal.what();
+        return {refusal.what(), false};
+    } catch (const SeparatorFailed &failure) {
+        return {failure.what(), true};
     } catch (const Poco::Exception &error) {
         log("Job " + std::to_string(job.id) + ": " + error.displayText());
     } catch (const std::exception &error) {
         log("Job " + std::to_string(job.id) + ": " + error.what());
     }
-    return internalError;
+    return {internalError, false};
+}
+
+void JobRunner::fail(const Job &job, const Failure &failure)
+{
+    const std::lock_guard lock(m_mutex);
+    const bool retry = failure.mayRetry && job.attempts < JobStore::maxAttempts;
+    log("Job " + std::to_string(job.id) + " failed: " + failure.reason
+        + (retry ? " It is tried once more." : ""));
+    if (!retry) {
+        m_jobs.move(job.id, JobState::Running, JobState::Failed, failure.reason);
+        m_answers.erase(job.id);
+        return;
+    }
+    m_notBefore[job.id] = std::chrono::steady_clock::now() + m_settings.retryDelay;
+    m_jobs.move(job.id, JobState::Running, JobState::Queued);
 }
 
 void JobRunner::finish(const Job &job, Running &running)
 {
-    if (separateJob(job, running)) {
+    const bool isDone = separateJob(job, running);
+    if (isDone)
         m_folder.publish(job.token);
+    const std::lock_guard lock(m_mutex);
+    if (isDone) {
         m_throughput.addMeasurement(job.seconds, std::chrono::steady_clock::now() - running.began);
         m_jobs.move(job.id, JobState::Running, JobState::Ready);
-        return;
+        m_answers.erase(job.id);
+    } else if (!running.cancelledByUser) {
+        m_jobs.putBack(job.id);
     }
-    const std::lock_guard lock(m_mutex);
-    m_jobs.move(job.id, JobState::Running,
-                running.cancelledByUser ? JobState::Cancelled : JobState::Queued);
 }
 
 bool JobRunner::separateJob(const Job &job, Running &running)
@@ -135,22 +186,23 @@ bool JobRunner::separateJob(const Job &job, Running &running)
     if (!upload || !instrument)
         throw Refusal("The service no longer has this file.");
     const std::filesystem::path stagingDir = m_folder.makeStagingDir(job.token);
-    const SeparationTask task{m_folder.upload(upload->file), *instrument,
-                              job.demo ? std::optional(demoSeconds) : std::nullopt,
-                              stagingDir / mainFile, stagingDir / mixFile};
-    return m_separate(task, running.control);
-}
-
-std::shared_ptr<JobRunner::Running> JobRunner::find(std::int32_t id)
-{
-    const std::lock_guard lock(m_mutex);
-    const auto found = m_running.find(id);
-    return found == m_running.end() ? nullptr : found->second;
+    SeparationTask task{m_folder.upload(upload->file), *instrument, stagingDir / mainFile,
+                        stagingDir / mixFile};
+    const std::filesystem::path excerpt = stagingDir / "excerpt.wav";
+    if (job.demo) {
+        copyBeginning(task.input, demoSeconds, excerpt);
+        task.input = excerpt;
+    }
+    const bool isDone = m_separate(task, running.control);
+    std::filesystem::remove(excerpt);
+    return isDone;
 }
 
 bool JobRunner::cancel(std::int32_t id)
 {
     const std::lock_guard lock(m_mutex);
+    m_order.reset();
+    m_answers.erase(id);
     if (m_jobs.move(id, JobState::Queued, JobState::Cancelled))
         return true;
     const auto found = m_running.find(id);
@@ -164,35 +216,53 @@ bool JobRunner::cancel(std::int32_t id)
 
 int JobRunner::secondsLeft(const Job &job)
 {
-    JobProgress progress;
-    progress.seconds = job.seconds;
-    const std::shared_ptr<Running> running = find(job.id);
-    if (!running) {
-        progress.secondsBefore = m_jobs.secondsBefore(job.id);
-        return m_throughput.secondsLeft(progress);
-    }
-    progress.share = running->control.progress;
-    progress.elapsed = std::chrono::steady_clock::now() - running->began;
-    const int seconds = m_throughput.secondsLeft(progress);
     const std::lock_guard lock(m_mutex);
-    if (running->lastAnswer < 0 || seconds < running->lastAnswer)
-        running->lastAnswer = seconds;
-    return running->lastAnswer;
+    const double exact = std::clamp(estimate(job), 0.0, maxSeconds);
+    int seconds = static_cast<int>(std::ceil(exact));
+    Answer &last = m_answers[job.id];
+    if (last.addedJobs == m_addedJobs)
+        seconds = std::min(seconds, last.seconds);
+    last = {m_addedJobs, seconds};
+    return seconds;
+}
+
+double JobRunner::remaining(const Running &running) const
+{
+    return m_throughput.remaining({running.seconds, running.control.progress,
+                                   std::chrono::steady_clock::now() - running.began});
+}
+
+double JobRunner::estimate(const Job &job)
+{
+    if (const auto found = m_running.find(job.id); found != m_running.end())
+        return remaining(*found->second);
+    std::vector<double> running;
+    for (const auto &[id, other] : m_running)
+        running.push_back(remaining(*other));
+    std::vector<double> before;
+    for (const QueuedJob &queued : order()) {
+        if (queued.id == job.id)
+            break;
+        before.push_back(m_throughput.duration(queued.seconds));
+    }
+    return waitingTime(running, before, m_settings.workers) + m_throughput.duration(job.seconds);
 }
 
 void JobRunner::purgeUploads()
 {
-    for (const std::string &file :
-         m_uploads.takeUnneeded(secondsNow() - m_keepDays * secondsPerDay))
+    const std::int64_t before = secondsNow() - m_settings.keepDays * secondsPerDay;
+    for (const std::string &file : m_uploads.takeUnneeded(before))
         m_folder.removeUpload(file);
+    m_database.refillReserve();
 }
 
 void JobRunner::purgeExpired()
 {
-    const std::int64_t before = secondsNow() - m_keepDays * secondsPerDay;
+    const std::int64_t before = secondsNow() - m_settings.keepDays * secondsPerDay;
     m_uploads.removeOlderThan(before);
     for (const std::string &token : m_jobs.takeOlderThan(before))
         m_folder.removeResults(token);
+    m_folder.removeUnknownResults(m_jobs.tokens(), before);
     purgeUploads();
 }
 

@@ -3,7 +3,6 @@
 #include "localservice/jobs/throughputestimator.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace localservice {
 
@@ -13,26 +12,21 @@ namespace {
 constexpr double minMeasuredShare = 0.1;
 // The weight of the latest job against all earlier ones.
 constexpr double newestWeight = 0.5;
-constexpr double maxSeconds = 7 * 24 * 3600;
 
 } // namespace
 
 void ThroughputEstimator::addMeasurement(double seconds, std::chrono::duration<double> took)
 {
-    if (seconds <= 0 || took.count() <= 0)
-        return;
-    const std::lock_guard lock(m_mutex);
-    m_rate += newestWeight * (seconds / took.count() - m_rate);
+    if (seconds > 0 && took.count() > 0)
+        m_rate += newestWeight * (seconds / took.count() - m_rate);
 }
 
-int ThroughputEstimator::secondsLeft(const JobProgress &progress) const
+double ThroughputEstimator::remaining(const JobProgress &progress) const
 {
-    const std::lock_guard lock(m_mutex);
-    const double before = progress.secondsBefore / m_rate / m_workers;
-    double own = progress.seconds * (1 - progress.share) / m_rate;
     if (progress.share >= minMeasuredShare)
-        own = progress.elapsed.count() * (1 - progress.share) / progress.share;
-    return static_cast<int>(std::ceil(std::clamp(before + own, 0.0, maxSeconds)));
+        return progress.elapsed.count() * (1 - progress.share) / progress.share;
+    // Not every separator reports its progress.
+    return std::max(0.0, duration(progress.seconds) - progress.elapsed.count());
 }
 
 } // namespace localservice

@@ -3,37 +3,31 @@
 #pragma once
 
 #include <chrono>
-#include <mutex>
 
 namespace localservice {
 
-/// The state of a job that the remaining time is estimated from.
+/// How far a running job is.
 struct JobProgress
 {
-    double secondsBefore = 0; ///< sound of the jobs that wait before it
-    double seconds = 0; ///< its own sound
+    double seconds = 0; ///< of its sound
     double share = 0; ///< how much of it is done, 0 to 1
-    std::chrono::duration<double> elapsed{0}; ///< since it began; 0 while it waits
+    std::chrono::duration<double> elapsed{0}; ///< since it began
 };
 
-/// Estimates the remaining time of jobs from the throughput of finished ones. Thread-safe.
+/// Estimates how long jobs take from the throughput of finished ones. Not thread-safe.
 class ThroughputEstimator final
 {
 public:
-    explicit ThroughputEstimator(int workers)
-        : m_workers(workers)
-    { }
-
     /// Records that a job of so many seconds of sound took so long.
     void addMeasurement(double seconds, std::chrono::duration<double> took);
-    /// Whole seconds until the job is ready, at least 0. A job that has gone on for a while is
-    /// measured by itself.
-    [[nodiscard]] int secondsLeft(const JobProgress &progress) const;
+    /// The seconds that a worker takes for so many seconds of sound.
+    [[nodiscard]] double duration(double seconds) const { return seconds / m_rate; }
+    /// The seconds that a running job still takes. One that has run for a while is measured by
+    /// itself.
+    [[nodiscard]] double remaining(const JobProgress &progress) const;
 
 private:
-    mutable std::mutex m_mutex;
     double m_rate = 10; // seconds of sound in a second of work, of one worker
-    int m_workers;
 };
 
 } // namespace localservice

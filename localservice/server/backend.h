@@ -4,6 +4,7 @@
 
 #include "localservice/api/accounts.h"
 #include "localservice/api/processing.h"
+#include "localservice/api/servicestatus.h"
 #include "localservice/http/hostpolicy.h"
 
 namespace localservice {
@@ -13,6 +14,7 @@ struct Backend
 {
     Processing &processing;
     Accounts &accounts;
+    ServiceStatus &status;
     JobStore &jobs;
     ArrivingFiles &arriving;
     const DataFolder &folder;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/server/handlerfactory.h"
 
+#include "localservice/base/secrets.h"
 #include "localservice/server/formhandler.h"
 #include "localservice/server/pages.h"
 #include "localservice/server/resulthandler.h"
@@ -68,13 +69,33 @@ Poco::Net::HTTPRequestHandler *HandlerFactory::createRequestHandler(const Reques
             return new UploadHandler(m_backend, m_rules, m_connection);
         return new FormHandler(m_backend, m_rules, m_connection, *call);
     }
-    return isRead(request) ? handlerOfGet(path) : refuse(Response::HTTP_NOT_FOUND, "Not found.");
+    return isRead(request) ? handlerOfGet(request, path)
+                           : refuse(Response::HTTP_NOT_FOUND, "Not found.");
 }
 
-Poco::Net::HTTPRequestHandler *HandlerFactory::handlerOfGet(const std::string &path)
+bool HandlerFactory::maySeeStatus(const Request &request) const
+{
+    return !m_rules.statusKey.empty()
+        && sameSecret(request.get("Authorization", ""), "Bearer " + m_rules.statusKey);
+}
+
+Poco::Net::HTTPRequestHandler *HandlerFactory::handlerOfHealth()
+{
+    const std::string problem = m_backend.status.problem();
+    if (problem.empty())
+        return new FixedHandler(Response::HTTP_OK, plainText, "ok\n");
+    return refuse(Response::HTTP_SERVICE_UNAVAILABLE, problem + "\n");
+}
+
+Poco::Net::HTTPRequestHandler *HandlerFactory::handlerOfGet(const Request &request,
+                                                            const std::string &path)
 {
     // An aborted connection needs no answer.
     (void)m_connection.requestRead();
+    if (path == "/healthz")
+        return handlerOfHealth();
+    if (path == "/status" && maySeeStatus(request))
+        return new FixedHandler(Response::HTTP_OK, plainText, m_backend.status.text());
     if (path == "/generate_204")
         return new FixedHandler(Response::HTTP_NO_CONTENT, "", "");
     if (path.rfind("/results/", 0) == 0)

@@ -23,7 +23,10 @@ public:
     createRequestHandler(const Poco::Net::HTTPServerRequest &request) override;
 
 private:
-    Poco::Net::HTTPRequestHandler *handlerOfGet(const std::string &path);
+    Poco::Net::HTTPRequestHandler *handlerOfGet(const Poco::Net::HTTPServerRequest &request,
+                                                const std::string &path);
+    Poco::Net::HTTPRequestHandler *handlerOfHealth();
+    [[nodiscard]] bool maySeeStatus(const Poco::Net::HTTPServerRequest &request) const;
 
     Backend &m_backend;
     const RequestRules &m_rules;

@@ -117,7 +117,7 @@ HttpServer::HttpServer(const ServerSettings &settings, const Backend &backend)
     m_isOpenWithoutTls = !byTls && !byLoopbackOnly;
     m_rules = std::make_unique<RequestRules>(
         RequestRules{HostPolicy({byLoopbackOnly, byTls, address.port(), settings.publicUrl}),
-                     settings.trustedProxy});
+                     settings.trustedProxy, settings.statusKey});
     const HTTPServerParams::Ptr shared = parameters();
     m_server = std::make_unique<Poco::Net::TCPServer>(
         new ConnectionFactory(shared, m_backend, *m_rules, m_connections), m_threads, socket,

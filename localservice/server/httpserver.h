@@ -21,6 +21,7 @@ struct ServerSettings
     std::filesystem::path key;
     std::string publicUrl; ///< the address behind a proxy; "" without
     std::string trustedProxy; ///< the IP address of a proxy that states its clients' addresses
+    std::string statusKey; ///< who states it may see the status; "": nobody
     ConnectionLimits limits;
 };
 

@@ -11,4 +11,9 @@ Poco::Net::ServerSocket makeTlsSocket(const std::filesystem::path &, const std::
     throw Poco::NotImplementedException("This program was built without TLS");
 }
 
+std::unique_ptr<Poco::Net::HTTPClientSession> makeTlsClient(const Poco::Net::SocketAddress &)
+{
+    throw Poco::NotImplementedException("This program was built without TLS");
+}
+
 } // namespace localservice

@@ -5,6 +5,7 @@
 #include "localservice/base/paths.h"
 
 #include <Poco/Net/Context.h>
+#include <Poco/Net/HTTPSClientSession.h>
 #include <Poco/Net/SecureServerSocket.h>
 
 namespace localservice {
@@ -21,6 +22,14 @@ Poco::Net::ServerSocket makeTlsSocket(const std::filesystem::path &certificate,
     context->requireMinimumProtocol(Context::PROTO_TLSV1_2);
     context->enableSessionCache(false);
     return Poco::Net::SecureServerSocket(context);
+}
+
+std::unique_ptr<Poco::Net::HTTPClientSession> makeTlsClient(const Poco::Net::SocketAddress &address)
+{
+    using Poco::Net::Context;
+    const Context::Ptr context = new Context(Context::TLS_CLIENT_USE, "", Context::VERIFY_NONE);
+    return std::make_unique<Poco::Net::HTTPSClientSession>(address.host().toString(),
+                                                           address.port(), context);
 }
 
 } // namespace localservice

@@ -60,7 +60,7 @@ private:
             const std::int64_t account = m_processing.uploadAccount(m_fields, m_context);
             if (!m_connection.beginTransfer())
                 throw Refusal("The service has too many transfers under way. Please try again.");
-            m_file.begin(account, fileName);
+            m_file.begin(account, fileName, m_processing.uploadRoom(account));
         } catch (const Refusal &refusal) {
             m_refusal = refusal;
             m_connection.beginDrain();

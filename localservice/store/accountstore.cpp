@@ -146,9 +146,11 @@ void AccountStore::prolong(const std::string &digest, std::int64_t expires)
 
 void AccountStore::closeSession(const std::string &hash)
 {
-    Database::Access access = m_database.access();
-    access.session << "DELETE FROM sessions WHERE digest = ? AND expires < ?",
-        bind(sessionDigest(hash)), bind(never), now;
+    m_database.changeOnFullDisk([&] {
+        Database::Access access = m_database.access();
+        access.session << "DELETE FROM sessions WHERE digest = ? AND expires < ?",
+            bind(sessionDigest(hash)), bind(never), now;
+    });
 }
 
 std::string AccountStore::tokenOf(const std::string &hash) const
@@ -269,7 +271,8 @@ std::string AccountStore::localSession()
     } else {
         id = std::stoll(setting("local_account"));
     }
-    keepSession(hash, id, never);
+    if (!accountOf(hash))
+        keepSession(hash, id, never);
     return hash;
 }
 

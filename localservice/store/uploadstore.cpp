@@ -10,7 +10,8 @@ namespace localservice {
 
 namespace {
 
-constexpr const char *selectUploads = "SELECT id, account, name, file, seconds FROM uploads ";
+constexpr const char *selectUploads =
+    "SELECT id, account, name, file, seconds, bytes FROM uploads ";
 constexpr const char *unneededUploads =
     "removed = 1 AND NOT EXISTS (SELECT 1 FROM jobs"
     " WHERE jobs.upload = uploads.id"
@@ -23,9 +24,9 @@ std::optional<Upload> firstOf(Poco::Data::Statement &select)
     Poco::Data::RecordSet rows(select);
     if (!rows.moveFirst())
         return std::nullopt;
-    return Upload{rows["id"].convert<std::int64_t>(), rows["account"].convert<std::int64_t>(),
+    return Upload{rows["id"].convert<std::int64_t>(),  rows["account"].convert<std::int64_t>(),
                   rows["name"].convert<std::string>(), rows["file"].convert<std::string>(),
-                  rows["seconds"].convert<double>()};
+                  rows["seconds"].convert<double>(),   rows["bytes"].convert<std::int64_t>()};
 }
 
 } // namespace
@@ -34,12 +35,12 @@ std::int64_t UploadStore::add(const Upload &upload)
 {
     Database::Access access = m_database.access();
     Transaction transaction(access.session);
-    remove(upload.account, upload.name);
+    markRemoved(upload.account, upload.name);
     std::int64_t id = 0;
-    access.session
-        << "INSERT INTO uploads(account, name, file, seconds, added) VALUES(?, ?, ?, ?, ?)",
+    access.session << "INSERT INTO uploads(account, name, file, seconds, bytes, added)"
+                      " VALUES(?, ?, ?, ?, ?, ?)",
         bind(upload.account), bind(upload.name), bind(upload.file), bind(upload.seconds),
-        bind(secondsNow()), now;
+        bind(upload.bytes), bind(secondsNow()), now;
     access.session << "SELECT last_insert_rowid()", into(id), now;
     transaction.commit();
     return id;
@@ -62,29 +63,49 @@ std::optional<Upload> UploadStore::find(std::int64_t id)
     return firstOf(select);
 }
 
-void UploadStore::remove(std::int64_t account, const std::string &name)
+void UploadStore::markRemoved(std::int64_t account, const std::string &name)
 {
     Database::Access access = m_database.access();
     access.session << "UPDATE uploads SET removed = 1 WHERE name = ? AND account = ?", bind(name),
         bind(account), now;
 }
 
+void UploadStore::remove(std::int64_t account, const std::string &name)
+{
+    m_database.changeOnFullDisk([&] { markRemoved(account, name); });
+}
+
 void UploadStore::removeOlderThan(std::int64_t time)
 {
-    Database::Access access = m_database.access();
-    access.session << "UPDATE uploads SET removed = 1 WHERE added < ?", bind(time), now;
+    m_database.changeOnFullDisk([&] {
+        Database::Access access = m_database.access();
+        access.session << "UPDATE uploads SET removed = 1 WHERE added < ?", bind(time), now;
+    });
 }
 
 std::vector<std::string> UploadStore::takeUnneeded(std::int64_t demosBefore)
 {
+    return m_database.changeOnFullDisk([&] {
+        Database::Access access = m_database.access();
+        Transaction transaction(access.session);
+        std::vector<std::string> files;
+        access.session << "SELECT file FROM uploads WHERE " << unneededUploads, bind(demosBefore),
+            into(files), now;
+        if (!files.empty())
+            access.session << "DELETE FROM uploads WHERE " << unneededUploads, bind(demosBefore),
+                now;
+        transaction.commit();
+        return files;
+    });
+}
+
+std::int64_t UploadStore::bytesOf(std::int64_t account)
+{
     Database::Access access = m_database.access();
-    Transaction transaction(access.session);
-    std::vector<std::string> gone;
-    access.session << "SELECT file FROM uploads WHERE " << unneededUploads, bind(demosBefore),
-        into(gone), now;
-    access.session << "DELETE FROM uploads WHERE " << unneededUploads, bind(demosBefore), now;
-    transaction.commit();
-    return gone;
+    std::int64_t bytes = 0;
+    access.session << "SELECT COALESCE(SUM(bytes), 0) FROM uploads WHERE account = ?",
+        bind(account), into(bytes), now;
+    return bytes;
 }
 
 std::vector<std::string> UploadStore::files()

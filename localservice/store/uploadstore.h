@@ -18,6 +18,7 @@ struct Upload
     std::string name;
     std::string file;
     double seconds = 0;
+    std::int64_t bytes = 0;
 };
 
 /// The uploaded files that the service keeps. Thread-safe.
@@ -42,10 +43,14 @@ public:
     /// disk: those of waiting and running jobs are needed, and those of demo results, which may
     /// still be made whole until `demosBefore`.
     [[nodiscard]] std::vector<std::string> takeUnneeded(std::int64_t demosBefore);
+    /// The bytes of an account's files on the disk.
+    [[nodiscard]] std::int64_t bytesOf(std::int64_t account);
     /// The names on disk of all files that are kept.
     [[nodiscard]] std::vector<std::string> files();
 
 private:
+    void markRemoved(std::int64_t account, const std::string &name);
+
     Database &m_database;
 };
 

@@ -191,7 +191,7 @@ private:
     }
     [[nodiscard]] SeparationTask task(Part part) const
     {
-        return {at("in.wav"), part, {}, at("main.wav"), at("mix.wav")};
+        return {at("in.wav"), part, at("main.wav"), at("mix.wav")};
     }
 
     QTemporaryDir m_folder;

@@ -80,24 +80,36 @@ private slots:
         QVERIFY(m_client->post("repeatDemo.php", notADemo).contains("not a demo"));
     }
 
-    void cancelsAndGoesOnAfterACrash()
+    /// A separator with processes of its own, also such that leave its group.
+    void endsSeparatorsWithTheirChildren_data() { addNames({"cancelled", "killed", "ended"}); }
+
+    void endsSeparatorsWithTheirChildren()
     {
-#ifdef Q_OS_UNIX
-        startAfresh({"--workers", "1", "--separator", "sleep 1000"});
+#ifdef Q_OS_LINUX
+        QFETCH(QString, name);
+        startAfresh(
+            {"--workers", "1", "--separator", "sh -c 'setsid sleep 4242 & sleep 4242 & wait'"});
         const QByteArray first = m_client->upload(m_song, fields());
         const QByteArray second = m_client->upload(m_song, fields(), "/b/second.wav");
         QCOMPARE(m_client->upload(m_song, fields()), first); // the same request once more
+        QTRY_COMPARE(sleepers(), 2);
         QVERIFY(m_client->post("remains.php", {{ "songID", second }}).toInt() > 0);
         QVERIFY(m_client->post("download.php", {{ "songID", first }}).contains("not ready"));
-        QCOMPARE(m_client->post("cancel.php", {{ "songID", first }}), "Cancelled.");
-        QVERIFY(m_client->waitForEnd(first).contains("cancelled"));
-        m_service->crash();
-        restart({"--workers", "1"});
-        QCOMPARE(m_client->waitForEnd(second), "-1");
-        QVERIFY(m_client->post("remains.php", {{ "songID", first }}).contains("cancelled"));
-        QVERIFY(m_service->endsCleanly());
+        if (name == "cancelled") {
+            QCOMPARE(m_client->post("cancel.php", {{ "songID", second }}), "Cancelled.");
+            QCOMPARE(m_client->post("cancel.php", {{ "songID", first }}), "Cancelled.");
+        } else if (name == "killed") {
+            m_service->crash();
+        } else {
+            QVERIFY(m_service->endsCleanly());
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(sleepers(), 0, 15000);
+        restart({});
+        for (const QByteArray &job : {first, second})
+            QVERIFY(m_client->post("remains.php", {{ "songID", job }}).contains("cancelled"));
+        QCOMPARE(filesIn("uploads"), QStringList());
 #else
-        QSKIP("There is no program here that just waits.");
+        QSKIP("The processes of a tree are found on Linux only.");
 #endif
     }
 
@@ -135,7 +147,7 @@ private slots:
         const Rows<QString, QByteArray> add;
         add("does its work", "sh -c 'cp \"$1\" \"$2\" && cp \"$1\" \"$3\"' x {input} {main} {mix}",
             QByteArray("-1"));
-        add("fails", "sh -c 'exit 3'", QByteArray("The separator program failed."));
+        add("fails", "sh -c 'echo error: No luck.; exit 3'", QByteArray("No luck."));
         add("does nothing", "true", QByteArray("The separator program gave no usable result."));
         add("only one result", "cp {input} {main}",
             QByteArray("The separator program gave no usable result."));
@@ -153,6 +165,19 @@ private slots:
 #else
         QSKIP("The commands are a Unix shell's.");
 #endif
+    }
+
+private:
+    static int sleepers()
+    {
+        int count = 0;
+        for (const QString &pid : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
+            QFile file("/proc/" + pid + "/cmdline");
+            if (file.open(QIODevice::ReadOnly)
+                && file.readAll() == QByteArray("sleep\0004242\0", 11))
+                ++count;
+        }
+        return count;
     }
 };
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "servicefixture.h"
+#include "servicetests.h"
 
 #include <QRegularExpression>
 
@@ -192,5 +193,9 @@ private:
     QJsonObject m_otto; // another account
 };
 
-TEKO_TEST_MAIN(ServiceAccountsTest)
-#include "tst_serviceaccounts.moc"
+QObject *makeServiceAccountsTest()
+{
+    return new ServiceAccountsTest;
+}
+
+#include "serviceaccounts.moc"

@@ -1,91 +1,18 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "localservice/api/processing.h"
 #include "localservice/base/refusal.h"
-#include "localservice/base/secrets.h"
-#include "localservice/jobs/jobrunner.h"
-#include "localservice/server/httpserver.h"
-#include "localservice/store/accountstore.h"
-#include "sounds.h"
+#include "stores.h"
 #include "tests/support/rows.h"
+#include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <Poco/Data/Session.h>
 
 #include <fstream>
-#include <latch>
 
-using namespace localservice;
-using namespace std::chrono_literals;
-
-namespace {
-
-// The stores of a service, opened on one folder.
-struct Stores
-{
-    explicit Stores(const QTemporaryDir &dir)
-        : folder(dir.filePath("data").toStdString())
-        , database(folder.database())
-        , accounts(database,
-                   [this] {
-                       std::this_thread::yield(); // whoever else is at work may come between
-                       return secondsNow() + secondsLater;
-                   })
-        , uploads(database)
-        , jobs(database)
-    { }
-
-    // An account's upload of some name with one job.
-    std::int32_t addJob(std::int64_t account, const std::string &name, bool demo = false)
-    {
-        Job job;
-        job.account = account;
-        job.instrument = "drums";
-        job.extension = "mp3";
-        job.demo = demo;
-        job.seconds = 60;
-        const std::string file = randomHex(16) + ".wav";
-        job.upload = uploads.add({0, account, name, file, 60});
-        std::ofstream(folder.upload(file)) << "sound";
-        return jobs.add(job, name);
-    }
-
-    [[nodiscard]] bool hasFile(std::int64_t upload)
-    {
-        const std::optional<Upload> found = uploads.find(upload);
-        return found && std::filesystem::exists(folder.upload(found->file));
-    }
-
-    std::int64_t secondsLater = 0; // how much the accounts' clock is fast
-    DataFolder folder;
-    Database database;
-    AccountStore accounts;
-    UploadStore uploads;
-    JobStore jobs;
-};
-
-// A separator that waits until it is cancelled.
-bool waitForCancel(const SeparationTask &, JobControl &control)
-{
-    control.progress = 0.5;
-    while (!control.cancelled)
-        std::this_thread::yield();
-    return false;
-}
-
-bool copyTwice(const SeparationTask &task, JobControl &)
-{
-    std::filesystem::copy_file(task.input, task.main);
-    std::filesystem::copy_file(task.input, task.mix);
-    return true;
-}
-
-} // namespace
-
-class StoresTest final : public TestCase
+class ServiceStoresTest final : public TestCase
 {
     Q_OBJECT
 
@@ -105,8 +32,8 @@ private slots:
             Stores stores(*m_dir);
             hash = stores.accounts.localSession();
             id = stores.addJob(stores.accounts.accountOf(hash)->id, "a.wav");
-            JobRunner runner(stores.jobs, stores.uploads, stores.folder, waitForCancel, 1, 30);
-            QTRY_VERIFY(stores.jobs.find(id)->state == JobState::Running);
+            const auto runner = stores.run(waitForCancel);
+            QTRY_VERIFY(stores.stateOf(id) == JobState::Running);
         }
         Stores stores(*m_dir);
         QCOMPARE(QFile::permissions(m_dir->filePath("data/service.db"))
@@ -117,26 +44,188 @@ private slots:
         QCOMPARE(kept.instrument, std::string("drums"));
         QVERIFY(kept.state == JobState::Queued);
         QVERIFY(stores.uploads.find(kept.account, "a.wav"));
-        QVERIFY(stores.jobs.takeNext()); // as a service that was killed leaves it
-        JobRunner runner(stores.jobs, stores.uploads, stores.folder, copyTwice, 1, 30);
-        QTRY_VERIFY(stores.jobs.find(id)->state == JobState::Ready);
+        QVERIFY(stores.startNext()); // as a service that was killed leaves it
+        const auto runner = stores.run(copyTwice);
+        QTRY_VERIFY(stores.stateOf(id) == JobState::Ready);
         QVERIFY(std::filesystem::exists(stores.folder.mixResult(stores.jobs.find(id)->token)));
     }
 
     void makesOneJobOfEqualRequests()
     {
         Stores stores(*m_dir);
-        const std::int64_t one = stores.accounts.add({"A", "a@b", ""}).id;
-        const std::int64_t other = stores.accounts.add({"B", "b@b", ""}).id;
+        const std::int64_t one = stores.addAccount("a@b");
+        const std::int64_t other = stores.addAccount("b@b");
         const std::int32_t first = stores.addJob(one, "a.wav");
         QCOMPARE(stores.addJob(one, "a.wav"), first);
         QVERIFY(stores.addJob(one, "b.wav") != first);
         QVERIFY(stores.addJob(one, "a.wav", true) != first);
         QVERIFY(stores.addJob(other, "a.wav") != first);
-        QVERIFY(stores.jobs.takeNext()->id == first);
+        QVERIFY(stores.startNext()->id == first);
         QCOMPARE(stores.addJob(one, "a.wav"), first);
         QVERIFY(stores.jobs.move(first, JobState::Running, JobState::Ready));
         QVERIFY(stores.addJob(one, "a.wav") != first);
+    }
+
+    /// As a service leaves its jobs that is killed while they run.
+    void failsAJobThatTakesTheServiceDownTwice()
+    {
+        std::int32_t id = 0;
+        for (const JobState state : {JobState::Queued, JobState::Queued, JobState::Failed}) {
+            Stores stores(*m_dir);
+            if (id == 0)
+                id = stores.addJob(stores.addAccount("a@b"), "a.wav");
+            (void)stores.run({}, 0);
+            QVERIFY(stores.stateOf(id) == state);
+            if (state == JobState::Queued)
+                QVERIFY(stores.startNext());
+        }
+        Stores stores(*m_dir);
+        QVERIFY(stores.jobs.find(id)->reason.find("ended unexpectedly") != std::string::npos);
+    }
+
+    void triesAFailedSeparatorOnceMore_data()
+    {
+        const Rows<int, JobState> add;
+        add("it fails once", 1, JobState::Ready);
+        add("it fails again", 2, JobState::Failed);
+    }
+
+    void triesAFailedSeparatorOnceMore()
+    {
+        const auto [failures, end] = fetchRow<int, JobState>();
+        Stores stores(*m_dir);
+        const std::int32_t id = stores.addJob(stores.addAccount("a@b"), "a.wav");
+        std::atomic<int> calls = 0;
+        const auto runner =
+            stores.run([&calls, most = failures](const SeparationTask &task, JobControl &control) {
+                if (++calls <= most)
+                    throw SeparatorFailed("It failed.");
+                return copyTwice(task, control);
+            });
+        QTRY_VERIFY(stores.stateOf(id) == end);
+        QCOMPARE(calls.load(), 2);
+        QCOMPARE(stores.jobs.find(id)->reason, std::string(failures > 1 ? "It failed." : ""));
+    }
+
+    void letsAccountsTakeTurns()
+    {
+        Stores stores(*m_dir);
+        const std::int64_t band = stores.addAccount("band@b");
+        const std::int64_t guest = stores.addAccount("guest@b");
+        std::map<std::string, char> names;
+        const auto add = [&](std::int64_t account, char name) {
+            const std::int32_t id = stores.addJob(account, std::string(1, name));
+            names[stores.jobs.find(id)->token] = name;
+            return id;
+        };
+        add(band, '1');
+        add(band, '2');
+        const std::int32_t last = add(band, '3');
+        add(guest, 'g');
+        std::string order;
+        const auto runner = stores.run([&](const SeparationTask &task, JobControl &control) {
+            order += names[task.main.parent_path().filename().string()];
+            return copyTwice(task, control);
+        });
+        QTRY_VERIFY(stores.stateOf(last) == JobState::Ready);
+        QCOMPARE(order, std::string("1g23"));
+    }
+
+    void timeLeftRisesOnlyForNewJobs()
+    {
+        Stores stores(*m_dir);
+        const std::int64_t account = stores.addAccount("a@b");
+        const std::int32_t first = stores.addJob(account, "a.wav");
+        const Job second = *stores.jobs.find(stores.addJob(account, "b.wav"));
+        std::atomic<double> progress = 0;
+        std::atomic<double> seen = -1;
+        const auto runner = stores.run([&](const SeparationTask &, JobControl &control) {
+            while (!control.cancelled) {
+                control.progress = progress.load();
+                seen = control.progress.load();
+                std::this_thread::yield();
+            }
+            return false;
+        });
+        QTRY_VERIFY(stores.stateOf(first) == JobState::Running);
+        // 60 seconds of sound each, at 10 a second.
+        QCOMPARE(runner->secondsLeft(second), 12);
+        progress = 0.999;
+        QTRY_COMPARE(runner->secondsLeft(second), 7);
+        progress = 0;
+        QTRY_COMPARE(seen.load(), 0.0);
+        QCOMPARE(runner->secondsLeft(second), 7);
+        stores.addJob(stores.addAccount("b@b"), "c.wav");
+        runner->notifyJobAdded();
+        QTRY_VERIFY(runner->secondsLeft(second) > 12);
+    }
+
+    void discardsWhatADeadClientLeft()
+    {
+        Stores stores(*m_dir);
+        const std::int64_t account = stores.addAccount("a@b");
+        const Job demo = *stores.jobs.find(stores.addJob(account, "demo.wav", true));
+        QVERIFY(stores.jobs.start(demo.id)
+                && stores.jobs.move(demo.id, JobState::Running, JobState::Ready));
+        const Job done = *stores.jobs.find(stores.addJob(account, "done.wav"));
+        QVERIFY(stores.jobs.start(done.id)
+                && stores.jobs.move(done.id, JobState::Running, JobState::Ready));
+        const Job running = *stores.jobs.find(stores.addJob(account, "running.wav"));
+        QVERIFY(stores.jobs.start(running.id));
+        const Job waiting = *stores.jobs.find(stores.addJob(account, "waiting.wav"));
+        const auto runner = stores.run(copyTwice, 1, true);
+        for (const Job &job : {done, running, waiting})
+            QVERIFY(!stores.hasFile(job.upload));
+        QVERIFY(stores.hasFile(demo.upload));
+        for (const Job &job : {running, waiting})
+            QVERIFY(stores.stateOf(job.id) == JobState::Cancelled);
+    }
+
+    void setsADamagedDatabaseAside_data()
+    {
+        const Rows<qint64, int> add;
+        add("no database at all", 0, 100);
+        add("overwritten in the middle", 20000, 8000);
+        add("whole", 0, 0);
+    }
+
+    void setsADamagedDatabaseAside()
+    {
+        const auto [offset, bytes] = fetchRow<qint64, int>();
+        {
+            Stores stores(*m_dir);
+            for (int i = 0; i < 100; ++i)
+                stores.addAccount(std::to_string(i) + "@b");
+        }
+        QFile file(m_dir->filePath("data/service.db"));
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.size() > offset + bytes);
+        QVERIFY(file.seek(offset) && file.write(QByteArray(bytes, '?')) == bytes);
+        file.close();
+        Stores stores(*m_dir);
+        QCOMPARE(std::filesystem::exists(stores.database.damagedFile()), bytes > 0);
+        QCOMPARE(stores.accounts.openRecovery("7@b").has_value(), bytes == 0);
+        QVERIFY(stores.addAccount("new@b") > 0);
+    }
+
+    void worksOnAFullDisk()
+    {
+        const SmallDisk disk(m_dir->path());
+        if (!disk.isMounted()
+            || QProcess::execute("mount", {"-o", "remount,size=8m", m_dir->path()}) != 0)
+            QSKIP("Only an administrator can make a small disk.");
+        Stores stores(*m_dir);
+        const std::int64_t account = stores.addAccount("a@b");
+        const std::string session = stores.accounts.openSession(account);
+        const Job job = *stores.jobs.find(stores.addJob(account, "a.wav"));
+        const auto runner = stores.run(waitForCancel);
+        QTRY_VERIFY(stores.stateOf(job.id) == JobState::Running);
+        fillDisk();
+        QVERIFY_EXCEPTION_THROWN(stores.addAccount(std::string(100000, 'x')), Poco::Exception);
+        stores.accounts.closeSession(session);
+        QVERIFY(!stores.accounts.accountOf(session));
+        QVERIFY(runner->cancel(job.id));
+        stores.uploads.remove(account, "a.wav");
+        QTRY_VERIFY(!stores.hasFile(job.upload));
     }
 
     void forgetsCancelledAndFailedWork_data()
@@ -156,19 +245,19 @@ private slots:
                 throw Refusal("No luck today.");
             return waitForCancel(task, control);
         };
-        const std::int64_t account = stores.accounts.add({"A", "a@b", ""}).id;
+        const std::int64_t account = stores.addAccount("a@b");
         const std::int32_t id = stores.addJob(account, "a.wav");
         stores.uploads.remove(account, "a.wav");
-        JobRunner runner(stores.jobs, stores.uploads, stores.folder, separate, 1, 30);
+        const auto runner = stores.run(separate);
         const std::filesystem::path home = stores.folder.database().parent_path();
         if (!fails) {
             QTRY_VERIFY(!std::filesystem::is_empty(home / "work"));
-            QVERIFY(runner.cancel(id));
+            QVERIFY(runner->cancel(id));
         }
         const JobState end = fails ? JobState::Failed : JobState::Cancelled;
-        QTRY_VERIFY(stores.jobs.find(id)->state == end);
+        QTRY_VERIFY(stores.stateOf(id) == end);
         QCOMPARE(stores.jobs.find(id)->reason, std::string(fails ? "No luck today." : ""));
-        QVERIFY(!runner.cancel(id));
+        QVERIFY(!runner->cancel(id));
         // Neither half a result nor the removed upload is left.
         for (const char *sub : {"work", "results", "uploads"})
             QTRY_VERIFY(std::filesystem::is_empty(home / sub));
@@ -177,31 +266,30 @@ private slots:
     void keepsUploadsWhileTheyAreNeeded()
     {
         Stores stores(*m_dir);
-        const std::int64_t account = stores.accounts.add({"A", "a@b", ""}).id;
+        const std::int64_t account = stores.addAccount("a@b");
         const Job full = *stores.jobs.find(stores.addJob(account, "full.wav"));
         const Job demo = *stores.jobs.find(stores.addJob(account, "demo.wav", true));
-        JobRunner runner(stores.jobs, stores.uploads, stores.folder, copyTwice, 1, 30);
+        const auto runner = stores.run(copyTwice);
         for (const Job &job : {full, demo})
-            QTRY_VERIFY(stores.jobs.find(job.id)->state == JobState::Ready);
+            QTRY_VERIFY(stores.stateOf(job.id) == JobState::Ready);
         QVERIFY(stores.hasFile(full.upload));
         stores.uploads.remove(account + 1, "full.wav");
         QVERIFY(stores.uploads.find(account, "full.wav"));
         for (const char *name : {"full.wav", "demo.wav"})
             stores.uploads.remove(account, name);
-        runner.purgeUploads();
+        runner->purgeUploads();
         QVERIFY(!stores.uploads.find(account, "demo.wav"));
         QVERIFY(!stores.hasFile(full.upload));
         QVERIFY(stores.hasFile(demo.upload)); // it may still be made whole
         QCOMPARE(stores.jobs.takeOlderThan(secondsNow() + 10).size(), std::size_t(2));
-        runner.purgeUploads();
+        runner->purgeUploads();
         QVERIFY(!stores.hasFile(demo.upload));
     }
 
     void removesOnlyItsOwnLeftovers()
     {
         Stores stores(*m_dir);
-        const Job job =
-            *stores.jobs.find(stores.addJob(stores.accounts.add({"A", "a@b", ""}).id, "a.wav"));
+        const Job job = *stores.jobs.find(stores.addJob(stores.addAccount("a@b"), "a.wav"));
         const std::filesystem::path lost = stores.folder.upload(randomHex(16) + ".wav");
         const std::filesystem::path foreign = stores.folder.upload("holiday.wav");
         std::ofstream(lost) << "cut off";
@@ -274,8 +362,8 @@ private slots:
     void countsFilesByAccount()
     {
         Stores stores(*m_dir);
-        const std::int64_t one = stores.accounts.add({"A", "a@b", ""}).id;
-        const std::int64_t other = stores.accounts.add({"B", "b@b", ""}).id;
+        const std::int64_t one = stores.addAccount("a@b");
+        const std::int64_t other = stores.addAccount("b@b");
         stores.accounts.countProcessed(one);
         stores.accounts.countProcessed(one);
         QCOMPARE(stores.accounts.processedToday(one), 2);
@@ -298,7 +386,7 @@ private slots:
     {
         const auto [isLocal, daysOfUse, lasts] = fetchRow<bool, QList<int>, bool>();
         Stores stores(*m_dir);
-        const std::int64_t account = stores.accounts.add({"A", "a@b", ""}).id;
+        const std::int64_t account = stores.addAccount("a@b");
         const std::string hash =
             isLocal ? stores.accounts.localSession() : stores.accounts.openSession(account);
         bool isKnown = false;
@@ -323,7 +411,7 @@ private slots:
         std::string hash;
         {
             Stores stores(*m_dir);
-            hash = stores.accounts.openSession(stores.accounts.add({"A", "a@b", ""}).id);
+            hash = stores.accounts.openSession(stores.addAccount("a@b"));
             Database::Access access = stores.database.access();
             access.session << "UPDATE sessions SET expires = expires - 30 * 86400",
                 Poco::Data::Keywords::now;
@@ -336,83 +424,18 @@ private slots:
         QVERIFY(!stores.accounts.accountOf(hash));
     }
 
-    /// Many uploads end at the same moment, on many days, since it depends on timing.
-    void acceptsNoMoreThanTheDailyLimit()
-    {
-        constexpr int days = 30;
-        constexpr int uploadsPerDay = 8;
-        constexpr int limit = 3;
-        Stores stores(*m_dir);
-        JobRunner runner(stores.jobs, stores.uploads, stores.folder, copyTwice, 1, 30);
-        Authorizer authorizer(stores.accounts, stores.jobs);
-        ArrivingFiles arriving;
-        Processing processing(stores.database, stores.accounts, stores.uploads, stores.jobs, runner,
-                              authorizer, arriving, {Subscription::Active, limit}, "..");
-        const RequestContext context{"", stores.accounts.localSession()};
-        const std::string song = m_dir->filePath("song.wav").toStdString();
-        writeWav(song, {1, 8000, 16, 8000}, std::vector<std::int32_t>(8000));
-        const Fields form =
-            Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3");
-        for (int day = 0; day < days; ++day) {
-            stores.secondsLater = day * 2 * 86400;
-            std::latch start(uploadsPerDay);
-            std::atomic<int> accepted = 0;
-            const auto upload = [&](int number) {
-                ReceivedFile file(stores.folder.upload(""), 1 << 20, arriving);
-                file.begin(0, std::to_string(number) + ".wav");
-                std::filesystem::copy_file(song, file.path(),
-                                           std::filesystem::copy_options::overwrite_existing);
-                start.arrive_and_wait();
-                try {
-                    (void)processing.proceed(form, context, file);
-                    ++accepted;
-                } catch (const Refusal &) {
-                    return;
-                }
-            };
-            std::vector<std::thread> threads;
-            for (int i = 0; i < uploadsPerDay; ++i)
-                threads.emplace_back(upload, day * uploadsPerDay + i);
-            for (std::thread &thread : threads)
-                thread.join();
-            QCOMPARE(accepted, limit);
-        }
-        QCOMPARE(stores.uploads.files().size(), std::size_t(days * limit));
-    }
-
-    /// Nor is a form without a length taken for a complete one.
-    void cutsFormsThatDoNotEnd()
-    {
-        Stores stores(*m_dir);
-        JobRunner runner(stores.jobs, stores.uploads, stores.folder, copyTwice, 1, 30);
-        Authorizer authorizer(stores.accounts, stores.jobs);
-        ArrivingFiles arriving;
-        const Licence licence;
-        Processing processing(stores.database, stores.accounts, stores.uploads, stores.jobs, runner,
-                              authorizer, arriving, licence, "..");
-        Accounts accounts(stores.accounts, stores.jobs, authorizer, licence, 30);
-        ServerSettings settings;
-        settings.port = 0;
-        settings.limits.requestTimeout = 200ms;
-        std::optional<HttpServer> server(
-            std::in_place, settings,
-            Backend{processing, accounts, stores.jobs, arriving, stores.folder, 0});
-        const std::string host = server->url().substr(7);
-        Poco::Net::StreamSocket socket{Poco::Net::SocketAddress(host)};
-        socket.setReceiveTimeout(Poco::Timespan(5, 0));
-        const std::string request = "POST /teko-server/auth/register.php HTTP/1.1\r\nHost: " + host
-            + "\r\nTransfer-Encoding: "
-              "chunked\r\n\r\n2a\r\nname=Eva&email=eva@b.org&password=12345678\r\n";
-        socket.sendBytes(request.data(), int(request.size()));
-        char byte = 0;
-        QCOMPARE(socket.receiveBytes(&byte, 1), 0);
-        server.reset();
-        QVERIFY(!stores.accounts.openRecovery("eva@b.org"));
-    }
-
 private:
+    void fillDisk() const
+    {
+        QFile file(m_dir->filePath("filling"));
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        for (const int bytes : {65536, 4096, 1}) {
+            while (file.write(QByteArray(bytes, 'x')) == bytes) { }
+        }
+    }
+
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-TEKO_TEST_MAIN(StoresTest)
-#include "tst_stores.moc"
+TEKO_TEST_MAIN(ServiceStoresTest)
+#include "tst_servicestores.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "servicefixture.h"
+#include "servicetests.h"
 
 #include <QTcpSocket>
 
@@ -164,5 +165,9 @@ private:
     [[nodiscard]] QByteArray host() const { return m_service->url.mid(7).toLatin1(); }
 };
 
-TEKO_TEST_MAIN(ServiceRequestsTest)
-#include "tst_servicerequests.moc"
+QObject *makeServiceRequestsTest()
+{
+    return new ServiceRequestsTest;
+}
+
+#include "servicerequests.moc"

@@ -1,11 +1,18 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/api/ratelimiter.h"
+#include "localservice/api/servicestatus.h"
+#include "localservice/base/log.h"
+#include "localservice/http/clientaddress.h"
 #include "localservice/http/fields.h"
+#include "localservice/http/hostpolicy.h"
 #include "localservice/http/multipart.h"
 #include "localservice/jobs/commandseparator.h"
+#include "localservice/jobs/jobschedule.h"
+#include "localservice/jobs/separatoroutput.h"
 #include "localservice/jobs/throughputestimator.h"
 #include "localservice/options.h"
+#include "localservice/server/transferrate.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
@@ -36,7 +43,7 @@ QByteArray part(const QByteArray &disposition, const QByteArray &content)
 
 } // namespace
 
-class RequestsTest final : public TestCase
+class ServiceRulesTest final : public TestCase
 {
     Q_OBJECT
 
@@ -188,25 +195,180 @@ private slots:
 
     void estimatesTheTimeLeft_data()
     {
-        const Rows<double, double, double, int> add;
-        // 100 seconds of sound; two workers at 20 seconds of sound a second.
-        add("first in the queue", 0.0, 0.0, 0.0, 5);
-        add("behind others", 400.0, 0.0, 0.0, 15);
-        add("just begun", 0.0, 0.05, 60.0, 5);
-        add("slower than usual", 0.0, 0.5, 60.0, 60);
-        add("nearly ready", 0.0, 0.999, 5.0, 1);
-        add("ready", 0.0, 1.0, 5.0, 0);
+        const Rows<double, double, double> add;
+        // 100 seconds of sound, at 20 seconds of sound a second.
+        add("just begun", 0.0, 1.0, 4.0);
+        add("no progress reported", 0.0, 60.0, 0.0);
+        add("slower than usual", 0.5, 60.0, 60.0);
+        add("ready", 1.0, 5.0, 0.0);
     }
 
     void estimatesTheTimeLeft()
     {
-        const auto [before, share, elapsed, left] = fetchRow<double, double, double, int>();
-        ThroughputEstimator throughput(2);
+        const auto [share, elapsed, left] = fetchRow<double, double, double>();
+        ThroughputEstimator throughput;
         throughput.addMeasurement(300, 10s);
         throughput.addMeasurement(0, 1s);
-        QCOMPARE(
-            throughput.secondsLeft({before, 100, share, std::chrono::duration<double>(elapsed)}),
-            left);
+        QCOMPARE(throughput.remaining({100, share, std::chrono::duration<double>(elapsed)}), left);
+    }
+
+    void estimatesTheWaitingTime()
+    {
+        using Times = std::vector<double>;
+        QCOMPARE(waitingTime(Times{}, Times{}, 2), 0.0);
+        QCOMPARE(waitingTime(Times{5}, Times{}, 2), 0.0);
+        QCOMPARE(waitingTime(Times{5, 3}, Times{}, 2), 3.0);
+        QCOMPARE(waitingTime(Times{5, 3}, Times{10, 1}, 2), 6.0);
+    }
+
+    void startsJobsInTurn_data()
+    {
+        const Rows<QString, QString> add;
+        // Each job is a letter, its account's, in the order of their arrival.
+        add("one account", "aaa", "1 2 3");
+        add("accounts take turns", "aaabbc", "1 4 6 2 5 3");
+        add("who was last comes last", "zzab", "3 4 1 2");
+        add("none", "", "");
+    }
+
+    void startsJobsInTurn()
+    {
+        const auto [accounts, order] = fetchRow<QString, QString>();
+        std::vector<QueuedJob> queued;
+        for (const QChar account : accounts)
+            queued.push_back({int(queued.size()) + 1, account.unicode(), 1});
+        QStringList ids;
+        for (const QueuedJob &job : startOrder(queued, {{'z', 7}, {'a', 0}}))
+            ids << QString::number(job.id);
+        QCOMPARE(ids.join(' '), order);
+    }
+
+    void readsTheSeparatorsOutput()
+    {
+        std::atomic<double> progress = 0;
+        QStringList logged;
+        SeparatorOutput output(progress, [&logged](std::string_view line) {
+            logged << QString::fromUtf8(line.data(), qsizetype(line.size()));
+        });
+        for (const char *piece :
+             {"prog", "ress 0.25\r\nprogress x\nerr", "or: No \x1bluck.\n", "end"})
+            output.feed(piece);
+        output.finish();
+        QCOMPARE(progress.load(), 0.25);
+        QCOMPARE(output.error(), std::string("No  luck."));
+        QCOMPARE(logged, QStringList({"progress x", "error: No \x1bluck.", "end"}));
+        output.feed("progress 7\n");
+        QCOMPARE(progress.load(), 1.0);
+        output.feed(std::string(100000, 'x') + "\n");
+        QVERIFY(logged.last().size() < 5000);
+    }
+
+    void keepsItsNames_data()
+    {
+        const Rows<QString, QString, QString> add;
+        // Which of "local", "open" and "proxied" services accept it.
+        add("localhost", "localhost:8750", "", "local open proxied");
+        add("upper case", "LOCALHOST:8750", "", "local open proxied");
+        add("IPv4", "127.0.0.1:8750", "", "local open proxied");
+        add("IPv6", "[::1]:8750", "", "local open proxied");
+        add("another port", "localhost:8751", "", "open proxied");
+        add("no port", "127.0.0.1", "", "open proxied");
+        add("an address of the network", "192.0.2.1:8750", "", "open proxied");
+        add("another name", "evil.example:8750", "", "open");
+        add("a name like it", "localhost.evil.example:8750", "", "open");
+        add("the public name", "Music.example", "", "open proxied");
+        add("none", "", "", "");
+        add("nonsense", "[::1:8750", "", "");
+        add("a port beyond all", "localhost:99999", "", "");
+        add("its own page", "localhost:8750", "http://localhost:8750", "local open proxied");
+        add("its public page", "localhost:8750", "https://music.example", "proxied");
+        add("another page", "localhost:8750", "http://evil.example", "");
+        add("a page of this computer", "localhost:8750", "http://localhost:3000", "");
+        add("no page's", "localhost:8750", "null", "");
+        add("by TLS", "localhost:8750", "https://localhost:8750", "");
+    }
+
+    void keepsItsNames()
+    {
+        const auto [host, origin, services] = fetchRow<QString, QString, QString>();
+        const std::vector<std::pair<QString, HostPolicy>> all = {
+            {"local", HostPolicy({true, false, 8750, ""})},
+            {"open", HostPolicy({false, false, 8750, ""})},
+            {"proxied", HostPolicy({false, false, 8750, "https://music.example/teko"})}};
+        QStringList accepting;
+        for (const auto &[name, policy] : all) {
+            if (policy.acceptsHost(host.toStdString())
+                && policy.acceptsOrigin(origin.toStdString(), host.toStdString()))
+                accepting << name;
+        }
+        QCOMPARE(accepting.join(' '), services);
+    }
+
+    void countsClientsByNetwork_data()
+    {
+        const Rows<std::string, std::string, std::string> add;
+        add("IPv4", "192.0.2.7", "", "192.0.2.7");
+        add("IPv6", "2001:db8:1:2:3:4:5:6", "", "2001:db8:1:2::");
+        add("IPv4 in IPv6", "::ffff:192.0.2.7", "", "192.0.2.7");
+        add("a header of anybody", "192.0.2.7", "198.51.100.1", "192.0.2.7");
+        add("a header of the proxy", "192.0.2.1", "203.0.113.9, 198.51.100.1", "198.51.100.1");
+        add("a proxy without it", "192.0.2.1", "unknown", "192.0.2.1");
+    }
+
+    void countsClientsByNetwork()
+    {
+        const auto [peer, header, network] = fetchRow<std::string, std::string, std::string>();
+        QCOMPARE(clientNetwork(Poco::Net::IPAddress(peer), "192.0.2.1", header), network);
+    }
+
+    void endsSlowTransfers_data()
+    {
+        const Rows<QList<int>, int> add;
+        // Kilobytes in each second; the window is 3 seconds, the minimum 6 KB. When it is too slow.
+        add("steady", {2, 2, 2, 2, 2, 2}, -1);
+        add("a pause", {9, 0, 0, 9, 0, 0}, -1);
+        add("a quick begin, then nothing", {99, 0, 0, 0, 0}, 4);
+        add("a trickle", {1, 1, 1, 1}, 3);
+        add("young", {0, 0}, -1);
+    }
+
+    void endsSlowTransfers()
+    {
+        const auto [kilobytes, end] = fetchRow<QList<int>, int>();
+        const TransferRate::Time begin{};
+        TransferRate rate(begin, 3s, 6000);
+        std::int64_t bytes = 0;
+        int second = 0;
+        int tooSlow = -1;
+        for (const int count : kilobytes) {
+            bytes += count * 1000;
+            if (rate.isTooSlow(begin + std::chrono::seconds(++second), bytes) && tooSlow < 0)
+                tooSlow = second;
+        }
+        QCOMPARE(tooSlow, end);
+    }
+
+    void logsPrintableText()
+    {
+        for (const auto &[text, shown] : {std::pair("a\tb\nc\x7f", "a b c "),
+                                          {"ä € 𝄞", "ä € 𝄞"},
+                                          {"a\u0085\u2028\u202e\u2066\u200fb", "a     b"},
+                                          {"\xff"
+                                           "a",
+                                           "\ufffda"}})
+            QCOMPARE(printable(text), std::string(shown));
+    }
+
+    void reportsItsStatus()
+    {
+        const std::string text =
+            statusText({{"a@b", 1, 2, 120, 5 << 20, 3 << 20}, {"c@d"}}, 4, 9 << 20);
+        QCOMPARE(text,
+                 std::string("Queue: 1 running (of 4 at a time), 2 waiting, 2 minutes of sound\n"
+                             "Disk: 5 MiB of uploads, 3 MiB of results, 9 MiB free\n"
+                             "Accounts: 2\n"
+                             "  a@b: 1 running, 2 waiting, 8 MiB\n"
+                             "  c@d: 0 running, 0 waiting, 0 MiB\n"));
     }
 
     void limitsTriesWithinAMinute()
@@ -222,5 +384,5 @@ private slots:
     }
 };
 
-TEKO_TEST_MAIN(RequestsTest)
-#include "tst_requests.moc"
+TEKO_TEST_MAIN(ServiceRulesTest)
+#include "tst_servicerules.moc"
