@@ -304,6 +304,8 @@ void TekoServer::fetchResults(const TextAnswer &answer, const QList<FetchTarget>
         auto *fetch = new FileFetch(target.path, target.expectedSize, this);
         connect(fetch, &FileFetch::progress, this, target.progress);
         connect(fetch, &FileFetch::failed, this, &TekoServer::showError);
-        fetch->start(QUrl(target.isSecondUrl ? urls->second : urls->first));
+        // They may be relative.
+        fetch->start(
+            url("download.php").resolved(QUrl(target.isSecondUrl ? urls->second : urls->first)));
     }
 }
