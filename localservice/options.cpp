@@ -110,74 +110,69 @@ struct Option
     std::function<void(Options &, const std::string &)> read;
 };
 
-const std::vector<Option> &allOptions()
-{
-    static const std::vector<Option> options = {
-        {"--listen", "ADDRESS:PORT",
-         "Where to listen (default 127.0.0.1:8750). Port 0: any free one.", readListen},
-        {"--data", "DIR", "Where to keep uploads, results and accounts.",
-         [](Options &o, const std::string &text) { o.data = readPath("--data", text); }},
-        {"--public-url", "URL", "The service's address behind a reverse proxy.", readPublicUrl},
-        {"--trusted-proxy", "ADDRESS",
-         "The reverse proxy's IP address: clients are counted by\n"
-         "its header X-Forwarded-For.",
-         readTrustedProxy},
-        {"--tls-cert", "FILE", "Serve HTTPS with this certificate and its chain (PEM).",
-         [](Options &o, const std::string &text) {
-             o.server.certificate = readPath("--tls-cert", text);
-         }},
-        {"--tls-key", "FILE", "The certificate's private key (PEM).",
-         [](Options &o, const std::string &text) { o.server.key = readPath("--tls-key", text); }},
-        {"--embedded", "",
-         "Serve one program: choose a free port, print it and the\n"
-         "local account in one JSON line on standard output, and\n"
-         "end when standard input ends.",
-         [](Options &o, const std::string &) { o.embedded = true; }},
-        {"--separator", "COMMAND",
-         "Run a program of your own for each song. {input},\n"
-         "{instrument}, {main} and {mix} are filled in.",
-         readSeparator},
-        {"--workers", "N", "How many songs at a time (default: one for each core).",
-         [](Options &o, const std::string &text) {
-             o.workers = parseNumber("--workers", text, 1, maxWorkers);
-         }},
-        {"--daily-limit", "N", "Files that an account may send a day (default 0: no limit).",
-         [](Options &o, const std::string &text) {
-             o.licence.filesPerDay = parseNumber("--daily-limit", text, 0, maxFiles);
-         }},
-        {"--subscription", "STATE",
-         "The accounts' subscription: active (default), none or\nexpired.", readSubscription},
-        {"--account-mb", "N",
-         "What an account may keep on the disk, in MiB (default\n"
-         "20480; 0: no limit, which is the default with\n"
-         "--embedded).",
-         [](Options &o, const std::string &text) {
-             o.licence.accountBytes = static_cast<std::int64_t>(megabyte)
-                 * parseNumber("--account-mb", text, 0, maxMegabytes);
-         }},
-        {"--registration", "STATE",
-         "Whether anybody may register an account: open (default)\n"
-         "or closed (default with --embedded).",
-         readRegistration},
-        {"--keep-days", "N", "How long to keep uploads and results (default 30).",
-         [](Options &o, const std::string &text) {
-             o.keepDays = parseNumber("--keep-days", text, 1, maxDays);
-         }},
-        {"--max-upload-mb", "N", "The largest file to take, in MiB (default 4096).",
-         [](Options &o, const std::string &text) {
-             o.maxUploadBytes = megabyte * parseNumber("--max-upload-mb", text, 1, maxMegabytes);
-         }},
-        {"--help", "", "Show this text.",
-         [](Options &o, const std::string &) { o.showHelp = true; }},
-        {"--version", "", "Show the version.",
-         [](Options &o, const std::string &) { o.showVersion = true; }},
-    };
-    return options;
-}
+const std::vector<Option> allOptions = {
+    {"--listen", "ADDRESS:PORT", "Where to listen (default 127.0.0.1:8750). Port 0: any free one.",
+     readListen},
+    {"--data", "DIR", "Where to keep uploads, results and accounts.",
+     [](Options &o, const std::string &text) { o.data = readPath("--data", text); }},
+    {"--public-url", "URL", "The service's address behind a reverse proxy.", readPublicUrl},
+    {"--trusted-proxy", "ADDRESS",
+     "The reverse proxy's IP address: clients are counted by\n"
+     "its header X-Forwarded-For.",
+     readTrustedProxy},
+    {"--tls-cert", "FILE", "Serve HTTPS with this certificate and its chain (PEM).",
+     [](Options &o, const std::string &text) {
+         o.server.certificate = readPath("--tls-cert", text);
+     }},
+    {"--tls-key", "FILE", "The certificate's private key (PEM).",
+     [](Options &o, const std::string &text) { o.server.key = readPath("--tls-key", text); }},
+    {"--embedded", "",
+     "Serve one program: choose a free port, print it and the\n"
+     "local account in one JSON line on standard output, and\n"
+     "end when standard input ends.",
+     [](Options &o, const std::string &) { o.embedded = true; }},
+    {"--separator", "COMMAND",
+     "Run a program of your own for each song. {input},\n"
+     "{instrument}, {main} and {mix} are filled in.",
+     readSeparator},
+    {"--workers", "N", "How many songs at a time (default: one for each core).",
+     [](Options &o, const std::string &text) {
+         o.workers = parseNumber("--workers", text, 1, maxWorkers);
+     }},
+    {"--daily-limit", "N", "Files that an account may send a day (default 0: no limit).",
+     [](Options &o, const std::string &text) {
+         o.licence.filesPerDay = parseNumber("--daily-limit", text, 0, maxFiles);
+     }},
+    {"--subscription", "STATE", "The accounts' subscription: active (default), none or\nexpired.",
+     readSubscription},
+    {"--account-mb", "N",
+     "What an account may keep on the disk, in MiB (default\n"
+     "20480; 0: no limit, which is the default with\n"
+     "--embedded).",
+     [](Options &o, const std::string &text) {
+         o.licence.accountBytes = static_cast<std::int64_t>(megabyte)
+             * parseNumber("--account-mb", text, 0, maxMegabytes);
+     }},
+    {"--registration", "STATE",
+     "Whether anybody may register an account: open (default)\n"
+     "or closed (default with --embedded).",
+     readRegistration},
+    {"--keep-days", "N", "How long to keep uploads and results (default 30).",
+     [](Options &o, const std::string &text) {
+         o.keepDays = parseNumber("--keep-days", text, 1, maxDays);
+     }},
+    {"--max-upload-mb", "N", "The largest file to take, in MiB (default 4096).",
+     [](Options &o, const std::string &text) {
+         o.maxUploadBytes = megabyte * parseNumber("--max-upload-mb", text, 1, maxMegabytes);
+     }},
+    {"--help", "", "Show this text.", [](Options &o, const std::string &) { o.showHelp = true; }},
+    {"--version", "", "Show the version.",
+     [](Options &o, const std::string &) { o.showVersion = true; }},
+};
 
 const Option &optionNamed(const std::string &name)
 {
-    for (const Option &option : allOptions()) {
+    for (const Option &option : allOptions) {
         if (option.name == name)
             return option;
     }
@@ -234,7 +229,7 @@ std::string helpText()
     std::string text = "teko-service: takes songs apart for TEKO.\n\n"
                        "Usage: teko-service [OPTION VALUE]…\n"
                        "       teko-service status [--data DIR]\n\n";
-    for (const Option &option : allOptions()) {
+    for (const Option &option : allOptions) {
         std::string line = "  " + std::string(option.name);
         line.append(option.value.empty() ? "" : " ").append(option.value);
         line.append(line.size() < helpColumn ? helpColumn - line.size() : 1, ' ');

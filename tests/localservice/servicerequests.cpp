@@ -111,6 +111,14 @@ private slots:
             "GET /teko-server/redirect-training-videos.php" + rest, "HTTP/1.1 200 ");
         add("GET /teko-server/redirect-user-guide.php?a=b",
             "GET /teko-server/redirect-user-guide.php?a=b" + rest, "HTTP/1.1 200 ");
+        add("GET /healthz", "GET /healthz" + rest, "HTTP/1.1 200 ");
+        add("GET /status", "GET /status" + rest, "HTTP/1.1 404 ");
+        add("another host", "GET / HTTP/1.1\r\nHost: evil.example\r\n", "HTTP/1.1 403 ");
+        add("another origin", "GET /" + rest + "Origin: http://evil.example\r\n", "HTTP/1.1 403 ");
+        add("another type",
+            "POST /teko-server/remains.php" + rest
+                + "Content-Type: text/plain\r\nContent-Length: 0\r\n",
+            QByteArray("HTTP/1.1 415 "));
         add("GET /nothing", "GET /nothing" + rest, "HTTP/1.1 404 ");
         add("GET /results/", "GET /results/" + rest, "HTTP/1.1 404 ");
         add("GET /results/../service.db", "GET /results/../service.db" + rest, "HTTP/1.1 404 ");
@@ -142,27 +150,49 @@ private slots:
         QCOMPARE(socket.read(answer.size()), answer);
     }
 
+    void reportsTheStatus_data()
+    {
+        const Rows<QStringList> add;
+        add("by HTTP", {});
+        add("by HTTPS",
+            {"--tls-cert", QFINDTESTDATA("tls.pem"), "--tls-key", QFINDTESTDATA("tls.pem")});
+    }
+
+    void reportsTheStatus()
+    {
+        const auto [options] = fetchRow<QStringList>();
+        const QTemporaryDir dir;
+        const RunningService service(dir.path(), options);
+        QCOMPARE(service.url.startsWith("https:"), !options.isEmpty());
+        QCOMPARE(run({"status", "--data", dir.path()}), 0);
+        QVERIFY(m_program.readAllStandardOutput().contains("local@localhost: 0 running"));
+        QCOMPARE(run({"status", "--data", m_dir->filePath("nothing")}), 1);
+        QVERIFY(m_program.readAllStandardError().contains("No service is running"));
+    }
+
     void explainsUsageErrors()
     {
-        QProcess program;
-        const auto run = [&program](const QStringList &arguments) {
-            program.start(QCoreApplication::applicationDirPath() + "/teko-service", arguments);
-            program.waitForFinished();
-            return program.exitCode();
-        };
         QCOMPARE(run({"--help"}), 0);
-        const QByteArray help = program.readAllStandardOutput();
+        const QByteArray help = m_program.readAllStandardOutput();
         for (const char *option :
              {"--listen", "--data", "--embedded", "--separator", "--workers", "--daily-limit",
               "--subscription", "--keep-days", "--max-upload-mb"})
             QVERIFY2(help.contains(option), option);
         QCOMPARE(run({"--listen", "nowhere"}), 2);
-        QVERIFY(program.readAllStandardError().contains("ADDRESS:PORT"));
+        QVERIFY(m_program.readAllStandardError().contains("ADDRESS:PORT"));
         QCOMPARE(run({"--listen", host(), "--data", m_dir->filePath("other")}), 1);
     }
 
 private:
+    int run(const QStringList &arguments)
+    {
+        m_program.start(RunningService::program(), arguments);
+        m_program.waitForFinished();
+        return m_program.exitCode();
+    }
     [[nodiscard]] QByteArray host() const { return m_service->url.mid(7).toLatin1(); }
+
+    QProcess m_program;
 };
 
 QObject *makeServiceRequestsTest()

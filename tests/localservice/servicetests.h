@@ -4,7 +4,9 @@
 
 #include <QObject>
 
-// The test classes of tst_service.
+// The test classes of programs that hold several.
+QObject *makeAccountStoresTest();
 QObject *makeServerLimitsTest();
 QObject *makeServiceAccountsTest();
+QObject *makeServiceJobsTest();
 QObject *makeServiceRequestsTest();

@@ -7,7 +7,9 @@
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
+#include <QDir>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -163,6 +165,37 @@ private slots:
         } catch (const Refusal &refusal) {
             QVERIFY2(QByteArray(refusal.what()).contains(text), refusal.what());
         }
+    }
+
+    void programSeparates_data()
+    {
+        const Rows<QStringList, int, QByteArray> add;
+        add("done", {"in.wav", "vocals", "1.wav", "2.wav"}, 0, "");
+        add("usage", {"in.wav", "vocals"}, 2, "error: Four arguments");
+        add("instrument", {"in.wav", "flute", "1.wav", "2.wav"}, 2, "error: There is no such");
+        add("no WAV", {"text", "vocals", "1.wav", "2.wav"}, 1, "error: The uploaded file is not");
+        add("existing result", {"in.wav", "vocals", "1.wav", "text"}, 1, "exists already");
+    }
+
+    void programSeparates()
+    {
+        const auto [arguments, code, message] = fetchRow<QStringList, int, QByteArray>();
+        const QTemporaryDir dir;
+        const WavShape shape{1, 8000, 16, 8000};
+        writeWav(dir.filePath("in.wav").toStdString(), shape, std::vector<std::int32_t>(8000));
+        std::ofstream(dir.filePath("text").toStdString()) << "mine";
+        QProcess program;
+        program.setWorkingDirectory(dir.path());
+        program.start(QCoreApplication::applicationDirPath() + "/teko-separate", arguments);
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitCode(), code);
+        const QByteArray error = program.readAllStandardError();
+        QVERIFY2(error.contains(message), error);
+        const QStringList files = QDir(dir.path()).entryList(QDir::Files);
+        QCOMPARE(files,
+                 code == 0 ? QStringList({"1.wav", "2.wav", "in.wav", "text"})
+                           : QStringList({"in.wav", "text"}));
+        QCOMPARE(QFileInfo(dir.filePath("text")).size(), 4);
     }
 
     void stopsAtOnceWhenCancelled()

@@ -5,8 +5,6 @@
 
 int main(int argc, char **argv)
 {
-    int failed = 0;
-    for (const auto make : {makeServerLimitsTest, makeServiceAccountsTest, makeServiceRequestsTest})
-        failed += runTest(argc, argv, make);
-    return failed;
+    return runTest(argc, argv, makeServerLimitsTest) + runTest(argc, argv, makeServiceAccountsTest)
+        + runTest(argc, argv, makeServiceRequestsTest);
 }
