@@ -4,6 +4,7 @@
 
 #include "localservice/base/paths.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -61,14 +62,35 @@ Handle openNull()
     return {file == INVALID_HANDLE_VALUE ? nullptr : file, CloseHandle};
 }
 
-Handle serviceLog()
+// The pipe that the child's output comes through: the end for this program, and the inherited one.
+struct OutputPipe
 {
-    HANDLE copy = nullptr;
-    const HANDLE self = GetCurrentProcess();
-    if (!DuplicateHandle(self, GetStdHandle(STD_ERROR_HANDLE), self, &copy, 0, TRUE,
-                         DUPLICATE_SAME_ACCESS))
-        return openNull();
-    return {copy, CloseHandle};
+    OutputPipe()
+    {
+        SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+        HANDLE ends[2] = {nullptr, nullptr};
+        if (!CreatePipe(&ends[0], &ends[1], &inherited, 0))
+            return;
+        reader.reset(ends[0]);
+        writer.reset(ends[1]);
+        SetHandleInformation(reader.get(), HANDLE_FLAG_INHERIT, 0);
+    }
+
+    Handle reader{nullptr, CloseHandle};
+    Handle writer{nullptr, CloseHandle};
+};
+
+// What has arrived by now.
+void forwardOutput(HANDLE reader, const OutputHandler &onOutput)
+{
+    char bytes[4096];
+    DWORD available = 0;
+    while (PeekNamedPipe(reader, nullptr, 0, nullptr, &available, nullptr) && available > 0) {
+        DWORD got = 0;
+        if (!ReadFile(reader, bytes, std::min<DWORD>(available, sizeof bytes), &got, nullptr))
+            return;
+        onOutput({bytes, got});
+    }
 }
 
 // The child's standard handles, and at the same time all that it inherits: the service's files
@@ -76,10 +98,9 @@ Handle serviceLog()
 class Streams
 {
 public:
-    Streams()
+    explicit Streams(HANDLE output)
         : m_input(openNull())
-        , m_output(serviceLog())
-        , m_handles{m_input.get(), m_output.get()}
+        , m_handles{m_input.get(), output}
     {
         SIZE_T size = 0;
         InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
@@ -91,8 +112,8 @@ public:
         m_startup.StartupInfo.cb = sizeof m_startup;
         m_startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
         m_startup.StartupInfo.hStdInput = m_input.get();
-        m_startup.StartupInfo.hStdOutput = m_output.get();
-        m_startup.StartupInfo.hStdError = m_output.get();
+        m_startup.StartupInfo.hStdOutput = output;
+        m_startup.StartupInfo.hStdError = output;
     }
     Streams(const Streams &) = delete;
     Streams &operator=(const Streams &) = delete;
@@ -102,18 +123,20 @@ public:
 
 private:
     Handle m_input;
-    Handle m_output;
     std::array<HANDLE, 2> m_handles;
     std::vector<char> m_space;
     STARTUPINFOEXW m_startup = {};
 };
 
-ChildResult waitFor(HANDLE process, const std::atomic<bool> &cancelled)
+ChildResult waitFor(HANDLE process, HANDLE output, const std::atomic<bool> &cancelled,
+                    const OutputHandler &onOutput)
 {
     while (WaitForSingleObject(process, pollMilliseconds) == WAIT_TIMEOUT) {
+        forwardOutput(output, onOutput);
         if (cancelled)
             return ChildResult::Cancelled;
     }
+    forwardOutput(output, onOutput);
     DWORD code = 1;
     GetExitCodeProcess(process, &code);
     return code == 0 ? ChildResult::Succeeded : ChildResult::Failed;
@@ -121,25 +144,28 @@ ChildResult waitFor(HANDLE process, const std::atomic<bool> &cancelled)
 
 } // namespace
 
-ChildResult runChild(const std::vector<std::string> &words, const std::atomic<bool> &cancelled)
+ChildResult runChild(const std::vector<std::string> &words, const std::atomic<bool> &cancelled,
+                     const OutputHandler &onOutput)
 {
     std::wstring line = commandLine(words);
-    Streams streams;
+    OutputPipe output;
+    Streams streams(output.writer.get());
     PROCESS_INFORMATION child = {};
     if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE,
                         CREATE_SUSPENDED | CREATE_NO_WINDOW | EXTENDED_STARTUPINFO_PRESENT, nullptr,
                         nullptr, streams.startup(), &child))
         return ChildResult::NotStarted;
+    output.writer.reset();
     const Handle process(child.hProcess, CloseHandle);
     const Handle thread(child.hThread, CloseHandle);
     const Handle job = makeKillOnCloseJob();
     AssignProcessToJobObject(job.get(), process.get());
     ResumeThread(thread.get());
-    const ChildResult end = waitFor(process.get(), cancelled);
+    const ChildResult result = waitFor(process.get(), output.reader.get(), cancelled, onOutput);
     // The job ends the others when it closes here, but its own process only if it could join.
-    if (end == ChildResult::Cancelled)
+    if (result == ChildResult::Cancelled)
         TerminateProcess(process.get(), 1);
-    return end;
+    return result;
 }
 
 } // namespace localservice
