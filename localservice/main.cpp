@@ -8,6 +8,7 @@
 #include "localservice/service.h"
 
 #include <Poco/Exception.h>
+#include <Poco/Net/Net.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -88,6 +89,8 @@ int fail(const std::string &message, int code)
 int main(int argc, char **argv)
 {
     try {
+        // On Windows a static build of the library does not do that by itself.
+        Poco::Net::initializeNetwork();
         const Options options = parseOptions(commandLineWords(argc, argv));
         if (options.showHelp)
             std::fputs(helpText().c_str(), stdout);

@@ -9,7 +9,7 @@
 
 namespace localservice {
 
-/// What whoever runs a service wants to know about it. Thread-safe.
+/// The state of a service, for its administrator. Thread-safe.
 class ServiceStatus final
 {
 public:

@@ -11,7 +11,7 @@
 namespace localservice {
 
 /// Slows down guessing. Wrong tries count for an address with an account, and for an address with
-/// all accounts: nobody locks an account's owner out from another address. Thread-safe.
+/// all accounts, so that they do not lock an account's owner out at another address. Thread-safe.
 class SignInGuard final
 {
 public:

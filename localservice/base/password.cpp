@@ -40,7 +40,7 @@ std::string passwordHash(const std::string &password)
 bool passwordMatches(const std::string &hash, const std::string &password)
 {
     const std::lock_guard lock(hashMutex());
-    static const std::string dummyHash = computeHash("nobody's");
+    static const std::string dummyHash = computeHash("no account's password");
     const std::string &known = hash.empty() ? dummyHash : hash;
     const bool same =
         crypto_pwhash_str_verify(known.c_str(), password.data(), password.size()) == 0;

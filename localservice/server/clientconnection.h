@@ -31,7 +31,7 @@ struct RequestRules
 {
     HostPolicy hosts;
     std::string trustedProxy; ///< see clientNetwork()
-    std::string statusKey; ///< who knows it may see the status
+    std::string statusKey; ///< see ServerSettings
 };
 
 } // namespace localservice

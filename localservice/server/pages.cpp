@@ -21,9 +21,9 @@ constexpr std::array pages = {
     Page{"/helpdesk.html", "Help desk",
          "<p>This TEKO works with a service on your own computer or network: there is no help "
          "desk "
-         "behind it. When something fails, the message box tells the reason, and the log file "
+         "behind it. When something fails, the message box shows the reason, and the log file "
          "in the "
-         "folder <b>Logs</b> of your TEKO folder tells the details (switch logging on in the "
+         "folder <b>Logs</b> of your TEKO folder has the details (switch logging on in the "
          "settings).</p>"},
     Page{"/subscription.html", "Subscription",
          "<p>The local service sells nothing. Whoever runs it decides what its accounts may do, "

@@ -19,7 +19,7 @@ struct Stores
         , database(folder.database())
         , accounts(database,
                    [this] {
-                       std::this_thread::yield(); // whoever else is at work may come between
+                       std::this_thread::yield(); // lets other threads come between
                        return secondsNow() + secondsLater;
                    })
         , uploads(database)
