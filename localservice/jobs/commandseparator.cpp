@@ -60,6 +60,7 @@ std::vector<std::string> commandOf(const std::vector<std::string> &words,
                                         {"{main}", utf8(task.main)},
                                         {"{mix}", utf8(task.mix)}}};
     std::vector<std::string> command;
+    command.reserve(words.size());
     for (const std::string &word : words)
         command.push_back(withPlaceholders(word, placeholders));
     return command;

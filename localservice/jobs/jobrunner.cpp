@@ -152,6 +152,11 @@ JobRunner::Failure JobRunner::attempt(const Job &job, Running &running)
 void JobRunner::fail(const Job &job, const Failure &failure)
 {
     const std::lock_guard lock(m_mutex);
+    // The separator may have been ended together with the service.
+    if (m_stopping && failure.mayRetry) {
+        m_jobs.putBack(job.id);
+        return;
+    }
     const bool retry = failure.mayRetry && job.attempts < JobStore::maxAttempts;
     log("Job " + std::to_string(job.id) + " failed: " + failure.reason
         + (retry ? " It is tried once more." : ""));

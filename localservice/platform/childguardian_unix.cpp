@@ -85,12 +85,12 @@ bool collect(pid_t program, int &status)
 
 void guardChild(char *const *arguments, int lifeline, int output)
 {
-    // Out of the terminal's reach: the service decides when the program ends.
+    // The service decides when the program ends, not a signal to all processes.
     setpgid(0, 0);
     adoptOrphans();
     keepOnly(lifeline, output);
     for (const int number : {SIGINT, SIGTERM, SIGHUP})
-        std::signal(number, SIG_DFL);
+        std::signal(number, SIG_IGN);
     const pid_t program = fork();
     if (program == 0)
         execChild(arguments);

@@ -21,7 +21,9 @@ Poco::Net::ServerSocket makeTlsSocket(const std::filesystem::path &certificate,
     Context::Ptr context = new Context(Context::TLS_SERVER_USE, parameters);
     context->requireMinimumProtocol(Context::PROTO_TLSV1_2);
     context->enableSessionCache(false);
-    return Poco::Net::SecureServerSocket(context);
+    // Sockets are handles: what is behind this one goes on speaking TLS.
+    const Poco::Net::SecureServerSocket socket(context);
+    return {static_cast<const Poco::Net::Socket &>(socket)};
 }
 
 std::unique_ptr<Poco::Net::HTTPClientSession> makeTlsClient(const Poco::Net::SocketAddress &address)

@@ -25,7 +25,7 @@ private:
     struct Sample
     {
         Time time;
-        std::int64_t bytes;
+        std::int64_t bytes = 0;
     };
 
     std::chrono::milliseconds m_window;

@@ -30,9 +30,7 @@ private slots:
             QCOMPARE(sample(main) + sample(mix), int(sample(m_song)));
         }
         QVERIFY(urls[0].endsWith("/vocals.wav") && urls[1].endsWith("/mix-without-vocals.wav"));
-        int status = 0;
-        QVERIFY(!m_client->get(urls[0] + "x", &status).startsWith("RIFF"));
-        QCOMPARE(status, 404);
+        QVERIFY(!m_client->get(urls[0] + "x").startsWith("RIFF"));
 
         // A further instrument of the same file, without sending it again.
         const Form repeat = fields({{"instrument", "drums"}}) + Form{{"uploadedFileName", "x.wav"}};
