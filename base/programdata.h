@@ -78,8 +78,8 @@ public:
     [[nodiscard]] ServiceEndpoints endpoints() const;
     void setEndpointSource(EndpointSource source) { m_endpointSource = std::move(source); }
 
-    /// Which service the endpoints are of: its address, or empty for the one of this computer, whose
-    /// address changes at each start.
+    /// Which service the endpoints are of: its address, or empty for the one of this computer,
+    /// whose address changes at each start.
     [[nodiscard]] QString serviceName() const;
 
     /// Calls back once, from the event loop and unless the context dies first: at once, or as soon

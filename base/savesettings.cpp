@@ -32,8 +32,9 @@ QString failureText(const ProgramData &store, const QString &file)
     if (!store.isFirstSession())
         return text;
     return text + QStringLiteral("\n\n")
-        + SaveSettings::tr("This is the first start, before which there was no folder for them. They "
-                           "hold until TEKO ends; from the next start on they can be saved.");
+        + SaveSettings::tr(
+               "This is the first start, before which there was no folder for them. They "
+               "hold until TEKO ends; from the next start on they can be saved.");
 }
 
 } // namespace

@@ -26,8 +26,7 @@ inline constexpr SettingsKey videoFormat{QLatin1String("default_video_format"),
                                          QLatin1String("none")};
 inline constexpr SettingsKey audioFormat{QLatin1String("default_audio_format"),
                                          QLatin1String("none")};
-inline constexpr SettingsKey instrument{QLatin1String("default_instrument"),
-                                        QLatin1String("none")};
+inline constexpr SettingsKey instrument{QLatin1String("default_instrument"), QLatin1String("none")};
 inline constexpr SettingsKey saveFolder{QLatin1String("default_path_save"), QLatin1String("Save")};
 inline constexpr SettingsKey openFolder{QLatin1String("default_path_open"), QLatin1String("Audio")};
 inline constexpr SettingsKey logFolder{QLatin1String("default_path_logs"), QLatin1String("Logs")};

@@ -3,10 +3,12 @@
 #include "localservice/base/log.h"
 #include "localservice/base/secrets.h"
 #include "localservice/platform/arguments.h"
+#include "localservice/platform/permissions.h"
 #include "localservice/platform/termination.h"
 #include "localservice/service.h"
 
 #include <Poco/Exception.h>
+#include <Poco/Net/Net.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -16,11 +18,17 @@ using namespace localservice;
 
 namespace {
 
-constexpr int kUsage = 2;
-constexpr int kMostEmbedded = 16;
+constexpr int usageExitCode = 2;
+constexpr int maxEmbedded = 16;
+constexpr std::size_t statusKeyBytes = 32;
 
-// A folder that is in use belongs to another running program of the same user: an embedded service
-// then takes the next one, "service-2" and so on.
+std::filesystem::path numbered(std::filesystem::path folder, int number)
+{
+    return folder += "-" + std::to_string(number);
+}
+
+// A folder in use belongs to another running program of the same user: an embedded service then
+// takes the next one, "service-2" and so on.
 std::unique_ptr<Service> start(Options options)
 {
     const std::filesystem::path folder = options.data;
@@ -28,23 +36,43 @@ std::unique_ptr<Service> start(Options options)
         try {
             return std::make_unique<Service>(options);
         } catch (const DatabaseBusy &) {
-            if (!options.embedded || number > kMostEmbedded)
+            if (!options.embedded || number > maxEmbedded)
                 throw;
-            options.data = folder;
-            options.data += "-" + std::to_string(number);
+            options.data = numbered(folder, number);
         }
     }
 }
 
-void run(const Options &options)
+// The folders that other programs of the same user have used meanwhile, and that are no longer
+// used.
+void discardAbandonedBeside(const std::filesystem::path &folder)
 {
+    for (int number = 2; number <= maxEmbedded; ++number) {
+        if (!std::filesystem::exists(numbered(folder, number)))
+            continue;
+        try {
+            discardAbandoned(numbered(folder, number));
+        } catch (const DatabaseBusy &) {
+            continue; // another program's
+        }
+    }
+}
+
+void run(Options options)
+{
+    restrictNewFilesToOwner();
     Termination termination(options.embedded);
     initialiseSecrets();
+    options.server.statusKey = randomHex(statusKeyBytes);
     const std::unique_ptr<Service> service = start(options);
     log("Listening on " + service->url());
+    if (service->isOpenToNetworkWithoutTls())
+        log("WARNING: without TLS everybody on the network can read passwords and music. See "
+            "--tls-cert, or listen on 127.0.0.1 behind a reverse proxy.");
     if (options.embedded) {
-        std::printf("%s\n", service->greeting().c_str());
+        std::printf("%s\n", service->startLine().c_str());
         std::fflush(stdout);
+        discardAbandonedBeside(options.data);
     }
     termination.wait();
     log("Ending");
@@ -61,16 +89,20 @@ int fail(const std::string &message, int code)
 int main(int argc, char **argv)
 {
     try {
+        // On Windows a static build of the library does not do that by itself.
+        Poco::Net::initializeNetwork();
         const Options options = parseOptions(commandLineWords(argc, argv));
         if (options.showHelp)
             std::fputs(helpText().c_str(), stdout);
         else if (options.showVersion)
             std::puts("teko-service " TEKO_VERSION);
+        else if (options.showStatus)
+            std::fputs(fetchStatus(DataFolder::controlFile(options.data)).c_str(), stdout);
         else
             run(options);
         return EXIT_SUCCESS;
     } catch (const UsageError &error) {
-        return fail(std::string(error.what()) + "\nTry \"teko-service --help\".", kUsage);
+        return fail(std::string(error.what()) + "\nTry \"teko-service --help\".", usageExitCode);
     } catch (const Poco::Exception &error) {
         return fail(error.displayText(), EXIT_FAILURE);
     } catch (const std::exception &error) {

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "localservice/api/subscription.h"
+#include "localservice/api/licence.h"
+#include "localservice/server/httpserver.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -15,15 +16,15 @@ namespace localservice {
 /// What the command line asks for.
 struct Options
 {
-    std::string host = "127.0.0.1";
-    std::uint16_t port = 8750;
+    ServerSettings server;
     std::filesystem::path data;
     bool embedded = false;
+    bool showStatus = false; ///< of a running service, instead of running one
     std::vector<std::string> separator; ///< words of a command; empty: the built-in separator
     int workers = 1;
     Licence licence;
     int keepDays = 30;
-    std::uint64_t mostUploadBytes = 0;
+    std::uint64_t maxUploadBytes = 0;
     bool showHelp = false;
     bool showVersion = false;
 };

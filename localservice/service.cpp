@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/service.h"
 
+#include "localservice/base/paths.h"
 #include "localservice/jobs/commandseparator.h"
 
 #include <Poco/JSON/Object.h>
@@ -12,11 +13,10 @@ namespace localservice {
 
 namespace {
 
-    Separate separatorOf(const Options &options)
-    {
-        return options.separator.empty() ? Separate(separate)
-                                         : separateByCommand(options.separator);
-    }
+SeparateFunction separatorOf(const Options &options)
+{
+    return separateByCommand(options.separator.empty() ? builtInCommand() : options.separator);
+}
 
 } // namespace
 
@@ -26,17 +26,31 @@ Service::Service(const Options &options)
     , m_accountStore(m_database)
     , m_uploads(m_database)
     , m_jobs(m_database)
-    , m_runner(m_jobs, m_uploads, m_folder, separatorOf(options), options.workers, options.keepDays)
-    , m_gate(m_accountStore, m_jobs)
-    , m_processing(m_database, m_accountStore, m_uploads, m_jobs, m_runner, m_gate, m_arriving,
-                   options.licence)
-    , m_accounts(m_accountStore, m_jobs, m_gate, options.licence, options.keepDays)
-    , m_server(
-          options.host, options.port,
-          {m_processing, m_accounts, m_jobs, m_arriving, m_folder, options.mostUploadBytes, ""})
+    , m_runner(m_database, m_jobs, m_uploads, m_folder, separatorOf(options),
+               {options.workers, options.keepDays, options.embedded})
+    , m_authorizer(m_accountStore, m_jobs)
+    , m_processing(m_database, m_accountStore, m_uploads, m_jobs, m_runner, m_authorizer,
+                   m_arriving, options.licence,
+                   options.server.publicUrl.empty() ? ".." : options.server.publicUrl)
+    , m_accounts(m_accountStore, m_jobs, m_authorizer, options.licence, options.keepDays)
+    , m_status(m_database, m_folder, options.workers)
+    , m_server(options.server,
+               {m_processing, m_accounts, m_status, m_jobs, m_arriving, m_folder,
+                options.maxUploadBytes})
+    , m_controlFile(DataFolder::controlFile(options.data), m_server.url(), options.server.statusKey)
 { }
 
-std::string Service::greeting()
+void discardAbandoned(const std::filesystem::path &data)
+{
+    const DataFolder folder(data);
+    Database database(folder.database());
+    UploadStore uploads(database);
+    JobStore jobs(database);
+    const JobRunner runner(database, jobs, uploads, folder, {},
+                           {.workers = 0, .discardsUnfinished = true});
+}
+
+std::string Service::startLine()
 {
     const std::string hash = m_accountStore.localSession();
     const std::optional<Account> account = m_accountStore.accountOf(hash);
@@ -44,6 +58,8 @@ std::string Service::greeting()
     json.set("url", url());
     json.set("email", account ? account->email : "");
     json.set("hash", hash);
+    if (!m_database.damagedFile().empty())
+        json.set("recovered", utf8(m_database.damagedFile()));
     std::ostringstream line;
     json.stringify(line);
     return line.str();

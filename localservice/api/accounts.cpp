@@ -18,84 +18,93 @@ namespace localservice {
 
 namespace {
 
-    constexpr std::size_t kLongestText = 254;
-    constexpr std::size_t kShortestPassword = 8;
-    constexpr std::size_t kLongestPassword = 1024;
-    constexpr std::int64_t kDay = 86400;
+constexpr std::size_t maxTextBytes = 254;
+constexpr std::size_t minPasswordBytes = 8;
+constexpr std::size_t maxPasswordBytes = 1024;
+constexpr std::int64_t secondsPerDay = 86400;
 
-    constexpr const char *kWrongSignIn = "The e-mail address or the password is wrong.";
-    constexpr const char *kWrongCode = "The recovery code is wrong or no longer valid.";
+constexpr const char *wrongSignIn = "The e-mail address or the password is wrong.";
+constexpr const char *wrongCode = "The recovery code is wrong or no longer valid.";
 
-    std::string day(std::int64_t seconds)
-    {
-        return Poco::DateTimeFormatter::format(Poco::Timestamp::fromEpochTime(seconds), "%Y-%m-%d");
-    }
+std::string day(std::int64_t seconds)
+{
+    return Poco::DateTimeFormatter::format(Poco::Timestamp::fromEpochTime(seconds), "%Y-%m-%d");
+}
 
-    template <typename Json> std::string textOf(const Json &json)
-    {
-        std::ostringstream stream;
-        json.stringify(stream);
-        return stream.str();
-    }
+template <typename Json> std::string textOf(const Json &json)
+{
+    std::ostringstream stream;
+    json.stringify(stream);
+    return stream.str();
+}
 
-    bool looksLikeEmail(const std::string &email)
-    {
-        const std::size_t at = email.find('@');
-        return at != std::string::npos && at > 0 && at + 1 < email.size()
-            && email.find('@', at + 1) == std::string::npos && email.size() <= kLongestText
-            && std::none_of(email.begin(), email.end(),
-                            [](unsigned char c) { return c <= ' ' || c == 0x7f; });
-    }
+bool looksLikeEmail(const std::string &email)
+{
+    const std::size_t at = email.find('@');
+    return at != std::string::npos && at > 0 && at + 1 < email.size()
+        && email.find('@', at + 1) == std::string::npos && email.size() <= maxTextBytes
+        && std::none_of(email.begin(), email.end(),
+                        [](unsigned char c) { return c <= ' ' || c == 0x7f; });
+}
 
-    bool isSameEmail(const std::string &one, const std::string &other)
-    {
-        return Poco::icompare(one, other) == 0;
-    }
+bool isSameEmail(const std::string &one, const std::string &other)
+{
+    return Poco::icompare(one, other) == 0;
+}
 
-    void checkPassword(const std::string &password)
-    {
-        if (password.size() < kShortestPassword)
-            throw Refusal("The password must have at least 8 characters.");
-        if (password.size() > kLongestPassword)
-            throw Refusal("The password is too long.");
-    }
+void checkPassword(const std::string &password)
+{
+    if (password.size() < minPasswordBytes)
+        throw Refusal("The password must have at least 8 characters.");
+    if (password.size() > maxPasswordBytes)
+        throw Refusal("The password is too long.");
+}
 
-    // `ownEmail` is the one that the person has already.
-    AccountChange personFrom(const Fields &fields, const std::string &ownEmail)
-    {
-        AccountChange person{Poco::trim(fields["name"]), Poco::trim(fields["email"]),
-                             fields["password"]};
-        if (person.name.empty() || person.name.size() > kLongestText)
-            throw Refusal("The name is missing or too long.");
-        if (!looksLikeEmail(person.email))
-            throw Refusal("This is not an e-mail address.");
-        // Whoever had it before this computer's owner does would own what is the owner's.
-        if (isSameEmail(person.email, kLocalEmail) && !isSameEmail(ownEmail, kLocalEmail))
-            throw Refusal("This is not an e-mail address.");
-        return person;
-    }
+// `ownEmail` is the one that the person has already.
+AccountChange accountChangeFrom(const Fields &fields, const std::string &ownEmail)
+{
+    AccountChange change{Poco::trim(fields["name"]), Poco::trim(fields["email"]),
+                         fields["password"]};
+    if (change.name.empty() || change.name.size() > maxTextBytes)
+        throw Refusal("The name is missing or too long.");
+    if (!looksLikeEmail(change.email))
+        throw Refusal("This is not an e-mail address.");
+    // Otherwise another account could take over the address of this computer's own account.
+    if (isSameEmail(change.email, localEmail) && !isSameEmail(ownEmail, localEmail))
+        throw Refusal("This is not an e-mail address.");
+    return change;
+}
 
-    Poco::Dynamic::Var subscriptionJson(const Account &account, Subscription subscription)
-    {
-        if (subscription == Subscription::None)
-            return {};
-        Poco::JSON::Object::Ptr json = new Poco::JSON::Object;
-        json->set("id", 1);
-        json->set("added", day(account.added));
-        json->set("period", "unlimited");
-        json->set("version", "full");
-        json->set("type", "local");
-        json->set("expired", subscription == Subscription::Expired ? 1 : 0);
-        return json;
-    }
+// Takes as long for an unknown address.
+void logRecovery(const std::string &email, const std::optional<std::string> &code)
+{
+    if (code)
+        log("The recovery code for " + email + " is " + *code + " (valid for 30 minutes, once)");
+    else
+        log("A recovery code was asked for " + email + ", which has no account with a password");
+}
+
+Poco::Dynamic::Var subscriptionJson(const Account &account, Subscription subscription)
+{
+    if (subscription == Subscription::None)
+        return {};
+    Poco::JSON::Object::Ptr json = new Poco::JSON::Object;
+    json->set("id", 1);
+    json->set("added", day(account.added));
+    json->set("period", "unlimited");
+    json->set("version", "full");
+    json->set("type", "local");
+    json->set("expired", subscription == Subscription::Expired ? 1 : 0);
+    return json;
+}
 
 } // namespace
 
-Accounts::Accounts(AccountStore &accounts, JobStore &jobs, Gate &gate, const Licence &licence,
-                   int keepDays)
+Accounts::Accounts(AccountStore &accounts, JobStore &jobs, Authorizer &authorizer,
+                   const Licence &licence, int keepDays)
     : m_accounts(accounts)
     , m_jobs(jobs)
-    , m_gate(gate)
+    , m_authorizer(authorizer)
     , m_licence(licence)
     , m_keepDays(keepDays)
 { }
@@ -112,89 +121,111 @@ std::string Accounts::userJson(const Account &account, const std::string &hash) 
     return textOf(json);
 }
 
-void Accounts::countTry(const std::string &email, const Caller &caller)
+void Accounts::countChange(const RequestContext &context)
 {
-    if (!m_tries.count(caller.address + "\n" + Poco::toLower(email)))
+    if (!m_changes.count(context.address))
         throw Refusal("Too many tries. Please wait a minute and try again.");
 }
 
-std::string Accounts::login(const Fields &fields, const Caller &caller)
+std::string Accounts::login(const Fields &fields, const RequestContext &context)
 {
     const std::string email = Poco::trim(fields["email"]);
-    // Nobody has these; the tries of a minute are kept in memory, so they stay short.
-    if (email.size() > kLongestText || fields["password"].size() > kLongestPassword)
-        throw Refusal(kWrongSignIn);
-    countTry(email, caller);
+    // No account has these; and tries are kept in memory for a minute, so their keys stay short.
+    if (email.size() > maxTextBytes || fields["password"].size() > maxPasswordBytes)
+        throw Refusal(wrongSignIn);
+    m_guard.check(context.address, email);
+    const SignInGuard::HashPlace place(m_guard, context.address);
     const std::optional<Account> account = m_accounts.signIn(email, fields["password"]);
-    if (!account)
-        throw Refusal(kWrongSignIn);
-    return userJson(*account, m_accounts.openSession(account->id));
+    if (account)
+        return userJson(*account, m_accounts.openSession(account->id));
+    m_guard.countFailure(context.address, email);
+    throw Refusal(wrongSignIn);
 }
 
-std::string Accounts::registerAccount(const Fields &fields, const Caller &caller)
+std::string Accounts::registerAccount(const Fields &fields, const RequestContext &context)
 {
-    const AccountChange person = personFrom(fields, "");
-    checkPassword(person.password);
-    countTry("", caller);
-    const Account account = m_accounts.add(person);
+    if (!m_licence.takesRegistrations)
+        throw Refusal("This service takes no registrations.");
+    const AccountChange change = accountChangeFrom(fields, "");
+    checkPassword(change.password);
+    countChange(context);
+    const SignInGuard::HashPlace place(m_guard, context.address);
+    const Account account = m_accounts.add(change);
     return userJson(account, m_accounts.openSession(account.id));
 }
 
-std::string Accounts::recover(const Fields &fields, const Caller &caller)
+std::string Accounts::recover(const Fields &fields, const RequestContext &context)
 {
     const std::string email = Poco::trim(fields["email"]);
-    if (!looksLikeEmail(email))
+    if (!looksLikeEmail(email) || isSameEmail(email, localEmail))
         throw Refusal("This is not an e-mail address.");
-    countTry(email, caller);
+    m_guard.check(context.address, email);
     if (fields["code"].empty()) {
-        // The reply is the same for an unknown address, so that nobody learns who has an account.
-        if (const std::optional<std::string> code = m_accounts.openRecovery(email))
-            log("The recovery code for " + email + " is " + *code
-                + " (valid for 30 minutes, once)");
+        m_guard.countFailure(context.address, email);
+        logRecovery(email, m_accounts.openRecovery(email));
         return "1";
     }
     checkPassword(fields["password"]);
-    if (!m_accounts.recover(email, Poco::toLower(Poco::trim(fields["code"])), fields["password"]))
-        throw Refusal(kWrongCode);
-    return "1";
+    const SignInGuard::HashPlace place(m_guard, context.address);
+    if (m_accounts.recover(email, Poco::toLower(Poco::trim(fields["code"])), fields["password"]))
+        return "1";
+    m_guard.countFailure(context.address, email);
+    throw Refusal(wrongCode);
 }
 
-std::string Accounts::check(const Fields &fields, const Caller &caller)
+std::string Accounts::check(const Fields &fields, const RequestContext &context)
 {
-    const std::string &session = sessionOf(fields, caller);
-    return userJson(m_gate.requireSession(session), session);
+    const std::string &session = sessionOf(fields, context);
+    return userJson(m_authorizer.requireSession(session), session);
 }
 
-std::string Accounts::logout(const Fields &fields, const Caller &caller)
+std::string Accounts::logout(const Fields &fields, const RequestContext &context)
 {
     // Without the access token, which a client that is signing out may have forgotten already.
-    const std::string &session = sessionOf(fields, caller);
-    (void)m_gate.requireSession(session);
+    const std::string &session = sessionOf(fields, context);
+    (void)m_authorizer.requireSession(session);
     m_accounts.closeSession(session);
     return "1";
 }
 
-std::string Accounts::update(const Fields &fields, const Caller &caller)
+std::string Accounts::update(const Fields &fields, const RequestContext &context)
 {
-    const Account account = m_gate.require(fields, caller);
-    const std::string &session = sessionOf(fields, caller);
-    const AccountChange person = personFrom(fields, account.email);
-    if (!person.password.empty())
-        checkPassword(person.password);
-    // As by registerAccount(), one learns whether an address is taken, or makes work.
-    if (!person.password.empty() || !isSameEmail(person.email, account.email))
-        countTry("", caller);
-    m_accounts.change(account, person, session);
-    return userJson(m_gate.requireSession(session), session);
+    const Account account = m_authorizer.require(fields, context);
+    const std::string &session = sessionOf(fields, context);
+    const AccountChange change = accountChangeFrom(fields, account.email);
+    if (!change.password.empty())
+        checkPassword(change.password);
+    if (change.password.empty() && isSameEmail(change.email, account.email)) {
+        m_accounts.change(account, change, session);
+    } else {
+        const SignInGuard::HashPlace place(m_guard, context.address);
+        requirePassword(account, fields["oldPassword"], context);
+        countChange(context);
+        m_accounts.change(account, change, session);
+    }
+    return userJson(m_authorizer.requireSession(session), session);
 }
 
-std::string Accounts::archive(const Fields &fields, const Caller &caller)
+void Accounts::requirePassword(const Account &account, const std::string &password,
+                               const RequestContext &context)
+{
+    if (!m_accounts.hasPassword(account.id))
+        throw Refusal("The account of this computer has no password: its e-mail address and "
+                      "password cannot be changed.");
+    m_guard.check(context.address, account.email);
+    if (password.size() <= maxPasswordBytes && m_accounts.signIn(account.email, password))
+        return;
+    m_guard.countFailure(context.address, account.email);
+    throw Refusal("The old password is wrong.");
+}
+
+std::string Accounts::archive(const Fields &fields, const RequestContext &context)
 {
     Poco::JSON::Array list;
-    for (const Job &job : m_jobs.finishedOf(m_gate.require(fields, caller).id)) {
+    for (const Job &job : m_jobs.finishedOf(m_authorizer.require(fields, context).id)) {
         Poco::JSON::Object::Ptr record = new Poco::JSON::Object;
         record->set("name", job.name);
-        record->set("deleted", day(job.added + m_keepDays * kDay));
+        record->set("deleted", day(job.added + m_keepDays * secondsPerDay));
         record->set("instrument", job.instrument);
         record->set("extension", job.extension);
         record->set("demoFile", job.demo ? "yes" : "no");

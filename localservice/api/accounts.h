@@ -2,42 +2,47 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "localservice/api/caller.h"
-#include "localservice/api/subscription.h"
+#include "localservice/api/authorizer.h"
+#include "localservice/api/licence.h"
+#include "localservice/api/signinguard.h"
 
 namespace localservice {
 
-/// The requests about accounts. Each takes a form and gives the text of the reply, or throws
+/// The requests about accounts. Each takes a form and returns the text of the reply, or throws
 /// Refusal with the sentence that is the reply. Thread-safe.
 class Accounts final
 {
 public:
     /// `keepDays` is how long results are kept, for the dates in the archive.
-    Accounts(AccountStore &accounts, JobStore &jobs, Gate &gate, const Licence &licence,
+    Accounts(AccountStore &accounts, JobStore &jobs, Authorizer &authorizer, const Licence &licence,
              int keepDays);
 
-    [[nodiscard]] std::string login(const Fields &fields, const Caller &caller);
-    [[nodiscard]] std::string registerAccount(const Fields &fields, const Caller &caller);
+    [[nodiscard]] std::string login(const Fields &fields, const RequestContext &context);
+    [[nodiscard]] std::string registerAccount(const Fields &fields, const RequestContext &context);
     /// Without the field "code" a recovery code is written to the log; with it and "password" the
     /// code is used up for a new password.
-    [[nodiscard]] std::string recover(const Fields &fields, const Caller &caller);
-    [[nodiscard]] std::string check(const Fields &fields, const Caller &caller);
-    /// Ends the session, but for the one that localSession() gives.
-    [[nodiscard]] std::string logout(const Fields &fields, const Caller &caller);
-    /// Counts as a try when the e-mail address or the password changes.
-    [[nodiscard]] std::string update(const Fields &fields, const Caller &caller);
-    [[nodiscard]] std::string archive(const Fields &fields, const Caller &caller);
+    [[nodiscard]] std::string recover(const Fields &fields, const RequestContext &context);
+    [[nodiscard]] std::string check(const Fields &fields, const RequestContext &context);
+    /// Ends the session, but for the one that localSession() returns.
+    [[nodiscard]] std::string logout(const Fields &fields, const RequestContext &context);
+    /// A change of the e-mail address or the password needs the field "oldPassword".
+    [[nodiscard]] std::string update(const Fields &fields, const RequestContext &context);
+    [[nodiscard]] std::string archive(const Fields &fields, const RequestContext &context);
 
 private:
     [[nodiscard]] std::string userJson(const Account &account, const std::string &hash) const;
-    void countTry(const std::string &email, const Caller &caller);
+    /// Registrations and changes reveal whether an address is taken, so they are limited.
+    void countChange(const RequestContext &context);
+    void requirePassword(const Account &account, const std::string &password,
+                         const RequestContext &context);
 
     AccountStore &m_accounts;
     JobStore &m_jobs;
-    Gate &m_gate;
+    Authorizer &m_authorizer;
     Licence m_licence;
     int m_keepDays;
-    RateLimiter m_tries{10};
+    SignInGuard m_guard;
+    RateLimiter m_changes{10};
 };
 
 } // namespace localservice

@@ -13,41 +13,42 @@ namespace localservice {
 
 namespace {
 
-    constexpr std::array<std::string_view, 12> kExtensions = {
-        "mp4", "mkv", "mov", "wmv", "mpg", "webm", "mp3", "wav", "m4a", "aiff", "flac", "wma"};
-    constexpr std::size_t kLongestName = 1024;
-    constexpr std::size_t kLongestPath = 32768;
-    // The answer to "how many files may I still send today" when there is no limit.
-    constexpr int kNoLimit = 1000000;
+constexpr std::array<std::string_view, 12> extensions = {
+    "mp4", "mkv", "mov", "wmv", "mpg", "webm", "mp3", "wav", "m4a", "aiff", "flac", "wma"};
+constexpr std::size_t maxNameBytes = 1024;
+constexpr std::size_t maxPathBytes = 32768;
+// The answer to "how many files may I still send today" when there is no limit.
+constexpr int noLimit = 1000000;
 
-    constexpr const char *kFileGone =
-        "The service no longer has this file. Please process it again from the beginning.";
+constexpr const char *fileGone =
+    "The service no longer has this file. Please process it again from the beginning.";
 
-    void checkExtension(const std::string &extension)
-    {
-        if (std::find(kExtensions.begin(), kExtensions.end(), extension) == kExtensions.end())
-            throw Refusal("The service does not know this output format.");
-    }
+void checkExtension(const std::string &extension)
+{
+    if (std::find(extensions.begin(), extensions.end(), extension) == extensions.end())
+        throw Refusal("The service does not know this output format.");
+}
 
-    std::string resultUrl(const Job &job, const Caller &caller, std::string_view prefix)
-    {
-        std::string url = caller.origin + "/results/" + job.token + "/";
-        return url.append(prefix).append(job.instrument).append(".wav");
-    }
+std::string resultUrl(const std::string &base, const Job &job, std::string_view prefix)
+{
+    std::string url = base + "/results/" + job.token + "/";
+    return url.append(prefix).append(job.instrument).append(".wav");
+}
 
 } // namespace
 
 Processing::Processing(Database &database, AccountStore &accounts, UploadStore &uploads,
-                       JobStore &jobs, Runner &runner, Gate &gate, ArrivingFiles &arriving,
-                       const Licence &licence)
+                       JobStore &jobs, JobRunner &runner, Authorizer &authorizer,
+                       ArrivingFiles &arriving, const Licence &licence, std::string resultBase)
     : m_database(database)
     , m_accounts(accounts)
     , m_uploads(uploads)
     , m_jobs(jobs)
     , m_runner(runner)
-    , m_gate(gate)
+    , m_authorizer(authorizer)
     , m_arriving(arriving)
     , m_licence(licence)
+    , m_resultBase(std::move(resultBase))
 { }
 
 Job Processing::jobFrom(const Fields &fields, const Account &account) const
@@ -67,25 +68,30 @@ Job Processing::jobFrom(const Fields &fields, const Account &account) const
         throw Refusal("The service does not know this kind of run.");
     if (!job.demo && m_licence.subscription != Subscription::Active)
         throw Refusal("Processing whole files needs an active subscription.");
-    if (job.name.empty() || job.name.size() > kLongestName || job.original.size() > kLongestPath)
+    if (job.name.empty() || job.name.size() > maxNameBytes || job.original.size() > maxPathBytes)
         throw Refusal("The name of the file is missing or too long.");
     return job;
 }
 
-std::int64_t Processing::uploader(const Fields &fields, const Caller &caller)
+std::int64_t Processing::uploadAccount(const Fields &fields, const RequestContext &context)
 {
-    return sessionOf(fields, caller).empty() ? 0 : m_gate.require(fields, caller).id;
+    return m_authorizer.require(fields, context).id;
 }
 
-std::string Processing::proceed(const Fields &fields, const Caller &caller, ReceivedFile &file)
+std::string Processing::proceed(const Fields &fields, const RequestContext &context,
+                                ReceivedFile &file)
 {
-    const Account account = m_gate.require(fields, caller);
+    const Account account = m_authorizer.require(fields, context);
     const Job job = jobFrom(fields, account);
     if (file.clientName().empty())
         throw Refusal("The file to process is missing.");
-    const Upload upload{0, account.id, file.clientName(), file.diskName(),
-                        WavReader(file.path()).shape().seconds()};
-    return begun(accept(job, upload, file));
+    const Upload upload{0,
+                        account.id,
+                        file.clientName(),
+                        file.diskName(),
+                        WavReader(file.path()).shape().seconds(),
+                        static_cast<std::int64_t>(std::filesystem::file_size(file.path()))};
+    return announceJob(accept(job, upload, file));
 }
 
 std::int32_t Processing::accept(const Job &job, Upload upload, ReceivedFile &file)
@@ -93,11 +99,12 @@ std::int32_t Processing::accept(const Job &job, Upload upload, ReceivedFile &fil
     // All or nothing, and one upload at a time: the day's last file must not be taken twice.
     Database::Access access = m_database.access();
     Transaction transaction(access.session);
-    if (const std::optional<Job> twin = m_jobs.findTwin(job, upload.name))
-        return twin->id;
+    if (const std::optional<Job> duplicate = m_jobs.findDuplicate(job, upload.name))
+        return duplicate->id;
     if (filesLeft(upload.account) <= 0)
         throw Refusal("You have already processed " + std::to_string(m_licence.filesPerDay)
                       + " files today, the maximum daily number.");
+    checkRoom(upload.account, upload.bytes);
     m_accounts.countProcessed(upload.account);
     upload.id = m_uploads.add(upload);
     const std::int32_t id = queue(job, upload);
@@ -108,35 +115,57 @@ std::int32_t Processing::accept(const Job &job, Upload upload, ReceivedFile &fil
 
 std::int32_t Processing::queue(Job job, const Upload &upload)
 {
+    Database::Access access = m_database.access();
+    if (const std::optional<Job> duplicate = m_jobs.findDuplicate(job, upload.name))
+        return duplicate->id;
     job.upload = upload.id;
-    job.seconds = job.demo ? std::min(upload.seconds, kDemoSeconds) : upload.seconds;
+    job.seconds = job.demo ? std::min(upload.seconds, demoSeconds) : upload.seconds;
+    // Two results as long as the upload; of floats they are shorter.
+    job.bytes = 2
+        * static_cast<std::int64_t>(static_cast<double>(upload.bytes) * job.seconds
+                                    / upload.seconds);
+    checkRoom(job.account, job.bytes);
     return m_jobs.add(job, upload.name);
 }
 
-std::string Processing::begun(std::int32_t job)
+std::uint64_t Processing::uploadRoom(std::int64_t account)
 {
-    m_runner.wake();
-    m_runner.sweepUploads();
+    if (m_licence.accountBytes <= 0)
+        return std::numeric_limits<std::uint64_t>::max();
+    const std::int64_t used = m_uploads.bytesOf(account) + m_jobs.bytesOf(account);
+    return static_cast<std::uint64_t>(std::max<std::int64_t>(0, m_licence.accountBytes - used));
+}
+
+void Processing::checkRoom(std::int64_t account, std::int64_t bytes)
+{
+    if (uploadRoom(account) < static_cast<std::uint64_t>(bytes))
+        throw Refusal(noRoomForAccount);
+}
+
+std::string Processing::announceJob(std::int32_t job)
+{
+    m_runner.notifyJobAdded();
+    m_runner.purgeUploads();
     return std::to_string(job);
 }
 
-std::string Processing::repeat(const Fields &fields, const Caller &caller)
+std::string Processing::repeat(const Fields &fields, const RequestContext &context)
 {
-    const Account account = m_gate.require(fields, caller);
+    const Account account = m_authorizer.require(fields, context);
     const Job job = jobFrom(fields, account);
     const std::string name = baseName(fields["uploadedFileName"]);
     const std::optional<Upload> upload = m_uploads.find(account.id, name);
     if (!upload && m_arriving.contains(account.id, name))
         throw Refusal("The file is still being uploaded. Please try again in a moment.");
     if (!upload)
-        throw Refusal(kFileGone);
-    return begun(queue(job, *upload));
+        throw Refusal(fileGone);
+    return announceJob(queue(job, *upload));
 }
 
-std::string Processing::repeatDemo(const Fields &fields, const Caller &caller)
+std::string Processing::repeatDemo(const Fields &fields, const RequestContext &context)
 {
-    (void)m_gate.require(fields, caller);
-    Job job = m_gate.requireJob(fields, "songId", caller);
+    (void)m_authorizer.require(fields, context);
+    Job job = m_authorizer.requireJob(fields, "songId", context);
     if (!job.demo)
         throw Refusal("This file is not a demo: it has already been processed whole.");
     checkExtension(fields["extension"]);
@@ -144,15 +173,15 @@ std::string Processing::repeatDemo(const Fields &fields, const Caller &caller)
         throw Refusal("Processing whole files needs an active subscription.");
     const std::optional<Upload> upload = m_uploads.find(job.upload);
     if (!upload)
-        throw Refusal(kFileGone);
+        throw Refusal(fileGone);
     job.demo = false;
     job.extension = fields["extension"];
-    return begun(queue(job, *upload));
+    return announceJob(queue(job, *upload));
 }
 
-std::string Processing::remains(const Fields &fields, const Caller &caller)
+std::string Processing::remains(const Fields &fields, const RequestContext &context)
 {
-    const Job job = m_gate.requireJob(fields, "songID", caller);
+    const Job job = m_authorizer.requireJob(fields, "songID", context);
     switch (job.state) {
     case JobState::Queued:
     case JobState::Running:
@@ -167,36 +196,36 @@ std::string Processing::remains(const Fields &fields, const Caller &caller)
     throw Refusal(job.reason);
 }
 
-std::string Processing::cancel(const Fields &fields, const Caller &caller)
+std::string Processing::cancel(const Fields &fields, const RequestContext &context)
 {
-    const Job job = m_gate.requireJob(fields, "songID", caller);
+    const Job job = m_authorizer.requireJob(fields, "songID", context);
     return m_runner.cancel(job.id) ? "Cancelled." : "There was nothing left to cancel.";
 }
 
-std::string Processing::download(const Fields &fields, const Caller &caller)
+std::string Processing::download(const Fields &fields, const RequestContext &context)
 {
-    const Job job = m_gate.requireJob(fields, "songID", caller);
+    const Job job = m_authorizer.requireJob(fields, "songID", context);
     if (job.state != JobState::Ready)
         throw Refusal("The results of this file are not ready.");
-    return resultUrl(job, caller, "") + "|" + resultUrl(job, caller, "mix-without-");
+    return resultUrl(m_resultBase, job, "") + "|" + resultUrl(m_resultBase, job, "mix-without-");
 }
 
-std::string Processing::removeUploaded(const Fields &fields, const Caller &caller)
+std::string Processing::removeUploaded(const Fields &fields, const RequestContext &context)
 {
-    m_uploads.remove(m_gate.require(fields, caller).id, baseName(fields["fileName"]));
-    m_runner.sweepUploads();
+    m_uploads.remove(m_authorizer.require(fields, context).id, baseName(fields["fileName"]));
+    m_runner.purgeUploads();
     return "Removed.";
 }
 
-std::string Processing::processedFilesRemains(const Fields &fields, const Caller &caller)
+std::string Processing::processedFilesRemains(const Fields &fields, const RequestContext &context)
 {
-    return std::to_string(filesLeft(m_gate.require(fields, caller).id));
+    return std::to_string(filesLeft(m_authorizer.require(fields, context).id));
 }
 
 int Processing::filesLeft(std::int64_t account)
 {
     if (m_licence.filesPerDay <= 0)
-        return kNoLimit;
+        return noLimit;
     return std::max(0, m_licence.filesPerDay - m_accounts.processedToday(account));
 }
 

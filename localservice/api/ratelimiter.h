@@ -10,7 +10,7 @@
 
 namespace localservice {
 
-/// Counts what each of many parties does within the latest minute. Thread-safe.
+/// Counts events by key over a sliding minute. Thread-safe.
 class RateLimiter final
 {
 public:
@@ -20,15 +20,18 @@ public:
         : m_perMinute(perMinute)
     { }
 
-    /// Counts one deed of a party at a time; gives whether it is still within the limit.
-    bool count(const std::string &party, Time now = std::chrono::steady_clock::now());
+    /// Counts one event; returns whether the key is still within its limit.
+    bool count(const std::string &key, Time now = std::chrono::steady_clock::now());
+    /// Whether the next event would be over the limit.
+    [[nodiscard]] bool isExhausted(const std::string &key,
+                                   Time now = std::chrono::steady_clock::now());
 
 private:
     void forgetBefore(Time time);
 
     std::size_t m_perMinute;
     std::mutex m_mutex;
-    std::map<std::string, std::deque<Time>> m_deeds;
+    std::map<std::string, std::deque<Time>> m_events;
 };
 
 } // namespace localservice

@@ -6,11 +6,11 @@
 
 namespace localservice {
 
-/// The Argon2id hash of a password, with its salt. One computation at a time runs in the whole
+/// The Argon2id hash of a password, with its salt. One computation runs at a time in the whole
 /// program, so that many sign-ins at once do not fill the memory.
 [[nodiscard]] std::string passwordHash(const std::string &password);
 
-/// Whether a password belongs to a hash. With an empty hash the answer is no, and takes as long.
+/// Whether a password belongs to a hash. Always false for an empty hash, after the same time.
 [[nodiscard]] bool passwordMatches(const std::string &hash, const std::string &password);
 
 } // namespace localservice

@@ -6,7 +6,7 @@
 
 namespace localservice {
 
-/// A request or a job that cannot be served; what() is one sentence that the user may read.
+/// A request or a job that cannot be served; what() is one sentence for the user.
 class Refusal final : public std::runtime_error
 {
 public:

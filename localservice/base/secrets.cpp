@@ -13,25 +13,25 @@ namespace localservice {
 
 namespace {
 
-    std::string hex(const unsigned char *bytes, std::size_t count)
-    {
-        std::string text(count * 2 + 1, '\0');
-        sodium_bin2hex(text.data(), text.size(), bytes, count);
-        text.pop_back();
-        return text;
-    }
+std::string hex(const unsigned char *bytes, std::size_t count)
+{
+    std::string text(count * 2 + 1, '\0');
+    sodium_bin2hex(text.data(), text.size(), bytes, count);
+    text.pop_back();
+    return text;
+}
 
-    const unsigned char *bytesOf(std::string_view text)
-    {
-        return reinterpret_cast<const unsigned char *>(text.data());
-    }
+const unsigned char *bytesOf(std::string_view text)
+{
+    return reinterpret_cast<const unsigned char *>(text.data());
+}
 
 } // namespace
 
 void initialiseSecrets()
 {
     if (sodium_init() < 0)
-        throw std::runtime_error("The system gives no random numbers.");
+        throw std::runtime_error("The system has no source of random numbers.");
 }
 
 std::string randomHex(std::size_t bytes)
@@ -43,8 +43,8 @@ std::string randomHex(std::size_t bytes)
 
 std::int32_t randomId()
 {
-    constexpr auto kMost = static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max());
-    return static_cast<std::int32_t>(randombytes_uniform(kMost) + 1);
+    constexpr auto maxId = static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max());
+    return static_cast<std::int32_t>(randombytes_uniform(maxId) + 1);
 }
 
 std::string keyedDigest(std::string_view text, std::string_view key)

@@ -9,20 +9,20 @@
 
 namespace localservice {
 
-/// Makes the random source ready; throws std::runtime_error when the system has none. Call once at
-/// start.
+/// Initialises libsodium; throws std::runtime_error when the system has no random source. Call once
+/// at start.
 void initialiseSecrets();
 
 /// `bytes` random bytes as lower-case hexadecimal digits.
 [[nodiscard]] std::string randomHex(std::size_t bytes);
 
-/// A random number of 1 to 2147483647, for identifiers that nobody may guess from others.
+/// A random number of 1 to 2147483647, for identifiers that cannot be guessed from others.
 [[nodiscard]] std::int32_t randomId();
 
-/// A digest (64 hexadecimal digits) of `text` under `key`, from which neither can be learnt.
+/// A keyed digest (64 hexadecimal digits) of `text`, from which neither can be computed.
 [[nodiscard]] std::string keyedDigest(std::string_view text, std::string_view key);
 
-/// Compares two secrets in a time that tells nothing about where they differ.
+/// Compares two secrets in constant time.
 [[nodiscard]] bool sameSecret(std::string_view one, std::string_view other);
 
 } // namespace localservice

@@ -2,28 +2,28 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "localservice/engine/panorama.h"
 #include "localservice/engine/part.h"
+#include "localservice/engine/stereofield.h"
 
 #include <array>
 
 namespace localservice {
 
-/// What is known about one bin of one frame.
+/// What the masks of one bin of one frame are computed from.
 struct Cues
 {
-    float lasting = 0; ///< median over time
-    float striking = 0; ///< median over frequency
-    Place place;
+    float sustained = 0; ///< median over time
+    float transient = 0; ///< median over frequency
+    StereoPosition position;
 };
 
 /// The share of a bin that each part gets: every one in [0, 1], all together one.
-using Masks = std::array<float, kParts>;
+using Masks = std::array<float, partCount>;
 
-/// What only the frequency decides; the same for all frames, so computed once a bin.
-struct Bands
+/// Weights that depend on the frequency alone; the same for all frames, so computed once a bin.
+struct FrequencyWeights
 {
-    explicit Bands(float hertz);
+    explicit FrequencyWeights(float hertz);
 
     float low; ///< where the bass plays
     float voice; ///< where voices sound
@@ -31,7 +31,8 @@ struct Bands
     float guitarRegister; ///< nearer to a guitar's usual register than to a piano's
 };
 
-/// Shares a bin out among the parts by its cues.
-[[nodiscard]] Masks shareOut(const Cues &cues, const Bands &bands, const Seating &seating);
+/// Divides a bin among the parts by its cues.
+[[nodiscard]] Masks computeMasks(const Cues &cues, const FrequencyWeights &weights,
+                                 const PanPositions &positions);
 
 } // namespace localservice

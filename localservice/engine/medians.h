@@ -8,25 +8,25 @@
 namespace localservice {
 
 /// How many values a median looks at, in time and in frequency.
-inline constexpr int kMedianSpan = 17;
+inline constexpr int medianSpan = 17;
 
-/// The median over time of every bin: what lasts stays, what strikes is left out.
+/// The median over time of every bin: keeps sustained sound, drops transients.
 class TimeMedians final
 {
 public:
     explicit TimeMedians(std::size_t bins);
 
-    /// Exchanges the oldest spectrum in sight for the newest and gives the medians of the
-    /// kMedianSpan latest ones. Before there are so many, silence stands for those that are
+    /// Replaces the oldest spectrum by the newest and returns the medians of the
+    /// medianSpan latest ones. Before there are so many, silence stands for those that are
     /// missing.
     std::span<const float> push(std::span<const float> oldest, std::span<const float> newest);
 
 private:
-    std::vector<float> m_sorted; // kMedianSpan values a bin, in rising order
+    std::vector<float> m_sorted; // medianSpan values a bin, in rising order
     std::vector<float> m_medians;
 };
 
-/// The median over the neighbouring bins of every bin: what strikes stays, what lasts is left out.
+/// The median over the neighbouring bins of every bin: keeps transients, drops sustained sound.
 /// Beyond the ends the spectrum is taken as mirrored. `medians` has the size of `magnitudes`.
 void frequencyMedians(std::span<const float> magnitudes, std::span<float> medians);
 

@@ -7,21 +7,22 @@
 
 namespace localservice {
 
-Separator::Separator(std::size_t channels, int sampleRate, Part wanted, const Seating &seating)
+Separator::Separator(std::size_t channels, int sampleRate, Part wanted,
+                     const PanPositions &positions)
     : m_wanted(wanted)
-    , m_seating(seating)
-    , m_hertzPerBin(static_cast<float>(sampleRate) / Stft::kFrame)
-    , m_timeMedians(Stft::kBins)
-    , m_striking(Stft::kBins)
-    , m_frames(
-          kMedianSpan,
-          {std::vector<Spectrum>(channels, Spectrum(Stft::kBins)), std::vector<float>(Stft::kBins)})
-    , m_heard(channels, std::vector<float>(Stft::kFrame))
-    , m_sums(channels, std::vector<float>(Stft::kFrame))
+    , m_positions(positions)
+    , m_hertzPerBin(static_cast<float>(sampleRate) / Stft::frameSize)
+    , m_timeMedians(Stft::binCount)
+    , m_transient(Stft::binCount)
+    , m_frames(medianSpan,
+               {std::vector<Spectrum>(channels, Spectrum(Stft::binCount)),
+                std::vector<float>(Stft::binCount)})
+    , m_recent(channels, std::vector<float>(Stft::frameSize))
+    , m_sums(channels, std::vector<float>(Stft::frameSize))
 {
-    m_bands.reserve(Stft::kBins);
-    for (int bin = 0; bin < Stft::kBins; ++bin)
-        m_bands.emplace_back(static_cast<float>(bin) * m_hertzPerBin);
+    m_weights.reserve(Stft::binCount);
+    for (int bin = 0; bin < Stft::binCount; ++bin)
+        m_weights.emplace_back(static_cast<float>(bin) * m_hertzPerBin);
 }
 
 void Separator::push(const Planes &in, Planes &out)
@@ -30,9 +31,9 @@ void Separator::push(const Planes &in, Planes &out)
     Frame &newest = m_frames[m_newest];
     const std::vector<float> oldest = newest.magnitudes;
     analyse(in, newest);
-    const std::span<const float> lasting = m_timeMedians.push(oldest, newest.magnitudes);
-    Frame &centre = frameBefore(kMedianSpan / 2);
-    applyMask(centre, lasting);
+    const std::span<const float> sustained = m_timeMedians.push(oldest, newest.magnitudes);
+    Frame &centre = frameBefore(medianSpan / 2);
+    applyMask(centre, sustained);
     synthesise(centre, out);
 }
 
@@ -45,28 +46,28 @@ Separator::Frame &Separator::frameBefore(int hops)
 void Separator::analyse(const Planes &in, Frame &frame)
 {
     std::fill(frame.magnitudes.begin(), frame.magnitudes.end(), 0.0F);
-    for (std::size_t channel = 0; channel < m_heard.size(); ++channel) {
-        std::vector<float> &heard = m_heard[channel];
-        std::copy(heard.begin() + Stft::kHop, heard.end(), heard.begin());
-        std::copy(in[channel].begin(), in[channel].end(), heard.end() - Stft::kHop);
-        m_stft.forward(heard, frame.channels[channel]);
-        for (int bin = 0; bin < Stft::kBins; ++bin)
+    for (std::size_t channel = 0; channel < m_recent.size(); ++channel) {
+        std::vector<float> &recent = m_recent[channel];
+        std::copy(recent.begin() + Stft::hopSize, recent.end(), recent.begin());
+        std::copy(in[channel].begin(), in[channel].end(), recent.end() - Stft::hopSize);
+        m_stft.forward(recent, frame.channels[channel]);
+        for (int bin = 0; bin < Stft::binCount; ++bin)
             frame.magnitudes[bin] += std::norm(frame.channels[channel][bin]);
     }
     for (float &magnitude : frame.magnitudes)
         magnitude = std::sqrt(magnitude);
 }
 
-void Separator::applyMask(Frame &frame, std::span<const float> lasting)
+void Separator::applyMask(Frame &frame, std::span<const float> sustained)
 {
-    frequencyMedians(frame.magnitudes, m_striking);
+    frequencyMedians(frame.magnitudes, m_transient);
     const bool wide = frame.channels.size() > 1;
-    for (int bin = 0; bin < Stft::kBins; ++bin) {
-        const Place place =
-            wide ? placeOf(frame.channels[0][bin], frame.channels[1][bin]) : Place{};
-        const Cues cues{lasting[bin], m_striking[bin], place};
+    for (int bin = 0; bin < Stft::binCount; ++bin) {
+        const StereoPosition place =
+            wide ? positionOf(frame.channels[0][bin], frame.channels[1][bin]) : StereoPosition{};
+        const Cues cues{sustained[bin], m_transient[bin], place};
         const float mask =
-            shareOut(cues, m_bands[bin], m_seating)[static_cast<std::size_t>(m_wanted)];
+            computeMasks(cues, m_weights[bin], m_positions)[static_cast<std::size_t>(m_wanted)];
         for (Spectrum &spectrum : frame.channels)
             spectrum[bin] *= mask;
     }
@@ -77,9 +78,9 @@ void Separator::synthesise(const Frame &frame, Planes &out)
     for (std::size_t channel = 0; channel < m_sums.size(); ++channel) {
         std::vector<float> &sum = m_sums[channel];
         m_stft.addInverse(frame.channels[channel], sum);
-        out[channel].assign(sum.begin(), sum.begin() + Stft::kHop);
-        std::copy(sum.begin() + Stft::kHop, sum.end(), sum.begin());
-        std::fill(sum.end() - Stft::kHop, sum.end(), 0.0F);
+        out[channel].assign(sum.begin(), sum.begin() + Stft::hopSize);
+        std::copy(sum.begin() + Stft::hopSize, sum.end(), sum.begin());
+        std::fill(sum.end() - Stft::hopSize, sum.end(), 0.0F);
     }
 }
 

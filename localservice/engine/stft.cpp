@@ -10,24 +10,24 @@ namespace localservice {
 
 namespace {
 
-    // The overlapped squares of the window add up to kOverlap / 2, the inverse transform to kFrame.
-    constexpr float kScale = 2.0F / (Stft::kOverlap * static_cast<float>(Stft::kFrame));
+// The overlapped squares of the window add up to overlap / 2, the inverse transform to frameSize.
+constexpr float inverseScale = 2.0F / (Stft::overlap * static_cast<float>(Stft::frameSize));
 
-    std::vector<float> squareRootHann()
-    {
-        std::vector<float> window(Stft::kFrame);
-        for (int i = 0; i < Stft::kFrame; ++i)
-            window[i] = static_cast<float>(std::sin(std::numbers::pi * i / Stft::kFrame));
-        return window;
-    }
+std::vector<float> squareRootHann()
+{
+    std::vector<float> window(Stft::frameSize);
+    for (int i = 0; i < Stft::frameSize; ++i)
+        window[i] = static_cast<float>(std::sin(std::numbers::pi * i / Stft::frameSize));
+    return window;
+}
 
 } // namespace
 
 Stft::Stft()
-    : m_forward(kiss_fftr_alloc(kFrame, 0, nullptr, nullptr))
-    , m_inverse(kiss_fftr_alloc(kFrame, 1, nullptr, nullptr))
+    : m_forward(kiss_fftr_alloc(frameSize, 0, nullptr, nullptr))
+    , m_inverse(kiss_fftr_alloc(frameSize, 1, nullptr, nullptr))
     , m_window(squareRootHann())
-    , m_scratch(kFrame)
+    , m_scratch(frameSize)
 {
     if (!m_forward || !m_inverse)
         throw std::bad_alloc();
@@ -35,9 +35,9 @@ Stft::Stft()
 
 void Stft::forward(std::span<const float> samples, Spectrum &spectrum)
 {
-    for (int i = 0; i < kFrame; ++i)
+    for (int i = 0; i < frameSize; ++i)
         m_scratch[i] = samples[i] * m_window[i];
-    spectrum.resize(kBins);
+    spectrum.resize(binCount);
     // std::complex<float> is laid out as an array of two floats, as kiss_fft_cpx is.
     kiss_fftr(m_forward.get(), m_scratch.data(), reinterpret_cast<kiss_fft_cpx *>(spectrum.data()));
 }
@@ -46,8 +46,8 @@ void Stft::addInverse(const Spectrum &spectrum, std::span<float> sum)
 {
     kiss_fftri(m_inverse.get(), reinterpret_cast<const kiss_fft_cpx *>(spectrum.data()),
                m_scratch.data());
-    for (int i = 0; i < kFrame; ++i)
-        sum[i] += m_scratch[i] * m_window[i] * kScale;
+    for (int i = 0; i < frameSize; ++i)
+        sum[i] += m_scratch[i] * m_window[i] * inverseScale;
 }
 
 } // namespace localservice

@@ -18,16 +18,16 @@ using Spectrum = std::vector<std::complex<float>>;
 class Stft final
 {
 public:
-    static constexpr int kFrame = 4096;
-    static constexpr int kHop = 1024;
-    static constexpr int kBins = kFrame / 2 + 1;
-    static constexpr int kOverlap = kFrame / kHop;
+    static constexpr int frameSize = 4096;
+    static constexpr int hopSize = 1024;
+    static constexpr int binCount = frameSize / 2 + 1;
+    static constexpr int overlap = frameSize / hopSize;
 
     Stft();
 
-    /// The spectrum of kFrame samples.
+    /// The spectrum of frameSize samples.
     void forward(std::span<const float> samples, Spectrum &spectrum);
-    /// Adds the windowed signal of `spectrum` to kFrame samples of `sum`.
+    /// Adds the windowed signal of `spectrum` to frameSize samples of `sum`.
     void addInverse(const Spectrum &spectrum, std::span<float> sum);
 
 private:

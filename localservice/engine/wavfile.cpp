@@ -13,45 +13,44 @@ namespace localservice {
 
 namespace {
 
-    constexpr int kMostChannels = 32;
-    constexpr int kLowestRate = 1000;
-    constexpr int kHighestRate = 768000;
-    // Sound files count in 32 bit numbers up to here; beyond, the header must be an RF64 one.
-    constexpr std::int64_t kLargestRiff = std::int64_t{4000} * 1000 * 1000;
+constexpr int maxChannels = 32;
+constexpr int minSampleRate = 1000;
+constexpr int maxSampleRate = 768000;
+// Sound files count in 32 bit numbers up to here; beyond, the header must be an RF64 one.
+constexpr std::int64_t maxRiffBytes = std::int64_t{4000} * 1000 * 1000;
 
-    constexpr const char *kNotAWav = "The uploaded file is not a WAV file.";
-    constexpr const char *kDiskFull = "The service has no room left on its disk.";
+constexpr const char *notAWav = "The uploaded file is not a WAV file.";
+constexpr const char *diskFull = "The service has no room left on its disk.";
 
-    bool isWav(int format)
-    {
-        const int container = format & SF_FORMAT_TYPEMASK;
-        return container == SF_FORMAT_WAV || container == SF_FORMAT_WAVEX
-            || container == SF_FORMAT_RF64;
+bool isWav(int format)
+{
+    const int container = format & SF_FORMAT_TYPEMASK;
+    return container == SF_FORMAT_WAV || container == SF_FORMAT_WAVEX
+        || container == SF_FORMAT_RF64;
+}
+
+int bitsOf(int format)
+{
+    switch (format & SF_FORMAT_SUBMASK) {
+    case SF_FORMAT_PCM_16:
+        return 16;
+    case SF_FORMAT_PCM_24:
+    case SF_FORMAT_FLOAT:
+        return 24;
+    default:
+        throw Refusal("The uploaded WAV file must hold 16 or 24 bit samples, or 32 bit floats.");
     }
+}
 
-    int bitsOf(int format)
-    {
-        switch (format & SF_FORMAT_SUBMASK) {
-        case SF_FORMAT_PCM_16:
-            return 16;
-        case SF_FORMAT_PCM_24:
-        case SF_FORMAT_FLOAT:
-            return 24;
-        default:
-            throw Refusal(
-                "The uploaded WAV file must hold 16 or 24 bit samples, or 32 bit floats.");
-        }
-    }
-
-    void checkShape(const WavShape &shape)
-    {
-        if (shape.frames <= 0)
-            throw Refusal("The uploaded file holds no sound.");
-        if (shape.channels < 1 || shape.channels > kMostChannels)
-            throw Refusal("The uploaded file has more channels than the service can process.");
-        if (shape.sampleRate < kLowestRate || shape.sampleRate > kHighestRate)
-            throw Refusal("The uploaded file has a sample rate that the service cannot process.");
-    }
+void checkShape(const WavShape &shape)
+{
+    if (shape.frames <= 0)
+        throw Refusal("The uploaded file holds no sound.");
+    if (shape.channels < 1 || shape.channels > maxChannels)
+        throw Refusal("The uploaded file has more channels than the service can process.");
+    if (shape.sampleRate < minSampleRate || shape.sampleRate > maxSampleRate)
+        throw Refusal("The uploaded file has a sample rate that the service cannot process.");
+}
 
 } // namespace
 
@@ -60,7 +59,7 @@ WavReader::WavReader(const std::filesystem::path &path)
     SF_INFO info{};
     m_file.reset(openSoundFile(path, SFM_READ, &info));
     if (!m_file || !isWav(info.format))
-        throw Refusal(kNotAWav);
+        throw Refusal(notAWav);
     m_isFloat = (info.format & SF_FORMAT_SUBMASK) == SF_FORMAT_FLOAT;
     m_shape = {info.channels, info.samplerate, bitsOf(info.format), info.frames};
     checkShape(m_shape);
@@ -72,7 +71,7 @@ std::int64_t WavReader::read(std::span<std::int32_t> samples)
         return readFloats(samples);
     const auto frames = static_cast<sf_count_t>(samples.size()) / m_shape.channels;
     const sf_count_t got = sf_readf_int(m_file.get(), samples.data(), frames);
-    // The library gives integers scaled to 32 bits.
+    // libsndfile returns integers scaled to 32 bits.
     for (std::int32_t &sample : samples.first(static_cast<std::size_t>(got * m_shape.channels)))
         sample >>= 32 - m_shape.bits;
     return got;
@@ -106,11 +105,11 @@ WavWriter::WavWriter(const std::filesystem::path &path, const WavShape &shape)
     SF_INFO info{};
     info.channels = shape.channels;
     info.samplerate = shape.sampleRate;
-    info.format = (bytes < kLargestRiff ? SF_FORMAT_WAV : SF_FORMAT_RF64)
+    info.format = (bytes < maxRiffBytes ? SF_FORMAT_WAV : SF_FORMAT_RF64)
         | (shape.bits == 16 ? SF_FORMAT_PCM_16 : SF_FORMAT_PCM_24);
     m_file.reset(openSoundFile(path, SFM_WRITE, &info));
     if (!m_file)
-        throw Refusal(kDiskFull);
+        throw Refusal(diskFull);
 }
 
 void WavWriter::write(std::span<const std::int32_t> samples)
@@ -121,7 +120,7 @@ void WavWriter::write(std::span<const std::int32_t> samples)
     });
     const auto frames = static_cast<sf_count_t>(samples.size()) / m_channels;
     if (sf_writef_int(m_file.get(), m_scaled.data(), frames) != frames)
-        throw Refusal(kDiskFull);
+        throw Refusal(diskFull);
 }
 
 void WavWriter::finish()
@@ -129,7 +128,7 @@ void WavWriter::finish()
     sf_write_sync(m_file.get());
     const bool failed = sf_error(m_file.get()) != SF_ERR_NO_ERROR;
     if (sf_close(m_file.release()) != 0 || failed)
-        throw Refusal(kDiskFull);
+        throw Refusal(diskFull);
 }
 
 } // namespace localservice

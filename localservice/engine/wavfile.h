@@ -39,7 +39,7 @@ public:
     explicit WavReader(const std::filesystem::path &path);
 
     [[nodiscard]] const WavShape &shape() const { return m_shape; }
-    /// Fills `samples` (interleaved) as far as the sound goes; gives the number of frames read.
+    /// Fills `samples` (interleaved) as far as the sound goes; returns the number of frames read.
     std::int64_t read(std::span<std::int32_t> samples);
     void rewind();
 

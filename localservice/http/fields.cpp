@@ -11,33 +11,33 @@ namespace localservice {
 
 namespace {
 
-    int digit(char c)
-    {
-        if (c >= '0' && c <= '9')
-            return c - '0';
-        if (c >= 'a' && c <= 'f')
-            return c - 'a' + 10;
-        if (c >= 'A' && c <= 'F')
-            return c - 'A' + 10;
-        throw BadRequest("The form is not encoded properly.");
-    }
+int digit(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    throw BadRequest("The form is not encoded properly.");
+}
 
-    std::string decoded(std::string_view text)
-    {
-        std::string result;
-        result.reserve(text.size());
-        for (std::size_t i = 0; i < text.size(); ++i) {
-            if (text[i] != '%') {
-                result += text[i] == '+' ? ' ' : text[i];
-                continue;
-            }
-            if (text.size() - i < 3)
-                throw BadRequest("The form is not encoded properly.");
-            result += static_cast<char>(digit(text[i + 1]) * 16 + digit(text[i + 2]));
-            i += 2;
+std::string decoded(std::string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '%') {
+            result += text[i] == '+' ? ' ' : text[i];
+            continue;
         }
-        return result;
+        if (text.size() - i < 3)
+            throw BadRequest("The form is not encoded properly.");
+        result += static_cast<char>(digit(text[i + 1]) * 16 + digit(text[i + 2]));
+        i += 2;
     }
+    return result;
+}
 
 } // namespace
 
@@ -67,25 +67,33 @@ const std::string &Fields::operator[](std::string_view name) const
 void Fields::append(std::string_view name, std::string_view text)
 {
     m_bytes += name.size() + text.size();
-    if (m_bytes > kMostBytes)
+    if (m_bytes > maxBytes)
         throw BadRequest("The form is too large.");
     if (text.find('\0') != std::string_view::npos)
         throw BadRequest("The form holds a null character.");
     m_texts[std::string(name)] += text;
-    if (m_texts.size() > kMostFields)
+    if (m_texts.size() > maxFields)
         throw BadRequest("The form has too many fields.");
 }
 
 void Fields::checkText() const
 {
-    const Poco::UTF8Encoding utf8;
     for (const auto &[name, text] : m_texts) {
-        const Poco::TextIterator end(text);
-        for (Poco::TextIterator at(text, utf8); at != end; ++at) {
-            if (*at < 0)
-                throw BadRequest("The form is not text in UTF-8.");
-        }
+        if (!isText(name) || !isText(text))
+            throw BadRequest("The form is not text in UTF-8.");
     }
+}
+
+bool Fields::isText(std::string_view text)
+{
+    const Poco::UTF8Encoding utf8;
+    const std::string copy(text);
+    const Poco::TextIterator end(copy);
+    for (Poco::TextIterator at(copy, utf8); at != end; ++at) {
+        if (*at <= 0)
+            return false;
+    }
+    return true;
 }
 
 std::string baseName(std::string_view path)

@@ -9,11 +9,20 @@
 
 namespace localservice {
 
-/// A request that is not well formed; what() is a sentence about it. Answered with status 400.
+/// A request that is not well formed; what() is a sentence about it.
 class BadRequest final : public std::runtime_error
 {
 public:
-    using std::runtime_error::runtime_error;
+    /// `status` is the HTTP status to answer with.
+    explicit BadRequest(const std::string &sentence, int status = 400)
+        : std::runtime_error(sentence)
+        , m_status(status)
+    { }
+
+    [[nodiscard]] int status() const { return m_status; }
+
+private:
+    int m_status;
 };
 
 /// The named texts of a form.
@@ -21,8 +30,8 @@ class Fields final
 {
 public:
     /// The largest form body, and what one field or all parts of an upload may hold, in bytes.
-    static constexpr std::size_t kMostBytes = 65536;
-    static constexpr std::size_t kMostFields = 32;
+    static constexpr std::size_t maxBytes = 65536;
+    static constexpr std::size_t maxFields = 32;
 
     /// The fields of an application/x-www-form-urlencoded body; throws BadRequest.
     [[nodiscard]] static Fields fromForm(std::string_view body);
@@ -33,6 +42,8 @@ public:
     void append(std::string_view name, std::string_view text);
     /// Throws BadRequest unless all fields, complete by now, are text in UTF-8.
     void checkText() const;
+    /// Whether text is UTF-8 without null characters.
+    [[nodiscard]] static bool isText(std::string_view text);
 
 private:
     std::map<std::string, std::string, std::less<>> m_texts;

@@ -11,51 +11,51 @@ namespace localservice {
 
 namespace {
 
-    constexpr std::size_t kLargestHeader = 8192;
-    constexpr std::size_t kLongestBoundary = 200;
-    constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::size_t maxPartHeaderBytes = 8192;
+constexpr std::size_t maxBoundaryBytes = 200;
+constexpr std::string_view lineEnd = "\r\n";
 
-    std::string lowered(std::string_view text)
-    {
-        std::string result(text);
-        std::transform(result.begin(), result.end(), result.begin(),
-                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        return result;
-    }
+std::string lowered(std::string_view text)
+{
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return result;
+}
 
-    // The value of `; key="…"`. The text ends at the next quotation mark, or at the line's last one
-    // for a path, which may hold such marks itself: clients put it last and do not escape it.
-    std::string quotedValue(std::string_view line, std::string_view key, bool upToLast)
-    {
-        const std::string opening = std::string(key) + "=\"";
-        std::size_t at = line.find(opening);
-        while (at != std::string_view::npos && at > 0 && line[at - 1] != ' ' && line[at - 1] != ';')
-            at = line.find(opening, at + 1);
-        if (at == std::string_view::npos)
-            return {};
-        const std::size_t begin = at + opening.size();
-        const std::size_t end = upToLast ? line.rfind('"') : line.find('"', begin);
-        if (end == std::string_view::npos || end < begin)
-            throw BadRequest("The upload has a part whose name does not end.");
-        return std::string(line.substr(begin, end - begin));
-    }
+// The value of `; key="…"`. The text ends at the next quotation mark, or at the line's last one
+// for a path, which may hold such marks itself: clients put it last and do not escape it.
+std::string quotedValue(std::string_view line, std::string_view key, bool upToLast)
+{
+    const std::string opening = std::string(key) + "=\"";
+    std::size_t at = line.find(opening);
+    while (at != std::string_view::npos && at > 0 && line[at - 1] != ' ' && line[at - 1] != ';')
+        at = line.find(opening, at + 1);
+    if (at == std::string_view::npos)
+        return {};
+    const std::size_t begin = at + opening.size();
+    const std::size_t end = upToLast ? line.rfind('"') : line.find('"', begin);
+    if (end == std::string_view::npos || end < begin)
+        throw BadRequest("The upload has a part whose name does not end.");
+    return std::string(line.substr(begin, end - begin));
+}
 
-    std::string_view dispositionLine(std::string_view header)
-    {
-        constexpr std::string_view kDisposition = "content-disposition:";
-        const std::size_t at = lowered(header).find(kDisposition);
-        if (at == std::string_view::npos)
-            throw BadRequest("The upload has a part without a name.");
-        const std::string_view line = header.substr(at + kDisposition.size());
-        return line.substr(0, line.find(kLineEnd));
-    }
+std::string_view dispositionLine(std::string_view header)
+{
+    constexpr std::string_view disposition = "content-disposition:";
+    const std::size_t at = lowered(header).find(disposition);
+    if (at == std::string_view::npos)
+        throw BadRequest("The upload has a part without a name.");
+    const std::string_view line = header.substr(at + disposition.size());
+    return line.substr(0, line.find(lineEnd));
+}
 
 } // namespace
 
 MultipartParser::MultipartParser(std::string_view boundary, Sink &sink)
     : m_delimiter("\r\n--" + std::string(boundary))
     , m_sink(sink)
-    , m_buffer(kLineEnd) // the first boundary needs no line end of its own
+    , m_buffer(lineEnd) // the first boundary needs no line end of its own
 { }
 
 void MultipartParser::feed(std::string_view bytes)
@@ -101,7 +101,7 @@ bool MultipartParser::endBoundary()
     if (m_rest.size() < 2)
         return false;
     const std::string_view end = m_rest.substr(0, 2);
-    if (end != "--" && end != kLineEnd)
+    if (end != "--" && end != lineEnd)
         throw BadRequest("The upload has a broken boundary.");
     m_state = end == "--" ? State::End : State::Header;
     // The line end stays: a part without any header would begin with it.
@@ -112,15 +112,15 @@ bool MultipartParser::endBoundary()
 
 bool MultipartParser::readHeader()
 {
-    constexpr std::string_view kHeaderEnd = "\r\n\r\n";
-    const std::size_t end = m_rest.find(kHeaderEnd);
-    if (std::min(end, m_rest.size()) > kLargestHeader)
+    constexpr std::string_view headerEnd = "\r\n\r\n";
+    const std::size_t end = m_rest.find(headerEnd);
+    if (std::min(end, m_rest.size()) > maxPartHeaderBytes)
         throw BadRequest("The upload has a part whose header is too long.");
     if (end == std::string_view::npos)
         return false;
-    const std::string_view line = dispositionLine(m_rest.substr(0, end + kLineEnd.size()));
+    const std::string_view line = dispositionLine(m_rest.substr(0, end + lineEnd.size()));
     m_sink.beginPart(quotedValue(line, "name", false), quotedValue(line, "filename", true));
-    m_rest.remove_prefix(end + kHeaderEnd.size());
+    m_rest.remove_prefix(end + headerEnd.size());
     m_state = State::Body;
     return true;
 }
@@ -129,9 +129,9 @@ bool MultipartParser::readBody()
 {
     const std::size_t at = m_rest.find(m_delimiter);
     if (at == std::string_view::npos) {
-        const std::size_t sure = m_rest.size() - std::min(m_rest.size(), m_delimiter.size() - 1);
-        m_sink.partData(m_rest.substr(0, sure));
-        m_rest.remove_prefix(sure);
+        const std::size_t certain = m_rest.size() - std::min(m_rest.size(), m_delimiter.size() - 1);
+        m_sink.partData(m_rest.substr(0, certain));
+        m_rest.remove_prefix(certain);
         return false;
     }
     m_sink.partData(m_rest.substr(0, at));
@@ -153,7 +153,7 @@ std::string boundaryOf(std::string_view contentType)
     } else {
         value = value.substr(0, value.find_first_of("; \t"));
     }
-    if (value.empty() || value.size() > kLongestBoundary)
+    if (value.empty() || value.size() > maxBoundaryBytes)
         throw BadRequest("The upload is not a form with a file.");
     return std::string(value);
 }

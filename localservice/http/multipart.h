@@ -7,12 +7,11 @@
 
 namespace localservice {
 
-/// Takes a multipart/form-data body apart while it arrives, holding no more of it than a part's
-/// header.
+/// A streaming parser of multipart/form-data bodies: buffers no more than a part's header.
 class MultipartParser final
 {
 public:
-    /// Learns what the parts hold. Bytes of a part come in pieces of any size.
+    /// Receives the parts. A part's bytes come in pieces of any size.
     class Sink
     {
     public:

@@ -15,9 +15,17 @@ void ArrivingFiles::add(std::int64_t account, const std::string &name)
     m_files.insert({account, name});
 }
 
-void ArrivingFiles::remove(std::int64_t account, const std::string &name)
+std::uint64_t ArrivingFiles::grow(std::int64_t account, std::uint64_t bytes)
 {
     const std::lock_guard lock(m_mutex);
+    return m_bytes[account] += bytes;
+}
+
+void ArrivingFiles::remove(std::int64_t account, const std::string &name, std::uint64_t bytes)
+{
+    const std::lock_guard lock(m_mutex);
+    if ((m_bytes[account] -= bytes) == 0)
+        m_bytes.erase(account);
     if (const auto found = m_files.find({account, name}); found != m_files.end())
         m_files.erase(found);
 }
@@ -28,31 +36,34 @@ bool ArrivingFiles::contains(std::int64_t account, const std::string &name)
     return m_files.contains({account, name});
 }
 
-ReceivedFile::ReceivedFile(std::filesystem::path folder, std::uint64_t mostBytes,
+ReceivedFile::ReceivedFile(std::filesystem::path folder, std::uint64_t maxFileBytes,
                            ArrivingFiles &arriving)
     : m_folder(std::move(folder))
-    , m_mostBytes(mostBytes)
+    , m_maxBytes(maxFileBytes)
     , m_arriving(arriving)
-    , m_diskName(randomHex(kNameBytes) + ".wav")
+    , m_diskName(randomHex(diskNameBytes) + ".wav")
 { }
 
 ReceivedFile::~ReceivedFile()
 {
     if (!m_begun)
         return;
-    m_arriving.remove(m_account, m_clientName);
+    m_arriving.remove(m_account, m_clientName, m_bytes);
     m_stream.close();
     std::error_code ignored;
     if (!m_kept)
         std::filesystem::remove(path(), ignored);
 }
 
-void ReceivedFile::begin(std::int64_t account, const std::string &clientPath)
+void ReceivedFile::begin(std::int64_t account, const std::string &clientPath, std::uint64_t room)
 {
     if (m_begun)
         throw BadRequest("The upload holds more than one file.");
+    if (!Fields::isText(clientPath))
+        throw BadRequest("The name of the file is not text in UTF-8.");
     m_begun = true;
     m_account = account;
+    m_room = room;
     m_clientName = baseName(clientPath);
     m_arriving.add(m_account, m_clientName);
     m_stream.open(path(), std::ios::binary | std::ios::trunc);
@@ -61,7 +72,8 @@ void ReceivedFile::begin(std::int64_t account, const std::string &clientPath)
 void ReceivedFile::write(std::string_view bytes)
 {
     m_bytes += bytes.size();
-    if (m_bytes <= m_mostBytes)
+    m_isOverRoom = m_arriving.grow(m_account, bytes.size()) > m_room || m_isOverRoom;
+    if (m_bytes <= m_maxBytes && !m_isOverRoom)
         m_stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
@@ -70,8 +82,10 @@ void ReceivedFile::finish()
     if (!m_begun)
         throw Refusal("The file to process is missing.");
     m_stream.close();
-    if (m_bytes > m_mostBytes)
+    if (m_bytes > m_maxBytes)
         throw Refusal("The file is too large for the service.");
+    if (m_isOverRoom)
+        throw Refusal(noRoomForAccount);
     if (!m_stream)
         throw Refusal("The service has no room left on its disk.");
 }

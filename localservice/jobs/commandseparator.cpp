@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/jobs/commandseparator.h"
 
+#include "localservice/base/log.h"
 #include "localservice/base/paths.h"
 #include "localservice/base/refusal.h"
 #include "localservice/engine/wavfile.h"
+#include "localservice/jobs/separatoroutput.h"
 #include "localservice/platform/childprocess.h"
+#include "localservice/platform/folders.h"
 
 #include <array>
 #include <stdexcept>
@@ -17,65 +20,82 @@ namespace localservice {
 
 namespace {
 
-    using Filling = std::array<std::pair<std::string, std::string>, 4>;
+using Placeholders = std::array<std::pair<std::string, std::string>, 4>;
 
-    std::string filled(std::string word, const Filling &fillings)
-    {
-        std::string result;
-        for (std::size_t at = 0; at < word.size();) {
-            std::size_t taken = 0;
-            for (const auto &[name, value] : fillings) {
-                if (word.compare(at, name.size(), name) == 0) {
-                    result += value;
-                    taken = name.size();
-                }
+std::string withPlaceholders(std::string word, const Placeholders &placeholders)
+{
+    std::string result;
+    for (std::size_t at = 0; at < word.size();) {
+        std::size_t taken = 0;
+        for (const auto &[name, value] : placeholders) {
+            if (word.compare(at, name.size(), name) == 0) {
+                result += value;
+                taken = name.size();
             }
-            if (taken == 0)
-                result += word[at];
-            at += std::max<std::size_t>(taken, 1);
         }
-        return result;
+        if (taken == 0)
+            result += word[at];
+        at += std::max<std::size_t>(taken, 1);
     }
+    return result;
+}
 
-    // The program knows nothing of demos: it gets a file that holds only the beginning.
-    fs::path beginningOf(const SeparationTask &task)
-    {
-        WavReader reader(task.input);
-        WavShape shape = reader.shape();
-        if (framesToTake(task, shape) == shape.frames)
-            return task.input;
-        shape.frames = framesToTake(task, shape);
-        fs::path file = task.main.parent_path() / "beginning.wav";
-        WavWriter writer(file, shape);
-        std::vector<std::int32_t> block(static_cast<std::size_t>(shape.channels) * 4096);
-        for (std::int64_t left = shape.frames; left > 0;) {
-            const auto frames = std::min<std::int64_t>(left, 4096);
-            const std::span<std::int32_t> part =
-                std::span(block).first(static_cast<std::size_t>(frames * shape.channels));
-            if (reader.read(part) != frames)
-                throw Refusal("The uploaded file can no longer be read.");
-            writer.write(part);
-            left -= frames;
-        }
-        writer.finish();
-        return file;
+bool isResultOf(const SeparationTask &task, const fs::path &file)
+{
+    const WavShape wanted = WavReader(task.input).shape();
+    try {
+        const WavShape shape = WavReader(file).shape();
+        return shape.sampleRate == wanted.sampleRate && shape.frames == wanted.frames;
+    } catch (const Refusal &) {
+        return false;
     }
+}
 
-    void checkResult(const fs::path &file, const SeparationTask &task)
-    {
-        const WavShape wanted = WavReader(task.input).shape();
-        try {
-            const WavShape got = WavReader(file).shape();
-            if (got.sampleRate != wanted.sampleRate || got.frames != framesToTake(task, wanted))
-                throw Refusal("The separator program gave a result of another length.");
-        } catch (const Refusal &) {
-            throw Refusal("The separator program gave no usable result.");
-        }
+std::vector<std::string> commandOf(const std::vector<std::string> &words,
+                                   const SeparationTask &task)
+{
+    const std::string instrument(instrumentWords[static_cast<std::size_t>(task.instrument)]);
+    const Placeholders placeholders = {{{"{input}", utf8(task.input)},
+                                        {"{instrument}", instrument},
+                                        {"{main}", utf8(task.main)},
+                                        {"{mix}", utf8(task.mix)}}};
+    std::vector<std::string> command;
+    command.reserve(words.size());
+    for (const std::string &word : words)
+        command.push_back(withPlaceholders(word, placeholders));
+    return command;
+}
+
+bool runSeparator(const std::vector<std::string> &command, const SeparationTask &task,
+                  JobControl &control)
+{
+    const std::string program = utf8(pathOf(command.front()).filename());
+    SeparatorOutput output(control.progress, [&program](std::string_view line) {
+        log(program + ": " + std::string(line));
+    });
+    const ChildResult result = runChild(command, control.cancelled,
+                                        [&output](std::string_view bytes) { output.feed(bytes); });
+    output.finish();
+    switch (result) {
+    case ChildResult::Cancelled:
+        return false;
+    case ChildResult::NotStarted:
+        throw Refusal("The separator program could not be started.");
+    case ChildResult::Failed:
+        if (!output.error().empty())
+            throw Refusal(output.error());
+        throw SeparatorFailed("The separator program failed.");
+    case ChildResult::Succeeded:
+        break;
     }
+    if (!isResultOf(task, task.main) || !isResultOf(task, task.mix))
+        throw Refusal("The separator program gave no usable result.");
+    return true;
+}
 
 } // namespace
 
-std::vector<std::string> wordsOf(std::string_view command)
+std::vector<std::string> splitCommand(std::string_view command)
 {
     std::vector<std::string> words;
     char quote = 0;
@@ -102,34 +122,16 @@ std::vector<std::string> wordsOf(std::string_view command)
     return words;
 }
 
-Separate separateByCommand(std::vector<std::string> words)
+SeparateFunction separateByCommand(std::vector<std::string> words)
 {
     return [words = std::move(words)](const SeparationTask &task, JobControl &control) {
-        const fs::path input = beginningOf(task);
-        const std::string instrument(kInstrumentWords[static_cast<std::size_t>(task.instrument)]);
-        const Filling fillings = {{{"{input}", utf8(input)},
-                                   {"{instrument}", instrument},
-                                   {"{main}", utf8(task.main)},
-                                   {"{mix}", utf8(task.mix)}}};
-        std::vector<std::string> command;
-        for (const std::string &word : words)
-            command.push_back(filled(word, fillings));
-        switch (runChild(command, control.cancelled)) {
-        case ChildEnd::Cancelled:
-            return false;
-        case ChildEnd::NotStarted:
-            throw Refusal("The separator program could not be started.");
-        case ChildEnd::Failed:
-            throw Refusal("The separator program failed.");
-        case ChildEnd::Succeeded:
-            break;
-        }
-        checkResult(task.main, task);
-        checkResult(task.mix, task);
-        if (input != task.input)
-            fs::remove(input);
-        return true;
+        return runSeparator(commandOf(words, task), task, control);
     };
+}
+
+std::vector<std::string> builtInCommand()
+{
+    return {utf8(siblingProgram("teko-separate")), "{input}", "{instrument}", "{main}", "{mix}"};
 }
 
 } // namespace localservice

@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/jobs/datafolder.h"
 
+#include "localservice/store/database.h"
+
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <system_error>
 
@@ -12,38 +15,54 @@ namespace localservice {
 
 namespace {
 
-    // Names of the service's own are long hexadecimal numbers. Whatever else lies in its folders is
-    // somebody's and stays.
-    void removeOwn(const fs::path &path)
-    {
-        const std::string stem = path.stem().string();
-        const bool isHex = stem.find_first_not_of("0123456789abcdef") == std::string::npos;
-        std::error_code ignored;
-        if (isHex && stem.size() >= 2 * kNameBytes)
-            fs::remove_all(path, ignored);
-    }
+// The service's own names are long hexadecimal numbers. Other files in its folders belong to
+// somebody else and stay.
+void removeIfOwn(const fs::path &path)
+{
+    const std::string stem = path.stem().string();
+    const bool isHex = stem.find_first_not_of("0123456789abcdef") == std::string::npos;
+    std::error_code ignored;
+    if (isHex && stem.size() >= 2 * diskNameBytes)
+        fs::remove_all(path, ignored);
+}
 
-    // SQLite gives the files beside it the same access. A disk that knows no owners is none's
-    // fault.
-    void keepFromOthers(const fs::path &file)
-    {
-        if (!fs::exists(file))
-            std::ofstream stream(file);
-        std::error_code ignored;
-        fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write, ignored);
-    }
+constexpr fs::perms ownerFile = fs::perms::owner_read | fs::perms::owner_write;
+
+// Some file systems have no permissions.
+void restrictToOwner(const fs::path &path, fs::perms permissions)
+{
+    std::error_code ignored;
+    fs::permissions(path, permissions, ignored);
+}
+
+void makePrivateFolder(const fs::path &folder)
+{
+    fs::create_directory(folder);
+    restrictToOwner(folder, fs::perms::owner_all);
+}
 
 } // namespace
 
 DataFolder::DataFolder(fs::path root)
     : m_root(std::move(root))
 {
-    // A folder that was there before keeps the access that its owner has given it.
+    // An existing folder keeps its permissions.
     if (fs::create_directories(m_root))
         fs::permissions(m_root, fs::perms::owner_all);
     for (const char *name : {"uploads", "work", "results"})
-        fs::create_directory(m_root / name);
-    keepFromOthers(database());
+        makePrivateFolder(m_root / name);
+    // SQLite creates the files beside the database with the same permissions.
+    if (!fs::exists(database()))
+        std::ofstream stream(database());
+    for (const char *suffix : {"", "-wal", "-shm"})
+        restrictToOwner(fs::path(database()) += suffix, ownerFile);
+}
+
+std::uint64_t DataFolder::freeBytes() const noexcept
+{
+    std::error_code unknown;
+    const std::uintmax_t bytes = fs::space(m_root, unknown).available;
+    return unknown ? 0 : bytes;
 }
 
 fs::path DataFolder::upload(const std::string &file) const
@@ -53,29 +72,32 @@ fs::path DataFolder::upload(const std::string &file) const
 
 fs::path DataFolder::mainResult(const std::string &token) const
 {
-    return m_root / "results" / token / kMainFile;
+    return m_root / "results" / token / mainFile;
 }
 
 fs::path DataFolder::mixResult(const std::string &token) const
 {
-    return m_root / "results" / token / kMixFile;
+    return m_root / "results" / token / mixFile;
 }
 
-fs::path DataFolder::openWorkshop(const std::string &token) const
+fs::path DataFolder::makeStagingDir(const std::string &token) const
 {
     fs::path folder = m_root / "work" / token;
     fs::remove_all(folder);
-    fs::create_directory(folder);
+    makePrivateFolder(folder);
     return folder;
 }
 
 void DataFolder::publish(const std::string &token) const
 {
     removeResults(token);
-    fs::rename(m_root / "work" / token, m_root / "results" / token);
+    const fs::path folder = m_root / "work" / token;
+    for (const char *file : {mainFile, mixFile})
+        restrictToOwner(folder / file, ownerFile);
+    fs::rename(folder, m_root / "results" / token);
 }
 
-void DataFolder::clearWorkshop(const std::string &token) const noexcept
+void DataFolder::removeStagingDir(const std::string &token) const noexcept
 {
     std::error_code ignored;
     fs::remove_all(m_root / "work" / token, ignored);
@@ -93,14 +115,29 @@ void DataFolder::removeResults(const std::string &token) const noexcept
     fs::remove_all(m_root / "results" / token, ignored);
 }
 
-void DataFolder::tidy(const std::vector<std::string> &knownUploads) const
+void DataFolder::removeUnknownResults(const std::vector<std::string> &knownTokens,
+                                      std::int64_t before) const
+{
+    const auto limit =
+        fs::file_time_type::clock::now() - std::chrono::seconds(secondsNow() - before);
+    for (const auto &entry : fs::directory_iterator(m_root / "results")) {
+        std::error_code ignored;
+        const std::string name = entry.path().filename().string();
+        const bool isKnown =
+            std::find(knownTokens.begin(), knownTokens.end(), name) != knownTokens.end();
+        if (!isKnown && entry.last_write_time(ignored) < limit)
+            removeIfOwn(entry.path());
+    }
+}
+
+void DataFolder::removeLeftovers(const std::vector<std::string> &knownUploads) const
 {
     for (const auto &entry : fs::directory_iterator(m_root / "work"))
-        removeOwn(entry.path());
+        removeIfOwn(entry.path());
     for (const auto &entry : fs::directory_iterator(m_root / "uploads")) {
         const std::string name = entry.path().filename().string();
         if (std::find(knownUploads.begin(), knownUploads.end(), name) == knownUploads.end())
-            removeOwn(entry.path());
+            removeIfOwn(entry.path());
     }
 }
 

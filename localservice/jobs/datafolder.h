@@ -2,46 +2,56 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "localservice/engine/separation.h"
-
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 namespace localservice {
 
-/// The service's folder and the places in it. All names on disk are the service's own.
+/// The service's data folder. All file names in it are the service's own.
 class DataFolder final
 {
 public:
-    /// Makes the folder and its subfolders, readable by their owner alone, and the database, which
-    /// nobody else may read in a folder that was there before either.
+    /// Creates the folder, its subfolders and the database file. Only their owner can read what is
+    /// in them; an existing folder itself keeps its permissions.
     explicit DataFolder(std::filesystem::path root);
 
     [[nodiscard]] std::filesystem::path database() const { return m_root / "service.db"; }
+    /// See ControlFile.
+    [[nodiscard]] static std::filesystem::path controlFile(const std::filesystem::path &root)
+    {
+        return root / "running";
+    }
+    /// What is left of the disk, in bytes.
+    [[nodiscard]] std::uint64_t freeBytes() const noexcept;
     [[nodiscard]] std::filesystem::path upload(const std::string &file) const;
     [[nodiscard]] std::filesystem::path mainResult(const std::string &token) const;
     [[nodiscard]] std::filesystem::path mixResult(const std::string &token) const;
     /// Where the results of a job are written until they are whole: an empty folder.
-    [[nodiscard]] std::filesystem::path openWorkshop(const std::string &token) const;
-    /// Gives the results their place, both at once.
+    [[nodiscard]] std::filesystem::path makeStagingDir(const std::string &token) const;
+    /// Moves both results to their final place at once.
     void publish(const std::string &token) const;
     /// Removes what is left of a job's unfinished work.
-    void clearWorkshop(const std::string &token) const noexcept;
+    void removeStagingDir(const std::string &token) const noexcept;
     void removeUpload(const std::string &file) const noexcept;
     void removeResults(const std::string &token) const noexcept;
-    /// Removes what an earlier run left unfinished: all workshops, and uploads that nobody knows.
-    void tidy(const std::vector<std::string> &knownUploads) const;
+    /// Removes results that belong to no job and are older than a time (in seconds since 1970), as
+    /// after the loss of a damaged database.
+    void removeUnknownResults(const std::vector<std::string> &knownTokens,
+                              std::int64_t before) const;
+    /// Removes what an earlier run left unfinished: all staging folders, and unknown uploads.
+    void removeLeftovers(const std::vector<std::string> &knownUploads) const;
 
 private:
     std::filesystem::path m_root;
 };
 
 /// How many random bytes make the name of an upload on disk.
-inline constexpr std::size_t kNameBytes = 16;
+inline constexpr std::size_t diskNameBytes = 16;
 
 /// The file names of the results within a folder of theirs.
-inline constexpr const char *kMainFile = "main.wav";
-inline constexpr const char *kMixFile = "mix.wav";
+inline constexpr const char *mainFile = "main.wav";
+inline constexpr const char *mixFile = "mix.wav";
 
 } // namespace localservice

@@ -12,7 +12,7 @@
 
 namespace localservice {
 
-// What main() gets has lost every letter that the system's old code page does not know.
+// main()'s arguments have lost every letter that the system's old code page does not know.
 std::vector<std::string> commandLineWords(int, char **)
 {
     int count = 0;

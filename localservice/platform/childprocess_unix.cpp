@@ -2,77 +2,118 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/platform/childprocess.h"
 
-#include "localservice/platform/parentdeath.h"
+#include "localservice/platform/childguardian_unix.h"
 
+#include <array>
 #include <cerrno>
-#include <chrono>
-#include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace localservice {
 
 namespace {
 
-    constexpr int kExecFailed = 127;
-    constexpr int kMostFiles = 4096;
-    constexpr std::chrono::milliseconds kLook{20};
+constexpr int pollMilliseconds = 20;
 
-    // Between fork and exec only calls that are safe after a fork of a threaded program.
-    [[noreturn]] void becomeChild(char *const *arguments)
+// Both ends are closed with the object, and in programs that a child executes.
+class Pipe
+{
+public:
+    Pipe()
     {
-        setpgid(0, 0);
-        dieWithParent();
-        const int nothing = open("/dev/null", O_RDONLY);
-        dup2(nothing, STDIN_FILENO);
-        dup2(STDERR_FILENO, STDOUT_FILENO);
-        // The service's files and connections are not the program's.
-        for (int file = STDERR_FILENO + 1; file < kMostFiles; ++file)
-            close(file);
-        std::signal(SIGPIPE, SIG_DFL);
-        execvp(arguments[0], arguments);
-        _exit(kExecFailed);
+        if (pipe(m_ends.data()) != 0)
+            return;
+        for (const int end : m_ends)
+            fcntl(end, F_SETFD, FD_CLOEXEC);
+    }
+    Pipe(const Pipe &) = delete;
+    Pipe &operator=(const Pipe &) = delete;
+    ~Pipe()
+    {
+        closeReader();
+        closeWriter();
     }
 
-    ChildEnd endOf(int status)
+    [[nodiscard]] bool isOpen() const { return reader() >= 0 && writer() >= 0; }
+    [[nodiscard]] int reader() const { return m_ends[0]; }
+    [[nodiscard]] int writer() const { return m_ends[1]; }
+    void closeReader() { closeEnd(m_ends[0]); }
+    void closeWriter() { closeEnd(m_ends[1]); }
+
+private:
+    static void closeEnd(int &end)
     {
-        if (WIFEXITED(status) && WEXITSTATUS(status) == 0)
-            return ChildEnd::Succeeded;
-        const bool missing = WIFEXITED(status) && WEXITSTATUS(status) == kExecFailed;
-        return missing ? ChildEnd::NotStarted : ChildEnd::Failed;
+        if (end >= 0)
+            close(end);
+        end = -1;
     }
+
+    std::array<int, 2> m_ends = {-1, -1};
+};
+
+// Waits a moment for output. False: there will be none any more.
+bool forwardOutput(int output, const OutputHandler &onOutput)
+{
+    pollfd source = {output, POLLIN, 0};
+    if (poll(&source, 1, pollMilliseconds) <= 0)
+        return true;
+    std::array<char, 4096> bytes{};
+    const ssize_t got = read(output, bytes.data(), bytes.size());
+    if (got > 0)
+        onOutput({bytes.data(), static_cast<std::size_t>(got)});
+    return got > 0 || (got < 0 && errno == EINTR);
+}
+
+ChildResult resultOf(pid_t guardian, bool cancelled)
+{
+    int status = 0;
+    while (waitpid(guardian, &status, 0) < 0) {
+        if (errno != EINTR)
+            return ChildResult::Failed;
+    }
+    if (!WIFEXITED(status))
+        return ChildResult::Failed;
+    switch (WEXITSTATUS(status)) {
+    case 0:
+        return ChildResult::Succeeded;
+    case guardianNotStarted:
+        return ChildResult::NotStarted;
+    case guardianCancelled:
+        // Shells use the same code.
+        return cancelled ? ChildResult::Cancelled : ChildResult::Failed;
+    default:
+        return ChildResult::Failed;
+    }
+}
 
 } // namespace
 
-ChildEnd runChild(const std::vector<std::string> &words, const std::atomic<bool> &cancelled)
+ChildResult runChild(const std::vector<std::string> &words, const std::atomic<bool> &cancelled,
+                     const OutputHandler &onOutput)
 {
     std::vector<char *> arguments;
     arguments.reserve(words.size() + 1);
     for (const std::string &word : words)
         arguments.push_back(const_cast<char *>(word.c_str()));
     arguments.push_back(nullptr);
-    const pid_t child = fork();
-    if (child == 0)
-        becomeChild(arguments.data());
-    if (child < 0)
-        return ChildEnd::NotStarted;
-    setpgid(child, child);
-    for (;;) {
-        int status = 0;
-        const pid_t ended = waitpid(child, &status, WNOHANG);
-        if (ended == child)
-            return endOf(status);
-        if (ended < 0 && errno != EINTR)
-            return ChildEnd::Failed;
-        if (cancelled) {
-            kill(-child, SIGKILL);
-            waitpid(child, &status, 0);
-            return ChildEnd::Cancelled;
-        }
-        std::this_thread::sleep_for(kLook);
+    Pipe output;
+    Pipe lifeline;
+    if (!output.isOpen() || !lifeline.isOpen())
+        return ChildResult::NotStarted;
+    const pid_t guardian = fork();
+    if (guardian == 0)
+        guardChild(arguments.data(), lifeline.reader(), output.writer());
+    if (guardian < 0)
+        return ChildResult::NotStarted;
+    lifeline.closeReader();
+    output.closeWriter();
+    while (forwardOutput(output.reader(), onOutput)) {
+        if (cancelled)
+            lifeline.closeWriter();
     }
+    return resultOf(guardian, cancelled);
 }
 
 } // namespace localservice

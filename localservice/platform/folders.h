@@ -3,10 +3,15 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 namespace localservice {
 
-/// Where the user's programs keep their data on this system; "" when the system does not say.
+/// The system's folder for the user's data; "" when there is none.
 [[nodiscard]] std::filesystem::path userDataFolder();
+
+/// The path of another program in this program's folder; only its name when the system does not
+/// know the folder.
+[[nodiscard]] std::filesystem::path siblingProgram(const std::string &name);
 
 } // namespace localservice

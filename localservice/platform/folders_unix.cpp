@@ -15,4 +15,10 @@ std::filesystem::path userDataFolder()
     return home != nullptr && *home != '\0' ? std::filesystem::path(home) / ".local/share" : "";
 }
 
+std::filesystem::path siblingProgram(const std::string &name)
+{
+    std::error_code unknown;
+    return std::filesystem::read_symlink("/proc/self/exe", unknown).parent_path() / name;
+}
+
 } // namespace localservice

@@ -4,9 +4,8 @@
 
 namespace localservice {
 
-/// Learns when the program shall end: by the system's signals or, if wanted, when its standard
-/// input ends. Make one object, before any thread. Writing to a closed connection no longer ends
-/// the program.
+/// Waits until the program shall end: on the system's signals or, if wanted, at the end of its
+/// standard input. Construct one, before any thread. Also ignores SIGPIPE.
 class Termination final
 {
 public:

@@ -14,24 +14,24 @@ namespace localservice {
 
 namespace {
 
-    std::array<int, 2> signalPipe = {-1, -1};
+std::array<int, 2> signalPipe = {-1, -1};
 
-    void onSignal(int)
-    {
-        const int kept = errno;
-        const char byte = 0;
-        // The pipe does not block: when it is full, the end is already announced.
-        [[maybe_unused]] const ssize_t written = write(signalPipe[1], &byte, 1);
-        errno = kept;
-    }
+void onSignal(int)
+{
+    const int kept = errno;
+    const char byte = 0;
+    // The pipe does not block: when it is full, the end is already announced.
+    [[maybe_unused]] const ssize_t written = write(signalPipe[1], &byte, 1);
+    errno = kept;
+}
 
-    // Reads what there is; gives whether the input has ended.
-    bool inputEnded()
-    {
-        std::array<char, 512> ignored{};
-        const ssize_t got = read(STDIN_FILENO, ignored.data(), ignored.size());
-        return got == 0 || (got < 0 && errno != EINTR && errno != EAGAIN);
-    }
+// Reads what there is; returns whether the input has ended.
+bool inputHasEnded()
+{
+    std::array<char, 512> ignored{};
+    const ssize_t got = read(STDIN_FILENO, ignored.data(), ignored.size());
+    return got == 0 || (got < 0 && errno != EINTR && errno != EAGAIN);
+}
 
 } // namespace
 
@@ -70,7 +70,7 @@ void Termination::wait()
             continue;
         if (ready < 0 || sources[0].revents != 0)
             return;
-        if (sources[1].revents != 0 && inputEnded())
+        if (sources[1].revents != 0 && inputHasEnded())
             return;
     }
 }

@@ -10,34 +10,34 @@ namespace localservice {
 
 namespace {
 
-    HANDLE theEnd = nullptr;
+HANDLE endEvent = nullptr;
 
-    // Runs on a thread of its own.
-    BOOL WINAPI onConsoleEvent(DWORD event)
-    {
-        SetEvent(theEnd);
-        // With any other event the system ends the program as soon as this returns, or a few
-        // seconds later.
-        if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
-            WaitForSingleObject(GetCurrentProcess(), INFINITE);
-        return TRUE;
-    }
+// Runs on a thread of its own.
+BOOL WINAPI onConsoleEvent(DWORD event)
+{
+    SetEvent(endEvent);
+    // With any other event the system ends the program as soon as this returns, or a few
+    // seconds later.
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+        WaitForSingleObject(GetCurrentProcess(), INFINITE);
+    return TRUE;
+}
 
-    void readInputToItsEnd()
-    {
-        char ignored[512];
-        DWORD got = 0;
-        while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), ignored, sizeof ignored, &got, nullptr)
-               && got > 0) { }
-        SetEvent(theEnd);
-    }
+void readInputToItsEnd()
+{
+    char ignored[512];
+    DWORD got = 0;
+    while (ReadFile(GetStdHandle(STD_INPUT_HANDLE), ignored, sizeof ignored, &got, nullptr)
+           && got > 0) { }
+    SetEvent(endEvent);
+}
 
 } // namespace
 
 Termination::Termination(bool watchInput)
     : m_watchInput(watchInput)
 {
-    theEnd = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    endEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     SetConsoleCtrlHandler(onConsoleEvent, TRUE);
     // The read cannot be called off; the thread ends with the process.
     if (m_watchInput)
@@ -52,7 +52,7 @@ Termination::~Termination()
 
 void Termination::wait()
 {
-    WaitForSingleObject(theEnd, INFINITE);
+    WaitForSingleObject(endEvent, INFINITE);
 }
 
 } // namespace localservice

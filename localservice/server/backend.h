@@ -4,20 +4,21 @@
 
 #include "localservice/api/accounts.h"
 #include "localservice/api/processing.h"
+#include "localservice/api/servicestatus.h"
+#include "localservice/http/hostpolicy.h"
 
 namespace localservice {
 
-/// What the handlers of the requests work with.
+/// What the request handlers work with.
 struct Backend
 {
     Processing &processing;
     Accounts &accounts;
+    ServiceStatus &status;
     JobStore &jobs;
     ArrivingFiles &arriving;
     const DataFolder &folder;
-    std::uint64_t mostUploadBytes;
-    std::string
-        fallbackHost; ///< "host:port", for clients that do not say how they address the service
+    std::uint64_t maxUploadBytes = 0;
 };
 
 } // namespace localservice

@@ -2,14 +2,31 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/server/connections.h"
 
+#include "localservice/http/clientaddress.h"
+
 #include <Poco/Exception.h>
+#include <Poco/Net/SocketImpl.h>
 
 #include <algorithm>
 
 namespace localservice {
 
-Connections::Connections(std::chrono::milliseconds time)
-    : m_time(time)
+namespace {
+
+// How many aborted connections, whose threads are about to end, are there at most besides the
+// others.
+constexpr std::size_t maxAborted = 100;
+
+// What one address may have of a limit.
+constexpr std::size_t shareOf(std::size_t limit)
+{
+    return limit - limit / 4;
+}
+
+} // namespace
+
+Connections::Connections(const ConnectionLimits &limits)
+    : m_limits(limits)
     , m_watcher(&Connections::watch, this)
 { }
 
@@ -23,55 +40,145 @@ Connections::~Connections()
     m_watcher.join();
 }
 
-void Connections::opened(const std::string &peer, const Poco::Net::StreamSocket &socket)
+bool Connections::open(const Poco::Net::StreamSocket &socket)
 {
+    const std::string address = networkOf(socket.peerAddress().host());
     const std::lock_guard lock(m_mutex);
-    m_entries.insert_or_assign(peer, Entry{socket, std::chrono::steady_clock::now()});
-}
-
-bool Connections::requestRead(const std::string &peer)
-{
-    const std::lock_guard lock(m_mutex);
-    const auto found = m_entries.find(peer);
-    if (found == m_entries.end() || found->second.state == State::Cut)
+    if (m_entries.size() >= m_limits.connections + maxAborted || !makeRoom(address))
         return false;
-    found->second.state = State::Read;
+    const Time now = std::chrono::steady_clock::now();
+    m_entries.emplace(
+        socket.impl(),
+        Entry{socket, address, State::Reading, now, now + m_limits.requestTimeout, 0, {}});
     return true;
 }
 
-void Connections::closed(const std::string &peer)
+bool Connections::makeRoom(const std::string &address)
 {
-    const std::lock_guard lock(m_mutex);
-    m_entries.erase(peer);
+    if (count(address) >= shareOf(m_limits.connections))
+        return abortOldest(address);
+    return count({}) < m_limits.connections || abortOldest({});
 }
 
-void Connections::shutdownAll()
+// Of an address, or of all for "".
+std::size_t Connections::count(const std::string &address) const
 {
-    const std::lock_guard lock(m_mutex);
-    for (auto &[peer, entry] : m_entries)
-        cut(entry);
+    return static_cast<std::size_t>(
+        std::count_if(m_entries.begin(), m_entries.end(), [&](const auto &item) {
+            return item.second.state != State::Aborted
+                && (address.empty() || item.second.address == address);
+        }));
 }
 
-void Connections::cut(Entry &entry)
+std::size_t Connections::countTransfers(const std::string &address) const
 {
-    entry.state = State::Cut;
+    return static_cast<std::size_t>(
+        std::count_if(m_entries.begin(), m_entries.end(), [&](const auto &item) {
+            return item.second.state == State::Transferring
+                && (address.empty() || item.second.address == address);
+        }));
+}
+
+bool Connections::abortOldest(const std::string &address)
+{
+    Entry *oldest = nullptr;
+    for (auto &[id, entry] : m_entries) {
+        const bool isReading = entry.state == State::Reading || entry.state == State::Draining;
+        if (isReading && (address.empty() || entry.address == address)
+            && (oldest == nullptr || entry.opened < oldest->opened))
+            oldest = &entry;
+    }
+    if (oldest != nullptr)
+        abort(*oldest);
+    return oldest != nullptr;
+}
+
+bool Connections::requestRead(Id id)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_entries.find(id);
+    if (found == m_entries.end() || found->second.state == State::Aborted)
+        return false;
+    found->second.state = State::Replying;
+    found->second.deadline = std::chrono::steady_clock::now() + m_limits.replyTimeout;
+    return true;
+}
+
+bool Connections::beginTransfer(Id id)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_entries.find(id);
+    if (found == m_entries.end() || found->second.state == State::Aborted)
+        return false;
+    Entry &entry = found->second;
+    if (countTransfers({}) >= m_limits.transfers
+        || countTransfers(entry.address) >= shareOf(m_limits.transfers))
+        return false;
+    entry.state = State::Transferring;
+    entry.rate.emplace(std::chrono::steady_clock::now(), m_limits.rateWindow,
+                       m_limits.minWindowBytes);
+    return true;
+}
+
+void Connections::transferred(Id id, std::size_t bytes)
+{
+    const std::lock_guard lock(m_mutex);
+    if (const auto found = m_entries.find(id); found != m_entries.end())
+        found->second.bytes += static_cast<std::int64_t>(bytes);
+}
+
+void Connections::beginDrain(Id id)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_entries.find(id);
+    if (found == m_entries.end() || found->second.state == State::Aborted)
+        return;
+    found->second.state = State::Draining;
+    found->second.deadline = std::chrono::steady_clock::now() + m_limits.replyTimeout;
+}
+
+void Connections::closed(Id id)
+{
+    const std::lock_guard lock(m_mutex);
+    m_entries.erase(id);
+}
+
+void Connections::abortAll()
+{
+    const std::lock_guard lock(m_mutex);
+    for (auto &[id, entry] : m_entries)
+        abort(entry);
+}
+
+void Connections::abort(Entry &entry)
+{
+    entry.state = State::Aborted;
     try {
-        entry.socket.shutdown();
+        // Not what a TLS socket makes of it: its state belongs to the thread that reads from it.
+        entry.socket.impl()->SocketImpl::shutdown();
     } catch (const Poco::Exception &) {
-        // The other side was quicker: the connection is gone, which is what was wanted.
+        // The peer has already closed the connection.
         return;
     }
 }
 
+bool Connections::isOverdue(Entry &entry, Time now) const
+{
+    if (entry.state == State::Transferring)
+        return entry.rate->isTooSlow(now, entry.bytes);
+    return entry.state != State::Aborted && entry.deadline < now;
+}
+
 void Connections::watch()
 {
-    const auto pause = std::min<std::chrono::milliseconds>(m_time, std::chrono::seconds(1));
+    const auto interval =
+        std::min<std::chrono::milliseconds>(m_limits.requestTimeout, std::chrono::seconds(1));
     std::unique_lock lock(m_mutex);
-    while (!m_changed.wait_for(lock, pause, [this] { return m_stopping; })) {
-        const auto latest = std::chrono::steady_clock::now() - m_time;
-        for (auto &[peer, entry] : m_entries) {
-            if (entry.state == State::Awaited && entry.since < latest)
-                cut(entry);
+    while (!m_changed.wait_for(lock, interval, [this] { return m_stopping; })) {
+        const Time now = std::chrono::steady_clock::now();
+        for (auto &[id, entry] : m_entries) {
+            if (isOverdue(entry, now))
+                abort(entry);
         }
     }
 }

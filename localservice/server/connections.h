@@ -2,53 +2,89 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "localservice/server/transferrate.h"
+
 #include <Poco/Net/StreamSocket.h>
 
 #include <chrono>
 #include <condition_variable>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 
 namespace localservice {
 
-/// Knows all open connections, and cuts those whose requests do not arrive in time, so that nobody
-/// can hold the service's threads by saying next to nothing. Thread-safe.
+/// How many connections there may be, and how long each may take.
+struct ConnectionLimits
+{
+    std::size_t connections = 400;
+    std::size_t transfers = 300; ///< uploads and results; the rest is left to short requests
+    std::chrono::milliseconds requestTimeout = std::chrono::seconds(10); ///< for header and form
+    std::chrono::milliseconds replyTimeout = std::chrono::seconds(60); ///< for all that follows
+    std::chrono::milliseconds rateWindow = std::chrono::seconds(60);
+    std::int64_t minWindowBytes = std::int64_t{60} * 4096; ///< of a transfer in each window
+};
+
+/// All open connections, and the rules that keep slow or many clients from occupying the service:
+/// deadlines for requests and replies, a minimum rate for transfers, and a share for each address.
+/// When there are too many, the oldest one without a complete request is aborted for a new one.
+/// Thread-safe.
 class Connections final
 {
 public:
-    /// `time` is how long each has for what requestRead() tells the end of.
-    explicit Connections(std::chrono::milliseconds time);
+    using Id = const Poco::Net::SocketImpl *;
+
+    explicit Connections(const ConnectionLimits &limits);
     Connections(const Connections &) = delete;
     Connections &operator=(const Connections &) = delete;
     ~Connections();
 
-    void opened(const std::string &peer, const Poco::Net::StreamSocket &socket);
-    /// As much of its request has been read as must be there in time. False when the connection was
-    /// cut before: what has been read may then be less than was sent.
-    [[nodiscard]] bool requestRead(const std::string &peer);
-    void closed(const std::string &peer);
-    /// Cuts all connections.
-    void shutdownAll();
+    /// Registers a new connection. False: it must be closed, there is no room for it.
+    [[nodiscard]] bool open(const Poco::Net::StreamSocket &socket);
+    /// Its request has been read, so that only the reply is left. False when the connection was
+    /// aborted before: what has been read may then be less than was sent.
+    [[nodiscard]] bool requestRead(Id id);
+    /// An upload or a result begins, which from now on has a minimum rate instead of a deadline.
+    /// False when too many are under way.
+    [[nodiscard]] bool beginTransfer(Id id);
+    /// Counts the bytes of a transfer.
+    void transferred(Id id, std::size_t bytes);
+    /// A refused upload is read to its end, so that the client sees the answer: as long as the
+    /// reply may take, and only while there is room.
+    void beginDrain(Id id);
+    void closed(Id id);
+    /// Aborts all connections.
+    void abortAll();
 
 private:
-    enum class State { Awaited, Read, Cut };
+    enum class State { Reading, Draining, Replying, Transferring, Aborted };
+    using Time = std::chrono::steady_clock::time_point;
     struct Entry
     {
         Poco::Net::StreamSocket socket;
-        std::chrono::steady_clock::time_point since;
-        State state = State::Awaited;
+        std::string address;
+        State state;
+        Time opened;
+        Time deadline;
+        std::int64_t bytes = 0;
+        std::optional<TransferRate> rate;
     };
 
-    static void cut(Entry &entry);
+    [[nodiscard]] std::size_t count(const std::string &address) const;
+    [[nodiscard]] std::size_t countTransfers(const std::string &address) const;
+    [[nodiscard]] bool abortOldest(const std::string &address);
+    [[nodiscard]] bool makeRoom(const std::string &address);
+    [[nodiscard]] bool isOverdue(Entry &entry, Time now) const;
+    static void abort(Entry &entry);
     void watch();
 
-    std::chrono::milliseconds m_time;
+    const ConnectionLimits m_limits;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     bool m_stopping = false;
-    std::map<std::string, Entry> m_entries; // by the peer's address and port
+    std::map<Id, Entry> m_entries;
     std::thread m_watcher;
 };
 

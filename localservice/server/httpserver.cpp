@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/server/httpserver.h"
 
+#include "localservice/server/tls.h"
+
 #include <Poco/Net/HTTPServerConnection.h>
 #include <Poco/Net/HTTPServerParams.h>
-#include <Poco/Net/NetException.h>
 #include <Poco/Net/TCPServerConnectionFactory.h>
 
 #include <utility>
@@ -13,89 +14,122 @@ namespace localservice {
 
 namespace {
 
-    using Poco::Net::HTTPServerParams;
-    using Poco::Net::StreamSocket;
+using Poco::Net::HTTPServerParams;
+using Poco::Net::StreamSocket;
 
-    constexpr int kMostThreads = 32;
-    constexpr int kMostWaiting = 64;
-    // How long the other side may say nothing, or take nothing, in the middle of a request.
-    constexpr int kSilenceSeconds = 30;
+// Besides the limits of connections, which abort earlier: for one read or write.
+constexpr int silenceSeconds = 60;
+constexpr int maxThreads = 512;
+constexpr int listenBacklog = 128;
+constexpr int minThreads = 2;
 
-    class Connection final : public Poco::Net::HTTPServerConnection
+class Connection final : public Poco::Net::HTTPServerConnection
+{
+public:
+    Connection(const StreamSocket &socket, HTTPServerParams::Ptr parameters,
+               Poco::Net::HTTPRequestHandlerFactory::Ptr handlers, Connections &connections)
+        : HTTPServerConnection(socket, std::move(parameters), std::move(handlers))
+        , m_id(socket.impl())
+        , m_connections(connections)
     {
-    public:
-        Connection(const StreamSocket &socket, HTTPServerParams::Ptr parameters,
-                   Poco::Net::HTTPRequestHandlerFactory::Ptr handlers, Connections &connections)
-            : HTTPServerConnection(socket, std::move(parameters), std::move(handlers))
-            , m_peer(socket.peerAddress().toString())
-            , m_connections(connections)
-        {
-            this->socket().setSendTimeout(Poco::Timespan(kSilenceSeconds, 0));
-            m_connections.opened(m_peer, socket);
-        }
-
-        ~Connection() override { m_connections.closed(m_peer); }
-
-    private:
-        std::string m_peer;
-        Connections &m_connections;
-    };
-
-    class ConnectionFactory final : public Poco::Net::TCPServerConnectionFactory
-    {
-    public:
-        ConnectionFactory(HTTPServerParams::Ptr parameters, Backend &backend,
-                          Connections &connections)
-            : m_parameters(std::move(parameters))
-            , m_handlers(new HandlerFactory(backend, connections))
-            , m_connections(connections)
-        { }
-
-        Poco::Net::TCPServerConnection *createConnection(const StreamSocket &socket) override
-        {
-            return new Connection(socket, m_parameters, m_handlers, m_connections);
-        }
-
-    private:
-        HTTPServerParams::Ptr m_parameters;
-        Poco::Net::HTTPRequestHandlerFactory::Ptr m_handlers;
-        Connections &m_connections;
-    };
-
-    // One request a connection: a kept-alive one that the service closes in the wrong moment makes
-    // clients send their request twice.
-    HTTPServerParams::Ptr parameters()
-    {
-        HTTPServerParams::Ptr parameters = new HTTPServerParams;
-        parameters->setKeepAlive(false);
-        parameters->setTimeout(Poco::Timespan(kSilenceSeconds, 0));
-        parameters->setMaxThreads(kMostThreads);
-        parameters->setMaxQueued(kMostWaiting);
-        return parameters;
+        this->socket().setSendTimeout(Poco::Timespan(silenceSeconds, 0));
     }
+
+    ~Connection() override { m_connections.closed(m_id); }
+
+private:
+    Connections::Id m_id;
+    Connections &m_connections;
+};
+
+class ConnectionFactory final : public Poco::Net::TCPServerConnectionFactory
+{
+public:
+    ConnectionFactory(HTTPServerParams::Ptr parameters, Backend &backend, const RequestRules &rules,
+                      Connections &connections)
+        : m_parameters(std::move(parameters))
+        , m_backend(backend)
+        , m_rules(rules)
+        , m_connections(connections)
+    { }
+
+    Poco::Net::TCPServerConnection *createConnection(const StreamSocket &socket) override
+    {
+        const ClientConnection client{m_connections, socket.impl()};
+        return new Connection(socket, m_parameters, new HandlerFactory(m_backend, m_rules, client),
+                              m_connections);
+    }
+
+private:
+    HTTPServerParams::Ptr m_parameters;
+    Backend &m_backend;
+    const RequestRules &m_rules;
+    Connections &m_connections;
+};
+
+class ConnectionFilter final : public Poco::Net::TCPServerConnectionFilter
+{
+public:
+    explicit ConnectionFilter(Connections &connections)
+        : m_connections(connections)
+    { }
+
+    bool accept(const StreamSocket &socket) override { return m_connections.open(socket); }
+
+private:
+    Connections &m_connections;
+};
+
+// One request a connection: a kept-alive one that the service closes at the wrong moment makes
+// clients send their request twice.
+HTTPServerParams::Ptr parameters()
+{
+    HTTPServerParams::Ptr parameters = new HTTPServerParams;
+    parameters->setKeepAlive(false);
+    parameters->setTimeout(Poco::Timespan(silenceSeconds, 0));
+    parameters->setMaxThreads(maxThreads);
+    parameters->setMaxQueued(maxThreads);
+    return parameters;
+}
+
+Poco::Net::ServerSocket listenOn(const ServerSettings &settings)
+{
+    Poco::Net::ServerSocket socket = settings.certificate.empty()
+        ? Poco::Net::ServerSocket()
+        : makeTlsSocket(settings.certificate, settings.key);
+    socket.bind(Poco::Net::SocketAddress(settings.host, settings.port), true, false);
+    socket.listen(listenBacklog);
+    return socket;
+}
 
 } // namespace
 
-HttpServer::HttpServer(const std::string &host, std::uint16_t port, Backend backend,
-                       std::chrono::milliseconds requestTime)
-    : m_backend(std::move(backend))
-    , m_connections(requestTime)
-    , m_threads(2, kMostThreads)
+HttpServer::HttpServer(const ServerSettings &settings, const Backend &backend)
+    : m_backend(backend)
+    , m_connections(settings.limits)
+    , m_threads(minThreads, maxThreads)
 {
-    Poco::Net::ServerSocket socket;
-    socket.bind(Poco::Net::SocketAddress(host, port), true, false);
-    socket.listen(kMostWaiting);
-    m_backend.fallbackHost = socket.address().toString();
+    const Poco::Net::ServerSocket socket = listenOn(settings);
+    const Poco::Net::SocketAddress address = socket.address();
+    const bool byTls = !settings.certificate.empty();
+    const bool byLoopbackOnly = address.host().isLoopback();
+    m_url = (byTls ? "https://" : "http://") + address.toString();
+    m_isOpenWithoutTls = !byTls && !byLoopbackOnly;
+    m_rules = std::make_unique<RequestRules>(
+        RequestRules{HostPolicy({byLoopbackOnly, byTls, address.port(), settings.publicUrl}),
+                     settings.trustedProxy, settings.statusKey});
     const HTTPServerParams::Ptr shared = parameters();
     m_server = std::make_unique<Poco::Net::TCPServer>(
-        new ConnectionFactory(shared, m_backend, m_connections), m_threads, socket, shared);
+        new ConnectionFactory(shared, m_backend, *m_rules, m_connections), m_threads, socket,
+        shared);
+    m_server->setConnectionFilter(new ConnectionFilter(m_connections));
     m_server->start();
 }
 
 HttpServer::~HttpServer()
 {
     m_server->stop();
-    m_connections.shutdownAll();
+    m_connections.abortAll();
     m_threads.joinAll();
 }
 

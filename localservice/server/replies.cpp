@@ -4,63 +4,53 @@
 
 #include "localservice/base/log.h"
 #include "localservice/base/refusal.h"
+#include "localservice/http/clientaddress.h"
 
 #include <Poco/Data/SQLite/SQLiteException.h>
+#include <Poco/Net/MediaType.h>
 #include <Poco/Net/NameValueCollection.h>
 #include <Poco/Net/NetException.h>
 
-#include <algorithm>
-#include <cctype>
 #include <optional>
 
 namespace localservice {
 
 namespace {
 
-    constexpr const char *kCookie = "teko-session";
-    constexpr const char *kBroken = "The service could not answer the request.";
+constexpr const char *sessionCookie = "teko-session";
+constexpr const char *internalError = "The service could not answer the request.";
 
-    // The host as the client knows it, unless it is nothing that belongs into an address.
-    std::string hostOf(const Request &request, const Backend &backend)
-    {
-        const std::string host = request.get("Host", "");
-        const bool plain = std::all_of(host.begin(), host.end(), [](unsigned char c) {
-            return std::isalnum(c) != 0 || c == '.' || c == '-' || c == ':' || c == '[' || c == ']';
-        });
-        return host.empty() || !plain ? backend.fallbackHost : host;
+struct Reply
+{
+    Response::HTTPStatus status;
+    std::string text;
+};
+
+Reply internalErrorReply(const Request &request, const std::string &reason)
+{
+    log(pathOf(request) + ": " + reason);
+    return {Response::HTTP_INTERNAL_SERVER_ERROR, internalError};
+}
+
+// Empty when the client has gone.
+std::optional<Reply> attempt(const Request &request, const std::function<std::string()> &reply)
+{
+    try {
+        return Reply{Response::HTTP_OK, reply()};
+    } catch (const Refusal &refusal) {
+        return Reply{Response::HTTP_OK, refusal.what()};
+    } catch (const BadRequest &error) {
+        return Reply{static_cast<Response::HTTPStatus>(error.status()), error.what()};
+    } catch (const Poco::Net::NetException &) {
+        return std::nullopt;
+    } catch (const Poco::Data::SQLite::DatabaseFullException &) {
+        return Reply{Response::HTTP_OK, "The service has no room left on its disk."};
+    } catch (const Poco::Exception &error) {
+        return internalErrorReply(request, error.displayText());
+    } catch (const std::exception &error) {
+        return internalErrorReply(request, error.what());
     }
-
-    struct Reply
-    {
-        Response::HTTPStatus status;
-        std::string text;
-    };
-
-    Reply broken(const Request &request, const std::string &reason)
-    {
-        log(pathOf(request) + ": " + reason);
-        return {Response::HTTP_INTERNAL_SERVER_ERROR, kBroken};
-    }
-
-    // Nothing when nobody waits for the reply any longer.
-    std::optional<Reply> attempt(const Request &request, const std::function<std::string()> &reply)
-    {
-        try {
-            return Reply{Response::HTTP_OK, reply()};
-        } catch (const Refusal &refusal) {
-            return Reply{Response::HTTP_OK, refusal.what()};
-        } catch (const BadRequest &error) {
-            return Reply{Response::HTTP_BAD_REQUEST, error.what()};
-        } catch (const Poco::Net::NetException &) {
-            return std::nullopt;
-        } catch (const Poco::Data::SQLite::DatabaseFullException &) {
-            return Reply{Response::HTTP_OK, "The service has no room left on its disk."};
-        } catch (const Poco::Exception &error) {
-            return broken(request, error.displayText());
-        } catch (const std::exception &error) {
-            return broken(request, error.what());
-        }
-    }
+}
 
 } // namespace
 
@@ -70,12 +60,21 @@ std::string pathOf(const Request &request)
     return uri.substr(0, uri.find_first_of("?#"));
 }
 
-Caller callerOf(const Request &request, const Backend &backend)
+RequestContext contextOf(const Request &request, const RequestRules &rules)
 {
     Poco::Net::NameValueCollection cookies;
     request.getCookies(cookies);
-    return {request.clientAddress().host().toString(), "http://" + hostOf(request, backend),
-            cookies.get(kCookie, "")};
+    return {clientNetwork(request.clientAddress().host(), rules.trustedProxy,
+                          request.get("X-Forwarded-For", "")),
+            cookies.get(sessionCookie, "")};
+}
+
+void checkType(const Request &request, const std::string &mediaType)
+{
+    const Poco::Net::MediaType type(request.getContentType());
+    if (!type.matches(Poco::Net::MediaType(mediaType)))
+        throw BadRequest("The service does not take requests of this type.",
+                         Response::HTTP_UNSUPPORTED_MEDIA_TYPE);
 }
 
 void send(const Request &request, Response &response, Response::HTTPStatus status,
@@ -95,7 +94,7 @@ void send(const Request &request, Response &response, Response::HTTPStatus statu
 void answer(const Request &request, Response &response, const std::function<std::string()> &reply)
 {
     if (const std::optional<Reply> made = attempt(request, reply))
-        send(request, response, made->status, kPlainText, made->text);
+        send(request, response, made->status, plainText, made->text);
 }
 
 } // namespace localservice

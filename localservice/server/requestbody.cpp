@@ -12,49 +12,38 @@ namespace localservice {
 
 namespace {
 
-    constexpr std::size_t kBlock = 16384;
-    constexpr std::chrono::seconds kGrace{60};
-    constexpr double kLeastRate = 4096; // bytes a second
+constexpr std::size_t blockBytes = 16384;
 
-    // What has arrived, at least one byte. A read of the whole block would wait until that is full,
-    // however slowly the bytes come.
-    std::streamsize readSome(std::streambuf &source, std::vector<char> &block)
-    {
-        try {
-            if (source.sgetc() == std::streambuf::traits_type::eof())
-                return 0;
-            const auto room = static_cast<std::streamsize>(block.size());
-            return source.sgetn(block.data(), std::min(room, source.in_avail()));
-        } catch (const Poco::Exception &) {
-            // The other side has gone, or says nothing any longer.
+// What has arrived, at least one byte. A read of the whole block would wait until that is full,
+// however slowly the bytes come.
+std::streamsize readSome(std::streambuf &source, std::vector<char> &block)
+{
+    try {
+        if (source.sgetc() == std::streambuf::traits_type::eof())
             return 0;
-        }
+        const auto room = static_cast<std::streamsize>(block.size());
+        return source.sgetn(block.data(), std::min(room, source.in_avail()));
+    } catch (const Poco::Exception &) {
+        // The other side has gone, or says nothing any longer.
+        return 0;
     }
+}
 
 } // namespace
 
 RequestBody::RequestBody(Poco::Net::HTTPServerRequest &request)
     : m_source(*request.stream().rdbuf())
-    , m_announced(request.hasContentLength() ? request.getContentLength64() : -1)
-    , m_block(kBlock)
+    , m_contentLength(request.hasContentLength() ? request.getContentLength64() : -1)
+    , m_block(blockBytes)
 { }
 
 std::string_view RequestBody::next()
 {
     const std::streamsize got = readSome(m_source, m_block);
     m_bytes += got;
-    if (got == 0 && m_bytes < m_announced)
+    if (got == 0 && m_bytes < m_contentLength)
         throw BadRequest("The request ended before its time.");
-    checkPace();
     return {m_block.data(), static_cast<std::size_t>(got)};
-}
-
-void RequestBody::checkPace() const
-{
-    const auto took = std::chrono::steady_clock::now() - m_began;
-    if (took > kGrace
-        && static_cast<double>(m_bytes) < kLeastRate * std::chrono::duration<double>(took).count())
-        throw BadRequest("The request is too slow.");
 }
 
 } // namespace localservice

@@ -4,29 +4,25 @@
 
 #include <Poco/Net/HTTPServerRequest.h>
 
-#include <chrono>
 #include <string_view>
 #include <vector>
 
 namespace localservice {
 
-/// The body of a request, piece by piece as it arrives. Neither a cut body is taken for a whole one
-/// nor does a client keep a thread for itself by sending next to nothing.
+/// The body of a request, piece by piece as it arrives. A body that ends early is not taken for a
+/// complete one.
 class RequestBody final
 {
 public:
     explicit RequestBody(Poco::Net::HTTPServerRequest &request);
 
     /// The next bytes, valid until the next call; none at the end. Throws BadRequest when the body
-    /// ends too early or comes too slowly.
+    /// ends too early.
     [[nodiscard]] std::string_view next();
 
 private:
-    void checkPace() const;
-
     std::streambuf &m_source;
-    const std::int64_t m_announced; ///< in bytes; -1: not told
-    const std::chrono::steady_clock::time_point m_began = std::chrono::steady_clock::now();
+    const std::int64_t m_contentLength; ///< in bytes; -1: not known
     std::int64_t m_bytes = 0;
     std::vector<char> m_block;
 };

@@ -2,23 +2,53 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/server/resulthandler.h"
 
-#include "localservice/base/paths.h"
-
 #include <algorithm>
+#include <fstream>
+#include <vector>
 
 namespace localservice {
+
+namespace {
+
+constexpr std::size_t blockBytes = 65536;
+
+} // namespace
 
 void ResultHandler::handleRequest(Request &request, Response &response)
 {
     const std::optional<std::filesystem::path> file = fileOf(pathOf(request));
     std::error_code missing;
-    if (!file || !std::filesystem::is_regular_file(*file, missing)) {
-        send(request, response, Response::HTTP_NOT_FOUND, kPlainText, "Not found.");
+    const auto bytes = file ? std::filesystem::file_size(*file, missing) : 0;
+    if (!file || missing) {
+        send(request, response, Response::HTTP_NOT_FOUND, plainText, "Not found.");
         return;
     }
+    if (!m_connection.beginTransfer()) {
+        send(request, response, Response::HTTP_SERVICE_UNAVAILABLE, plainText,
+             "The service has too many transfers under way. Please try again.");
+        return;
+    }
+    response.setContentType("audio/wav");
+    response.setContentLength64(static_cast<Poco::Int64>(bytes));
     response.set("X-Content-Type-Options", "nosniff");
     response.set("Cache-Control", "private, no-store");
-    response.sendFile(utf8(*file), "audio/wav");
+    if (request.getMethod() == Request::HTTP_HEAD)
+        response.send();
+    else
+        sendFile(*file, response);
+}
+
+void ResultHandler::sendFile(const std::filesystem::path &file, Response &response)
+{
+    std::ifstream source(file, std::ios::binary);
+    std::ostream &target = response.send();
+    std::vector<char> block(blockBytes);
+    while (source && target) {
+        source.read(block.data(), static_cast<std::streamsize>(block.size()));
+        target.write(block.data(), source.gcount());
+        m_connection.transferred(static_cast<std::size_t>(source.gcount()));
+    }
+    target.flush();
 }
 
 std::optional<std::filesystem::path> ResultHandler::fileOf(const std::string &path) const

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "localservice/server/backend.h"
 #include "localservice/server/replies.h"
 
 #include <Poco/Net/HTTPRequestHandler.h>
@@ -11,21 +12,25 @@
 
 namespace localservice {
 
-/// Sends the result files of finished jobs.
+/// Sends the result files of finished jobs, block by block.
 class ResultHandler final : public Poco::Net::HTTPRequestHandler
 {
 public:
-    explicit ResultHandler(Backend &backend)
+    ResultHandler(Backend &backend, const ClientConnection &connection)
         : m_backend(backend)
+        , m_connection(connection)
     { }
 
     void handleRequest(Request &request, Response &response) override;
 
 private:
-    /// The file behind "/results/TOKEN/NAME.wav", with the names that download.php gives.
+    /// The file behind "/results/TOKEN/NAME.wav", with the names that download.php returns.
     [[nodiscard]] std::optional<std::filesystem::path> fileOf(const std::string &path) const;
 
+    void sendFile(const std::filesystem::path &file, Response &response);
+
     Backend &m_backend;
+    ClientConnection m_connection;
 };
 
 } // namespace localservice

@@ -21,28 +21,28 @@ namespace localservice {
 
 namespace {
 
-    constexpr std::size_t kHashBytes = 32;
-    constexpr std::size_t kCodeBytes = 5;
-    constexpr std::int64_t kCodeSeconds = 1800;
-    // A session in use is prolonged at most this often.
-    constexpr std::int64_t kProlongSeconds = 3600;
-    constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
+constexpr std::size_t hashBytes = 32;
+constexpr std::size_t codeBytes = 5;
+constexpr std::int64_t codeSeconds = 1800;
+// A session in use is prolonged at most this often.
+constexpr std::int64_t prolongSeconds = 3600;
+constexpr std::int64_t never = std::numeric_limits<std::int64_t>::max();
 
-    std::string localDay(std::int64_t seconds)
-    {
-        const Poco::DateTime time(Poco::Timestamp::fromEpochTime(seconds));
-        return Poco::DateTimeFormatter::format(Poco::LocalDateTime(time), "%Y-%m-%d");
-    }
+std::string localDay(std::int64_t seconds)
+{
+    const Poco::DateTime time(Poco::Timestamp::fromEpochTime(seconds));
+    return Poco::DateTimeFormatter::format(Poco::LocalDateTime(time), "%Y-%m-%d");
+}
 
-    std::optional<Account> firstOf(Poco::Data::Statement &select)
-    {
-        select.execute();
-        Poco::Data::RecordSet rows(select);
-        if (!rows.moveFirst())
-            return std::nullopt;
-        return Account{rows["id"].convert<std::int64_t>(), rows["name"].convert<std::string>(),
-                       rows["email"].convert<std::string>(), rows["added"].convert<std::int64_t>()};
-    }
+std::optional<Account> firstOf(Poco::Data::Statement &select)
+{
+    select.execute();
+    Poco::Data::RecordSet rows(select);
+    if (!rows.moveFirst())
+        return std::nullopt;
+    return Account{rows["id"].convert<std::int64_t>(), rows["name"].convert<std::string>(),
+                   rows["email"].convert<std::string>(), rows["added"].convert<std::int64_t>()};
+}
 
 } // namespace
 
@@ -52,20 +52,20 @@ AccountStore::AccountStore(Database &database, Clock clock)
 {
     m_key = setting("digest_key");
     if (m_key.empty()) {
-        m_key = randomHex(kHashBytes);
+        m_key = randomHex(hashBytes);
         setSetting("digest_key", m_key);
     }
 }
 
-Account AccountStore::add(const AccountChange &person)
+Account AccountStore::add(const AccountChange &change)
 {
-    const std::string password = person.password.empty() ? "" : passwordHash(person.password);
+    const std::string password = change.password.empty() ? "" : passwordHash(change.password);
     Database::Access access = m_database.access();
-    if (find(person.email))
+    if (find(change.email))
         throw Refusal("There is already an account with this e-mail address.");
     access.session << "INSERT INTO users(name, email, password, added) VALUES(?, ?, ?, ?)",
-        bind(person.name), bind(person.email), bind(password), bind(m_clock()), now;
-    return *find(person.email);
+        bind(change.name), bind(change.email), bind(password), bind(m_clock()), now;
+    return *find(change.email);
 }
 
 std::optional<Account> AccountStore::find(const std::string &email)
@@ -87,15 +87,24 @@ std::optional<Account> AccountStore::signIn(const std::string &email, const std:
     return passwordMatches(hash, password) ? find(email) : std::nullopt;
 }
 
+bool AccountStore::hasPassword(std::int64_t account)
+{
+    Database::Access access = m_database.access();
+    int count = 0;
+    access.session << "SELECT COUNT(*) FROM users WHERE id = ? AND password <> ''", bind(account),
+        into(count), now;
+    return count == 1;
+}
+
 std::optional<Account> AccountStore::accountOf(const std::string &hash)
 {
     const std::string digest = sessionDigest(hash);
     Database::Access access = m_database.access();
-    std::string kept;
+    std::string stored;
     std::int64_t expires = 0;
     access.session << "SELECT digest, expires FROM sessions WHERE digest = ? AND expires > ?",
-        bind(digest), bind(m_clock()), into(kept), into(expires), now;
-    if (!sameSecret(kept, digest))
+        bind(digest), bind(m_clock()), into(stored), into(expires), now;
+    if (!sameSecret(stored, digest))
         return std::nullopt;
     prolong(digest, expires);
     Poco::Data::Statement select(access.session);
@@ -107,8 +116,8 @@ std::optional<Account> AccountStore::accountOf(const std::string &hash)
 
 std::string AccountStore::openSession(std::int64_t account)
 {
-    std::string hash = randomHex(kHashBytes);
-    keepSession(hash, account, m_clock() + kSessionSeconds);
+    std::string hash = randomHex(hashBytes);
+    keepSession(hash, account, m_clock() + sessionSeconds);
     return hash;
 }
 
@@ -122,8 +131,8 @@ void AccountStore::keepSession(const std::string &hash, std::int64_t account, st
 
 void AccountStore::prolong(const std::string &digest, std::int64_t expires)
 {
-    const std::int64_t later = m_clock() + kSessionSeconds;
-    if (expires > later - kProlongSeconds)
+    const std::int64_t later = m_clock() + sessionSeconds;
+    if (expires > later - prolongSeconds)
         return;
     try {
         Database::Access access = m_database.access();
@@ -137,9 +146,11 @@ void AccountStore::prolong(const std::string &digest, std::int64_t expires)
 
 void AccountStore::closeSession(const std::string &hash)
 {
-    Database::Access access = m_database.access();
-    access.session << "DELETE FROM sessions WHERE digest = ? AND expires < ?",
-        bind(sessionDigest(hash)), bind(kNever), now;
+    m_database.changeOnFullDisk([&] {
+        Database::Access access = m_database.access();
+        access.session << "DELETE FROM sessions WHERE digest = ? AND expires < ?",
+            bind(sessionDigest(hash)), bind(never), now;
+    });
 }
 
 std::string AccountStore::tokenOf(const std::string &hash) const
@@ -176,18 +187,22 @@ void AccountStore::setPassword(std::int64_t account, const std::string &password
     access.session << "UPDATE users SET password = ?, code = '', code_until = 0 WHERE id = ?",
         bind(passwordHash), bind(account), now;
     access.session << "DELETE FROM sessions WHERE account = ? AND digest <> ? AND expires < ?",
-        bind(account), bind(sessionDigest(session)), bind(kNever), now;
+        bind(account), bind(sessionDigest(session)), bind(never), now;
     transaction.commit();
 }
 
 std::optional<std::string> AccountStore::openRecovery(const std::string &email)
 {
-    const std::string code = randomHex(kCodeBytes);
+    const std::string code = randomHex(codeBytes);
     Database::Access access = m_database.access();
-    if (!find(email))
+    const std::optional<Account> account = find(email);
+    if (!account || isLocal(account->id)) {
+        // As much work as for a known address.
+        setSetting("unused_code", keyedDigest("code " + code, m_key));
         return std::nullopt;
+    }
     access.session << "UPDATE users SET code = ?, code_until = ? WHERE email = ?",
-        bind(keyedDigest("code " + code, m_key)), bind(m_clock() + kCodeSeconds), bind(email), now;
+        bind(keyedDigest("code " + code, m_key)), bind(m_clock() + codeSeconds), bind(email), now;
     return code;
 }
 
@@ -197,7 +212,7 @@ bool AccountStore::recover(const std::string &email, const std::string &code,
     if (!ownerOfCode(email, code))
         return false;
     const std::string hash = passwordHash(password);
-    // That took its time: somebody else may have used the code meanwhile.
+    // Hashing is slow: another request may have used the code meanwhile.
     Database::Access access = m_database.access();
     const std::optional<std::int64_t> owner = ownerOfCode(email, code);
     if (owner)
@@ -210,10 +225,10 @@ std::optional<std::int64_t> AccountStore::ownerOfCode(const std::string &email,
 {
     Database::Access access = m_database.access();
     std::int64_t id = 0;
-    std::string kept;
+    std::string stored;
     access.session << "SELECT id, code FROM users WHERE email = ? AND code_until >= ?", bind(email),
-        bind(m_clock()), into(id), into(kept), now;
-    if (kept.empty() || !sameSecret(kept, keyedDigest("code " + code, m_key)))
+        bind(m_clock()), into(id), into(stored), now;
+    if (stored.empty() || !sameSecret(stored, keyedDigest("code " + code, m_key)))
         return std::nullopt;
     return id;
 }
@@ -237,21 +252,27 @@ void AccountStore::countProcessed(std::int64_t account)
         bind(account), bind(day), now;
 }
 
+bool AccountStore::isLocal(std::int64_t account)
+{
+    return setting("local_account") == std::to_string(account);
+}
+
 std::string AccountStore::localSession()
 {
     Database::Access access = m_database.access();
     std::string hash = setting("local_hash");
     std::int64_t id = 0;
     if (hash.empty()) {
-        hash = randomHex(kHashBytes);
-        const std::optional<Account> known = find(kLocalEmail);
-        id = known ? known->id : add({"Local user", kLocalEmail, ""}).id;
+        hash = randomHex(hashBytes);
+        const std::optional<Account> known = find(localEmail);
+        id = known ? known->id : add({"Local user", localEmail, ""}).id;
         setSetting("local_hash", hash);
         setSetting("local_account", std::to_string(id));
     } else {
         id = std::stoll(setting("local_account"));
     }
-    keepSession(hash, id, kNever);
+    if (!accountOf(hash))
+        keepSession(hash, id, never);
     return hash;
 }
 

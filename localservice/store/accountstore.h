@@ -33,21 +33,23 @@ class AccountStore final
 {
 public:
     /// How long a session lasts after its latest use, in seconds.
-    static constexpr std::int64_t kSessionSeconds = std::int64_t{30} * 86400;
+    static constexpr std::int64_t sessionSeconds = std::int64_t{30} * 86400;
 
-    /// Gives the seconds since 1970.
+    /// Returns the seconds since 1970.
     using Clock = std::function<std::int64_t()>;
 
     explicit AccountStore(Database &database, Clock clock = secondsNow);
 
     /// Makes an account; throws Refusal when the e-mail address is taken.
-    Account add(const AccountChange &person);
+    Account add(const AccountChange &change);
     /// The account of an e-mail address and its password. Takes as long for an unknown address.
     [[nodiscard]] std::optional<Account> signIn(const std::string &email,
                                                 const std::string &password);
+    /// Whether somebody can sign in to the account.
+    [[nodiscard]] bool hasPassword(std::int64_t account);
     /// The account of a session, which this prolongs.
     [[nodiscard]] std::optional<Account> accountOf(const std::string &hash);
-    /// Begins a session and gives its hash, the secret that names it.
+    /// Begins a session and returns its hash, the secret that names it.
     [[nodiscard]] std::string openSession(std::int64_t account);
     /// Ends a session, unless it is the local one.
     void closeSession(const std::string &hash);
@@ -57,10 +59,11 @@ public:
     /// Throws Refusal when the e-mail address is another one's.
     void change(const Account &account, const AccountChange &change, const std::string &hash);
 
-    /// A code for a new password, valid once and for half an hour; nothing for an unknown address.
+    /// A code for a new password, valid once and for half an hour; empty for an unknown address and
+    /// for this computer's own account. Takes as long in all cases.
     [[nodiscard]] std::optional<std::string> openRecovery(const std::string &email);
-    /// Sets a new password with such a code and ends all sessions but the local one; gives whether
-    /// the code was right.
+    /// Sets a new password with such a code and ends all sessions but the local one; returns
+    /// whether the code was right.
     [[nodiscard]] bool recover(const std::string &email, const std::string &code,
                                const std::string &password);
 
@@ -68,12 +71,12 @@ public:
     [[nodiscard]] int processedToday(std::int64_t account);
     void countProcessed(std::int64_t account);
 
-    /// The session of the account that belongs to whoever owns this computer; made at the first
-    /// call, and never over.
+    /// The session of this computer's own account, created at the first call. It never expires.
     [[nodiscard]] std::string localSession();
 
 private:
     [[nodiscard]] std::optional<Account> find(const std::string &email);
+    [[nodiscard]] bool isLocal(std::int64_t account);
     [[nodiscard]] std::string setting(const std::string &name);
     void setSetting(const std::string &name, const std::string &value);
     void keepSession(const std::string &hash, std::int64_t account, std::int64_t expires);
@@ -91,6 +94,6 @@ private:
 };
 
 /// The e-mail address of the account that localSession() makes.
-inline constexpr const char *kLocalEmail = "local@localhost";
+inline constexpr const char *localEmail = "local@localhost";
 
 } // namespace localservice

@@ -7,86 +7,179 @@
 
 #include <Poco/Data/SQLite/Connector.h>
 #include <Poco/Data/SQLite/SQLiteException.h>
+#include <Poco/DateTimeFormatter.h>
+#include <Poco/Timestamp.h>
 
 #include <array>
 #include <chrono>
 
 using namespace Poco::Data::Keywords;
+namespace fs = std::filesystem;
 
 namespace localservice {
 
 namespace {
 
-    // "exclusive" keeps a second service from working on the same jobs.
-    constexpr std::array kSetUp = {
-        "PRAGMA locking_mode = EXCLUSIVE",
-        "PRAGMA journal_mode = WAL",
-        "PRAGMA synchronous = NORMAL",
-        "PRAGMA foreign_keys = ON",
-        "CREATE TABLE IF NOT EXISTS settings(name TEXT PRIMARY KEY, value TEXT NOT NULL)",
-        "CREATE TABLE IF NOT EXISTS users(id INTEGER PRIMARY KEY, name TEXT NOT NULL,"
-        " email TEXT NOT NULL UNIQUE COLLATE NOCASE, password TEXT NOT NULL, added INTEGER NOT "
-        "NULL,"
-        " code TEXT NOT NULL DEFAULT '', code_until INTEGER NOT NULL DEFAULT 0)",
-        "CREATE TABLE IF NOT EXISTS sessions(digest TEXT PRIMARY KEY,"
-        " account INTEGER NOT NULL REFERENCES users(id), expires INTEGER NOT NULL)",
-        "CREATE TABLE IF NOT EXISTS processed(account INTEGER NOT NULL REFERENCES users(id),"
-        " day TEXT NOT NULL, files INTEGER NOT NULL, PRIMARY KEY(account, day))",
-        "CREATE TABLE IF NOT EXISTS uploads(id INTEGER PRIMARY KEY,"
-        " account INTEGER NOT NULL REFERENCES users(id), name TEXT NOT NULL, file TEXT NOT NULL,"
-        " seconds REAL NOT NULL, added INTEGER NOT NULL, removed INTEGER NOT NULL DEFAULT 0)",
-        "CREATE INDEX IF NOT EXISTS uploads_by_name ON uploads(name)",
-        "CREATE TABLE IF NOT EXISTS jobs(id INTEGER PRIMARY KEY,"
-        " account INTEGER NOT NULL REFERENCES users(id), upload INTEGER NOT NULL,"
-        " instrument TEXT NOT NULL, extension TEXT NOT NULL, demo INTEGER NOT NULL, name TEXT NOT "
-        "NULL,"
-        " original TEXT NOT NULL, seconds REAL NOT NULL, state TEXT NOT NULL, reason TEXT NOT NULL,"
-        " token TEXT NOT NULL UNIQUE, added INTEGER NOT NULL, turn INTEGER NOT NULL)",
-        "CREATE INDEX IF NOT EXISTS jobs_by_state ON jobs(state, turn)",
-        "CREATE INDEX IF NOT EXISTS jobs_by_account ON jobs(account, added)",
-    };
+// "exclusive" keeps a second service from working on the same jobs.
+constexpr std::array setUpStatements = {
+    "PRAGMA locking_mode = EXCLUSIVE",
+    "PRAGMA journal_mode = WAL",
+    "PRAGMA synchronous = NORMAL",
+    "PRAGMA foreign_keys = ON",
+    "PRAGMA temp_store = MEMORY",
+    "CREATE TABLE IF NOT EXISTS settings(name TEXT PRIMARY KEY, value TEXT NOT NULL)",
+    "CREATE TABLE IF NOT EXISTS users(id INTEGER PRIMARY KEY, name TEXT NOT NULL,"
+    " email TEXT NOT NULL UNIQUE COLLATE NOCASE, password TEXT NOT NULL, added INTEGER NOT "
+    "NULL,"
+    " code TEXT NOT NULL DEFAULT '', code_until INTEGER NOT NULL DEFAULT 0)",
+    "CREATE TABLE IF NOT EXISTS sessions(digest TEXT PRIMARY KEY,"
+    " account INTEGER NOT NULL REFERENCES users(id), expires INTEGER NOT NULL)",
+    "CREATE TABLE IF NOT EXISTS processed(account INTEGER NOT NULL REFERENCES users(id),"
+    " day TEXT NOT NULL, files INTEGER NOT NULL, PRIMARY KEY(account, day))",
+    "CREATE TABLE IF NOT EXISTS uploads(id INTEGER PRIMARY KEY,"
+    " account INTEGER NOT NULL REFERENCES users(id), name TEXT NOT NULL, file TEXT NOT NULL,"
+    " seconds REAL NOT NULL, added INTEGER NOT NULL, removed INTEGER NOT NULL DEFAULT 0)",
+    "CREATE INDEX IF NOT EXISTS uploads_by_name ON uploads(name)",
+    "CREATE TABLE IF NOT EXISTS jobs(id INTEGER PRIMARY KEY,"
+    " account INTEGER NOT NULL REFERENCES users(id), upload INTEGER NOT NULL,"
+    " instrument TEXT NOT NULL, extension TEXT NOT NULL, demo INTEGER NOT NULL, name TEXT NOT "
+    "NULL,"
+    " original TEXT NOT NULL, seconds REAL NOT NULL, state TEXT NOT NULL, reason TEXT NOT NULL,"
+    " token TEXT NOT NULL UNIQUE, added INTEGER NOT NULL, turn INTEGER NOT NULL)",
+    "CREATE INDEX IF NOT EXISTS jobs_by_state ON jobs(state, turn)",
+    "CREATE INDEX IF NOT EXISTS jobs_by_account ON jobs(account, added)",
+};
 
-    // Sessions of earlier versions did not end by themselves: they get 30 days from their
-    // beginning.
-    constexpr std::array kLetSessionsExpire = {
-        "ALTER TABLE sessions RENAME COLUMN added TO expires",
-        "UPDATE sessions SET expires = expires + 2592000",
-    };
+// What earlier versions did not have yet.
+struct Addition
+{
+    const char *table;
+    const char *column;
+    const char *statement;
+};
+constexpr std::array additions = {
+    Addition{"jobs", "attempts", "ALTER TABLE jobs ADD COLUMN attempts INTEGER NOT NULL DEFAULT 0"},
+    Addition{"jobs", "started", "ALTER TABLE jobs ADD COLUMN started INTEGER NOT NULL DEFAULT 0"},
+    Addition{"jobs", "bytes", "ALTER TABLE jobs ADD COLUMN bytes INTEGER NOT NULL DEFAULT 0"},
+    Addition{"uploads", "bytes", "ALTER TABLE uploads ADD COLUMN bytes INTEGER NOT NULL DEFAULT 0"},
+};
 
-    void bringUpToDate(Poco::Data::Session &session)
-    {
-        int isOld = 0;
-        session << "SELECT COUNT(*) FROM pragma_table_info('sessions') WHERE name = 'added'",
-            into(isOld), now;
-        if (isOld == 0)
-            return;
-        Transaction transaction(session);
-        for (const char *statement : kLetSessionsExpire)
+// Sessions of earlier versions did not expire: they get 30 days from their beginning.
+constexpr std::array sessionExpiryStatements = {
+    "ALTER TABLE sessions RENAME COLUMN added TO expires",
+    "UPDATE sessions SET expires = expires + 2592000",
+};
+
+bool hasColumn(Poco::Data::Session &session, const std::string &table, const std::string &column)
+{
+    int count = 0;
+    session << "SELECT COUNT(*) FROM pragma_table_info(?) WHERE name = ?", bind(table),
+        bind(column), into(count), now;
+    return count > 0;
+}
+
+void migrate(Poco::Data::Session &session)
+{
+    Transaction transaction(session);
+    if (hasColumn(session, "sessions", "added")) {
+        for (const char *statement : sessionExpiryStatements)
             session << statement, now;
-        transaction.commit();
     }
+    for (const auto &[table, column, statement] : additions) {
+        if (!hasColumn(session, table, column))
+            session << statement, now;
+    }
+    transaction.commit();
+}
 
-    Poco::Data::Session open(const std::filesystem::path &file)
-    {
-        Poco::Data::SQLite::Connector::registerConnector();
+class DatabaseDamaged final : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+void checkWhole(Poco::Data::Session &session)
+{
+    std::string result;
+    session << "PRAGMA quick_check(1)", into(result), now;
+    if (result != "ok")
+        throw DatabaseDamaged(result);
+}
+
+Poco::Data::Session open(const fs::path &file)
+{
+    using namespace Poco::Data::SQLite;
+    Connector::registerConnector();
+    try {
         Poco::Data::Session session("SQLite", utf8(file), 1);
+        for (const char *statement : setUpStatements)
+            session << statement, now;
+        checkWhole(session);
+        migrate(session);
         return session;
+    } catch (const DBLockedException &) {
+        throw DatabaseBusy("Another service already uses " + utf8(file));
+    } catch (const TableLockedException &) {
+        throw DatabaseBusy("Another service already uses " + utf8(file));
+    } catch (const CorruptImageException &error) {
+        throw DatabaseDamaged(error.displayText());
+    } catch (const SQLiteException &error) {
+        // The library has no class for this one.
+        if (error.displayText().find("not a database") == std::string::npos)
+            throw;
+        throw DatabaseDamaged(error.displayText());
     }
+}
+
+// The files beside the database are renamed with it: they belong together.
+fs::path setAside(const fs::path &file)
+{
+    const std::string date =
+        Poco::DateTimeFormatter::format(Poco::Timestamp(), ".damaged-%Y-%m-%dT%H-%M-%S");
+    for (const char *suffix : {"-wal", "-shm"}) {
+        std::error_code missing;
+        fs::rename(fs::path(file) += suffix, (fs::path(file) += date) += suffix, missing);
+    }
+    fs::rename(file, fs::path(file) += date);
+    return fs::path(file) += date;
+}
+
+Poco::Data::Session openOrReplace(const fs::path &file, fs::path &damagedFile)
+{
+    try {
+        return open(file);
+    } catch (const DatabaseDamaged &error) {
+        damagedFile = setAside(file);
+        log("The database was damaged (" + std::string(error.what()) + "). It is now "
+            + utf8(damagedFile) + ", and a new one begins.");
+        return open(file);
+    }
+}
 
 } // namespace
 
-Database::Database(const std::filesystem::path &file)
-    : m_session(open(file))
+Database::Database(const fs::path &file)
+    : m_reserve(fs::path(file).replace_filename("reserve"))
+    , m_session(openOrReplace(file, m_damagedFile))
+{ }
+
+void Database::releaseReserve()
 {
+    const std::lock_guard lock(m_mutex);
+    log("The disk is full: using the reserve");
+    m_reserve.release();
     try {
-        for (const char *statement : kSetUp)
-            m_session << statement, now;
-        bringUpToDate(m_session);
-    } catch (const Poco::Data::SQLite::DBLockedException &) {
-        throw DatabaseBusy("Another service already uses " + utf8(file));
-    } catch (const Poco::Data::SQLite::TableLockedException &) {
-        throw DatabaseBusy("Another service already uses " + utf8(file));
+        // Shortens the file that changes are written to first.
+        m_session << "PRAGMA wal_checkpoint(TRUNCATE)", now;
+    } catch (const Poco::Data::SQLite::SQLiteException &error) {
+        log("Could not shorten the database's log: " + error.displayText());
     }
+}
+
+void Database::refillReserve()
+{
+    const std::lock_guard lock(m_mutex);
+    m_reserve.refill();
 }
 
 Transaction::Transaction(Poco::Data::Session &session)

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "localservice/store/diskreserve.h"
+
+#include <Poco/Data/SQLite/SQLiteException.h>
 #include <Poco/Data/Session.h>
 
 #include <cstdint>
@@ -10,12 +13,16 @@
 
 namespace localservice {
 
-/// The one connection to the service's SQLite file, and its tables. Another service cannot open the
-/// file while this one does: the constructor then throws DatabaseBusy.
+/// The one connection to the service's SQLite file, and its tables. Thread-safe.
 class Database final
 {
 public:
+    /// Another service cannot open the file while this one does: throws DatabaseBusy. A damaged
+    /// file is renamed, and an empty database takes its place.
     explicit Database(const std::filesystem::path &file);
+
+    /// The new name of the damaged file; "" when there was none.
+    [[nodiscard]] const std::filesystem::path &damagedFile() const { return m_damagedFile; }
 
     /// The connection, for one thread as long as the object lives.
     class Access
@@ -33,7 +40,25 @@ public:
 
     [[nodiscard]] Access access() { return Access(*this); }
 
+    /// Makes a change that must also work on a full disk, by means of the reserve. Call it outside
+    /// of transactions.
+    template <typename Change> auto changeOnFullDisk(Change change)
+    {
+        try {
+            return change();
+        } catch (const Poco::Data::SQLite::DatabaseFullException &) {
+            releaseReserve();
+            return change();
+        }
+    }
+    /// To be called when there may be room again.
+    void refillReserve();
+
 private:
+    void releaseReserve();
+
+    std::filesystem::path m_damagedFile;
+    DiskReserve m_reserve;
     std::recursive_mutex m_mutex;
     Poco::Data::Session m_session;
 };

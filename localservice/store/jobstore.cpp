@@ -14,71 +14,73 @@ namespace localservice {
 
 namespace {
 
-    constexpr std::array kStateWords = {"queued", "running", "ready", "failed", "cancelled"};
-    constexpr const char *kSelect =
-        "SELECT jobs.id AS id, jobs.account AS account, upload, instrument, extension, demo,"
-        " jobs.name AS name, original, jobs.seconds AS seconds, state, reason, token,"
-        " jobs.added AS added FROM jobs ";
+constexpr std::array stateWords = {"queued", "running", "ready", "failed", "cancelled"};
+constexpr const char *selectJobs =
+    "SELECT jobs.id AS id, jobs.account AS account, upload, instrument, extension, demo,"
+    " jobs.name AS name, original, jobs.seconds AS seconds, state, reason, token,"
+    " jobs.added AS added, jobs.bytes AS bytes, attempts FROM jobs ";
 
-    std::string wordOf(JobState state)
-    {
-        return kStateWords[static_cast<std::size_t>(state)];
-    }
+std::string wordOf(JobState state)
+{
+    return stateWords[static_cast<std::size_t>(state)];
+}
 
-    JobState stateOf(const std::string &word)
-    {
-        for (std::size_t i = 0; i < kStateWords.size(); ++i) {
-            if (word == kStateWords[i])
-                return static_cast<JobState>(i);
-        }
-        return JobState::Failed;
+JobState stateOf(const std::string &word)
+{
+    for (std::size_t i = 0; i < stateWords.size(); ++i) {
+        if (word == stateWords[i])
+            return static_cast<JobState>(i);
     }
+    return JobState::Failed;
+}
 
-    Job jobOf(Poco::Data::RecordSet &row)
-    {
-        const auto text = [&row](const char *column) { return row[column].convert<std::string>(); };
-        Job job;
-        job.id = row["id"].convert<std::int32_t>();
-        job.account = row["account"].convert<std::int64_t>();
-        job.upload = row["upload"].convert<std::int64_t>();
-        job.instrument = text("instrument");
-        job.extension = text("extension");
-        job.demo = row["demo"].convert<int>() != 0;
-        job.name = text("name");
-        job.original = text("original");
-        job.seconds = row["seconds"].convert<double>();
-        job.state = stateOf(text("state"));
-        job.reason = text("reason");
-        job.token = text("token");
-        job.added = row["added"].convert<std::int64_t>();
-        return job;
-    }
+Job jobOf(Poco::Data::RecordSet &row)
+{
+    const auto text = [&row](const char *column) { return row[column].convert<std::string>(); };
+    Job job;
+    job.id = row["id"].convert<std::int32_t>();
+    job.account = row["account"].convert<std::int64_t>();
+    job.upload = row["upload"].convert<std::int64_t>();
+    job.instrument = text("instrument");
+    job.extension = text("extension");
+    job.demo = row["demo"].convert<int>() != 0;
+    job.name = text("name");
+    job.original = text("original");
+    job.seconds = row["seconds"].convert<double>();
+    job.state = stateOf(text("state"));
+    job.reason = text("reason");
+    job.token = text("token");
+    job.added = row["added"].convert<std::int64_t>();
+    job.bytes = row["bytes"].convert<std::int64_t>();
+    job.attempts = row["attempts"].convert<int>();
+    return job;
+}
 
-    std::vector<Job> jobsOf(Poco::Data::Statement &select)
-    {
-        select.execute();
-        Poco::Data::RecordSet rows(select);
-        std::vector<Job> jobs;
-        for (bool more = rows.moveFirst(); more; more = rows.moveNext())
-            jobs.push_back(jobOf(rows));
-        return jobs;
-    }
+std::vector<Job> jobsOf(Poco::Data::Statement &select)
+{
+    select.execute();
+    Poco::Data::RecordSet rows(select);
+    std::vector<Job> jobs;
+    for (bool more = rows.moveFirst(); more; more = rows.moveNext())
+        jobs.push_back(jobOf(rows));
+    return jobs;
+}
 
-    std::optional<Job> firstOf(std::vector<Job> jobs)
-    {
-        return jobs.empty() ? std::nullopt : std::optional(std::move(jobs.front()));
-    }
+std::optional<Job> firstOf(std::vector<Job> jobs)
+{
+    return jobs.empty() ? std::nullopt : std::optional(std::move(jobs.front()));
+}
 
-    std::int32_t freeId(Poco::Data::Session &session)
-    {
-        for (;;) {
-            const std::int32_t id = randomId();
-            int taken = 0;
-            session << "SELECT COUNT(*) FROM jobs WHERE id = ?", bind(id), into(taken), now;
-            if (taken == 0)
-                return id;
-        }
+std::int32_t freeId(Poco::Data::Session &session)
+{
+    for (;;) {
+        const std::int32_t id = randomId();
+        int taken = 0;
+        session << "SELECT COUNT(*) FROM jobs WHERE id = ?", bind(id), into(taken), now;
+        if (taken == 0)
+            return id;
     }
+}
 
 } // namespace
 
@@ -86,16 +88,16 @@ std::int32_t JobStore::add(const Job &job, const std::string &uploadName)
 {
     Database::Access access = m_database.access();
     Transaction transaction(access.session);
-    if (const std::optional<Job> twin = findTwin(job, uploadName))
-        return twin->id;
+    if (const std::optional<Job> duplicate = findDuplicate(job, uploadName))
+        return duplicate->id;
     const std::int32_t id = freeId(access.session);
     access.session
         << "INSERT INTO jobs(id, account, upload, instrument, extension, demo, name, original,"
-           " seconds, state, reason, token, added, turn) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?,"
-           " 'queued', '', ?, ?, (SELECT COALESCE(MAX(turn), 0) + 1 FROM jobs))",
+           " seconds, state, reason, token, added, bytes, turn) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?,"
+           " 'queued', '', ?, ?, ?, (SELECT COALESCE(MAX(turn), 0) + 1 FROM jobs))",
         bind(id), bind(job.account), bind(job.upload), bind(job.instrument), bind(job.extension),
         bind(job.demo ? 1 : 0), bind(job.name), bind(job.original), bind(job.seconds),
-        bind(randomHex(32)), bind(secondsNow()), now;
+        bind(randomHex(32)), bind(secondsNow()), bind(job.bytes), now;
     transaction.commit();
     return id;
 }
@@ -104,7 +106,7 @@ std::vector<Job> JobStore::select(const std::string &condition, std::int64_t val
 {
     Database::Access access = m_database.access();
     Poco::Data::Statement select(access.session);
-    select << kSelect << condition, bind(value);
+    select << selectJobs << condition, bind(value);
     return jobsOf(select);
 }
 
@@ -117,16 +119,16 @@ std::optional<Job> JobStore::findByToken(const std::string &token)
 {
     Database::Access access = m_database.access();
     Poco::Data::Statement select(access.session);
-    select << kSelect << "WHERE token = ?", bind(token);
+    select << selectJobs << "WHERE token = ?", bind(token);
     return firstOf(jobsOf(select));
 }
 
-std::optional<Job> JobStore::findTwin(const Job &job, const std::string &uploadName)
+std::optional<Job> JobStore::findDuplicate(const Job &job, const std::string &uploadName)
 {
     Database::Access access = m_database.access();
     Poco::Data::Statement select(access.session);
     select
-        << kSelect
+        << selectJobs
         << "JOIN uploads ON uploads.id = jobs.upload WHERE jobs.account = ? AND uploads.name = ?"
            " AND instrument = ? AND extension = ? AND demo = ? AND state IN ('queued', 'running')",
         bind(job.account), bind(uploadName), bind(job.instrument), bind(job.extension),
@@ -134,17 +136,64 @@ std::optional<Job> JobStore::findTwin(const Job &job, const std::string &uploadN
     return firstOf(jobsOf(select));
 }
 
-std::optional<Job> JobStore::takeNext()
+std::vector<QueuedJob> JobStore::queued()
 {
     Database::Access access = m_database.access();
-    std::optional<Job> job =
-        firstOf(select("WHERE state = 'queued' AND turn > ? ORDER BY turn LIMIT 1", 0));
-    if (job)
-        move(job->id, JobState::Queued, JobState::Running);
-    return job;
+    std::vector<std::int32_t> ids;
+    std::vector<std::int64_t> accounts;
+    std::vector<double> seconds;
+    access.session << "SELECT id, account, seconds FROM jobs WHERE state = 'queued' ORDER BY turn",
+        into(ids), into(accounts), into(seconds), now;
+    std::vector<QueuedJob> jobs;
+    for (std::size_t i = 0; i < ids.size(); ++i)
+        jobs.push_back({ids[i], accounts[i], seconds[i]});
+    return jobs;
+}
+
+std::map<std::int64_t, std::int64_t> JobStore::lastStarts()
+{
+    Database::Access access = m_database.access();
+    std::vector<std::int64_t> accounts;
+    std::vector<std::int64_t> starts;
+    access.session << "SELECT account, MAX(started) FROM jobs WHERE started > 0 GROUP BY account",
+        into(accounts), into(starts), now;
+    std::map<std::int64_t, std::int64_t> result;
+    for (std::size_t i = 0; i < accounts.size(); ++i)
+        result[accounts[i]] = starts[i];
+    return result;
+}
+
+std::optional<Job> JobStore::start(std::int32_t id)
+{
+    return m_database.changeOnFullDisk([&]() -> std::optional<Job> {
+        Database::Access access = m_database.access();
+        Transaction transaction(access.session);
+        if (!moveNow(id, JobState::Queued, JobState::Running, {}))
+            return std::nullopt;
+        access.session << "UPDATE jobs SET attempts = attempts + 1,"
+                          " started = (SELECT MAX(started) + 1 FROM jobs) WHERE id = ?",
+            bind(id), now;
+        transaction.commit();
+        return find(id);
+    });
+}
+
+void JobStore::putBack(std::int32_t id)
+{
+    m_database.changeOnFullDisk([&] {
+        Database::Access access = m_database.access();
+        access.session << "UPDATE jobs SET state = 'queued', attempts = attempts - 1"
+                          " WHERE id = ? AND state = 'running'",
+            bind(id), now;
+    });
 }
 
 bool JobStore::move(std::int32_t id, JobState from, JobState to, const std::string &reason)
+{
+    return m_database.changeOnFullDisk([&] { return moveNow(id, from, to, reason); });
+}
+
+bool JobStore::moveNow(std::int32_t id, JobState from, JobState to, const std::string &reason)
 {
     Database::Access access = m_database.access();
     Poco::Data::Statement update(access.session);
@@ -156,20 +205,43 @@ bool JobStore::move(std::int32_t id, JobState from, JobState to, const std::stri
     return changed == 1;
 }
 
-void JobStore::requeueInterrupted()
+void JobStore::requeueInterrupted(const std::string &reason)
 {
-    Database::Access access = m_database.access();
-    access.session << "UPDATE jobs SET state = 'queued' WHERE state = 'running'", now;
+    m_database.changeOnFullDisk([&] {
+        Database::Access access = m_database.access();
+        access.session << "UPDATE jobs SET state = 'failed', reason = ?"
+                          " WHERE state = 'running' AND attempts >= ?",
+            bind(reason), bind(maxAttempts), now;
+        access.session << "UPDATE jobs SET state = 'queued' WHERE state = 'running'", now;
+    });
 }
 
-double JobStore::secondsBefore(std::int32_t id)
+void JobStore::cancelUnfinished()
+{
+    m_database.changeOnFullDisk([&] {
+        Database::Access access = m_database.access();
+        access.session << "UPDATE jobs SET state = 'cancelled'"
+                          " WHERE state IN ('queued', 'running')",
+            now;
+    });
+}
+
+std::int64_t JobStore::bytesOf(std::int64_t account)
 {
     Database::Access access = m_database.access();
-    double seconds = 0;
-    access.session << "SELECT COALESCE(SUM(seconds), 0) FROM jobs WHERE state = 'queued'"
-                      " AND turn < (SELECT turn FROM jobs WHERE id = ?)",
-        bind(id), into(seconds), now;
-    return seconds;
+    std::int64_t bytes = 0;
+    access.session << "SELECT COALESCE(SUM(bytes), 0) FROM jobs WHERE account = ?"
+                      " AND state IN ('queued', 'running', 'ready')",
+        bind(account), into(bytes), now;
+    return bytes;
+}
+
+std::vector<std::string> JobStore::tokens()
+{
+    Database::Access access = m_database.access();
+    std::vector<std::string> tokens;
+    access.session << "SELECT token FROM jobs", into(tokens), now;
+    return tokens;
 }
 
 std::vector<Job> JobStore::finishedOf(std::int64_t account)
@@ -179,14 +251,17 @@ std::vector<Job> JobStore::finishedOf(std::int64_t account)
 
 std::vector<std::string> JobStore::takeOlderThan(std::int64_t time)
 {
-    Database::Access access = m_database.access();
-    Transaction transaction(access.session);
-    constexpr const char *kOld = "state NOT IN ('queued', 'running') AND added < ?";
-    std::vector<std::string> tokens;
-    access.session << "SELECT token FROM jobs WHERE " << kOld, bind(time), into(tokens), now;
-    access.session << "DELETE FROM jobs WHERE " << kOld, bind(time), now;
-    transaction.commit();
-    return tokens;
+    return m_database.changeOnFullDisk([&] {
+        Database::Access access = m_database.access();
+        Transaction transaction(access.session);
+        constexpr const char *oldJobs = "state NOT IN ('queued', 'running') AND added < ?";
+        std::vector<std::string> tokens;
+        access.session << "SELECT token FROM jobs WHERE " << oldJobs, bind(time), into(tokens), now;
+        if (!tokens.empty())
+            access.session << "DELETE FROM jobs WHERE " << oldJobs, bind(time), now;
+        transaction.commit();
+        return tokens;
+    });
 }
 
 } // namespace localservice

@@ -4,6 +4,7 @@
 
 #include "localservice/store/database.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,7 +13,7 @@ namespace localservice {
 
 enum class JobState { Queued, Running, Ready, Failed, Cancelled };
 
-/// One request of an account to take one song apart.
+/// A request of an account to separate one song.
 struct Job
 {
     std::int32_t id = 0;
@@ -28,6 +29,18 @@ struct Job
     std::string reason; ///< one sentence, when it failed
     std::string token; ///< the unguessable part of the results' addresses
     std::int64_t added = 0;
+    std::int64_t bytes = 0; ///< that its results take on the disk
+    int attempts = 0; ///< how often it was started
+};
+
+/// A waiting job.
+struct QueuedJob
+{
+    std::int32_t id = 0;
+    std::int64_t account = 0;
+    double seconds = 0; ///< of sound
+
+    bool operator==(const QueuedJob &) const = default;
 };
 
 /// The jobs of all accounts. They survive the end of the program. Thread-safe.
@@ -38,29 +51,44 @@ public:
         : m_database(database)
     { }
 
-    /// Puts a job at the end of the queue and gives its id. While an equal job of the same account
-    /// waits or runs, no second one is made: the id is that one's. `uploadName` is the client's
+    /// Adds a job to the queue and returns its id. While an equal job of the same account waits or
+    /// runs, no second one is added: the id is that one's. `uploadName` is the client's
     /// name of the file.
     std::int32_t add(const Job &job, const std::string &uploadName);
     [[nodiscard]] std::optional<Job> find(std::int32_t id);
     [[nodiscard]] std::optional<Job> findByToken(const std::string &token);
     /// An account's waiting or running job equal to this one.
-    [[nodiscard]] std::optional<Job> findTwin(const Job &job, const std::string &uploadName);
-    /// Takes the first job of the queue, which thereby runs.
-    [[nodiscard]] std::optional<Job> takeNext();
-    /// Moves a job on from one state to another; gives whether it was in the first one.
+    [[nodiscard]] std::optional<Job> findDuplicate(const Job &job, const std::string &uploadName);
+    /// The waiting jobs, the oldest first.
+    [[nodiscard]] std::vector<QueuedJob> queued();
+    /// When each account's latest job was started: a number that rises with every start.
+    [[nodiscard]] std::map<std::int64_t, std::int64_t> lastStarts();
+    /// Marks a waiting job as running and counts the attempt. Empty when it does not wait any more.
+    [[nodiscard]] std::optional<Job> start(std::int32_t id);
+    /// Puts a running job back to its place in the queue, as if it had not been started.
+    void putBack(std::int32_t id);
+    /// Moves a job on from one state to another; returns whether it was in the first one.
     bool move(std::int32_t id, JobState from, JobState to, const std::string &reason = {});
-    /// Puts the jobs that were running when the program ended back to their place in the queue.
-    void requeueInterrupted();
-    /// The seconds of sound of the jobs that wait before this one.
-    [[nodiscard]] double secondsBefore(std::int32_t id);
+    /// Puts the jobs that were running when the program died back to their place in the queue.
+    /// Those that have been there maxAttempts times fail with the reason.
+    void requeueInterrupted(const std::string &reason);
+    /// Cancels all waiting and running jobs.
+    void cancelUnfinished();
+    /// The bytes on the disk of an account's results, also of those that are still to come.
+    [[nodiscard]] std::int64_t bytesOf(std::int64_t account);
+    /// The tokens of all jobs.
+    [[nodiscard]] std::vector<std::string> tokens();
     /// An account's finished jobs, the newest first.
     [[nodiscard]] std::vector<Job> finishedOf(std::int64_t account);
-    /// Forgets the jobs that ended and were added before a time, and gives their tokens.
+    /// Deletes the jobs that ended and were added before a time, and returns their tokens.
     [[nodiscard]] std::vector<std::string> takeOlderThan(std::int64_t time);
+
+    /// How often a job is started before it fails.
+    static constexpr int maxAttempts = 2;
 
 private:
     [[nodiscard]] std::vector<Job> select(const std::string &condition, std::int64_t value);
+    bool moveNow(std::int32_t id, JobState from, JobState to, const std::string &reason);
 
     Database &m_database;
 };

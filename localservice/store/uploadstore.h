@@ -18,6 +18,7 @@ struct Upload
     std::string name;
     std::string file;
     double seconds = 0;
+    std::int64_t bytes = 0;
 };
 
 /// The uploaded files that the service keeps. Thread-safe.
@@ -28,7 +29,7 @@ public:
         : m_database(database)
     { }
 
-    /// Keeps a new file; an older one of the same account and name is removed. Gives its id.
+    /// Keeps a new file; an older one of the same account and name is removed. Returns its id.
     std::int64_t add(const Upload &upload);
     /// The file of an account's client's name, unless it was removed.
     [[nodiscard]] std::optional<Upload> find(std::int64_t account, const std::string &name);
@@ -38,14 +39,18 @@ public:
     void remove(std::int64_t account, const std::string &name);
     /// Marks what was uploaded before a time (in seconds since 1970) as removed.
     void removeOlderThan(std::int64_t time);
-    /// Forgets the removed files that no job needs any longer, and gives their names on disk: those
-    /// of waiting and running jobs are needed, and those of demo results, which may still be made
-    /// whole until `demosBefore`.
+    /// Deletes the rows of removed files that no job needs any longer, and returns their names on
+    /// disk: those of waiting and running jobs are needed, and those of demo results, which may
+    /// still be made whole until `demosBefore`.
     [[nodiscard]] std::vector<std::string> takeUnneeded(std::int64_t demosBefore);
+    /// The bytes of an account's files on the disk.
+    [[nodiscard]] std::int64_t bytesOf(std::int64_t account);
     /// The names on disk of all files that are kept.
     [[nodiscard]] std::vector<std::string> files();
 
 private:
+    void markRemoved(std::int64_t account, const std::string &name);
+
     Database &m_database;
 };
 

@@ -47,6 +47,19 @@ private slots:
         const auto &announcement = m_service.announcement();
         m_url = announcement->url;
         m_local = LocalAccount{announcement->email, announcement->hash};
+        // An embedded service takes no registrations.
+        m_open.setStandardErrorFile(m_folder.filePath("open.log"));
+        m_open.start(QCoreApplication::applicationDirPath() + "/teko-service",
+                     {"--listen", "127.0.0.1:0", "--data", m_folder.filePath("open")});
+        const QRegularExpression address("Listening on (\\S+)");
+        QTRY_VERIFY_WITH_TIMEOUT(openLog().contains(address), 30000);
+        m_openUrl = QUrl(address.match(openLog()).captured(1));
+    }
+
+    void cleanupTestCase()
+    {
+        m_open.terminate();
+        QVERIFY(m_open.waitForFinished());
     }
 
     void init()
@@ -69,13 +82,13 @@ private slots:
     void lifeOfAnAccount()
     {
         {
-            Person ann(m_url);
+            Person ann(m_openUrl);
             QSignalSpy welcomed(&ann.auth, &UserAuth::welcomed);
             ann.auth.registerAccount("Ann", "ann@b.de", "password 1");
             QTRY_COMPARE(welcomed.size(), 1);
             QCOMPARE(ann.store.user().name, "Ann");
         }
-        Person ann(m_url); // the next run
+        Person ann(m_openUrl); // the next run
         QSignalSpy entered(&ann.auth, &UserAuth::signedIn);
         ann.auth.initialCheck();
         QTRY_COMPARE(entered.size(), 1);
@@ -104,7 +117,7 @@ private slots:
     /// Who has signed out is nobody any more, here and at the service.
     void signOutEndsTheSession()
     {
-        Person ann(m_url);
+        Person ann(m_openUrl);
         QSignalSpy welcomed(&ann.auth, &UserAuth::welcomed);
         ann.auth.registerAccount("Name", "ann2@b.de", "password");
         QTRY_COMPARE(welcomed.size(), 1);
@@ -127,15 +140,20 @@ private:
 
     [[nodiscard]] QString recoveryCode(const QString &email) const
     {
-        const QByteArray log = readFile(m_folder.filePath("service/service.log"));
         const QRegularExpression line("recovery code for " + email + " is (\\w+)");
-        return line.match(QString::fromUtf8(log)).captured(1);
+        return line.match(openLog()).captured(1);
+    }
+    [[nodiscard]] QString openLog() const
+    {
+        return QString::fromUtf8(readFile(m_folder.filePath("open.log")));
     }
 
     QTemporaryDir m_folder;
     EmbeddedService m_service{QCoreApplication::applicationDirPath() + "/teko-service",
                               m_folder.filePath("service")};
     QUrl m_url;
+    QProcess m_open;
+    QUrl m_openUrl;
     std::optional<LocalAccount> m_local;
 };
 

@@ -30,9 +30,9 @@ public:
     {
         m_process.start(program(), QStringList{"--embedded", "--data", folder} + options);
         while (!m_process.canReadLine() && m_process.waitForReadyRead(20000)) { }
-        const QJsonObject greeting = QJsonDocument::fromJson(m_process.readLine()).object();
-        url = greeting["url"].toString();
-        hash = greeting["hash"].toString();
+        const QJsonObject startLine = QJsonDocument::fromJson(m_process.readLine()).object();
+        url = startLine["url"].toString();
+        hash = startLine["hash"].toString();
     }
     ~RunningService()
     {
@@ -72,9 +72,11 @@ public:
         , m_url(std::move(url))
     { }
 
+    /// `url` may be relative to that of download.php.
     QByteArray get(const QString &url, int *status = nullptr)
     {
-        return finish(m_network.get(QNetworkRequest(QUrl(url))), status);
+        const QUrl base(m_url + "/teko-server/");
+        return finish(m_network.get(QNetworkRequest(base.resolved(QUrl(url)))), status);
     }
     QByteArray post(const QString &path, const Form &form, int *status = nullptr)
     {
@@ -106,7 +108,7 @@ public:
             add(QStringLiteral("form-data; name=\"%1\"").arg(key), value.toUtf8());
         return finish(m_network.post(requestTo("proceed.php"), &parts), nullptr);
     }
-    /// Asks until the job is no longer under way, and gives the last answer.
+    /// Polls until the job has ended, and returns the last answer.
     QByteArray waitForEnd(const QByteArray &id)
     {
         QByteArray answer;

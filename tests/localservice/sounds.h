@@ -10,16 +10,16 @@
 #include <functional>
 #include <numbers>
 
-/// Interleaved samples of a sound whose value at (frame, channel) a function gives, -1 to 1.
+/// Interleaved samples of a sound whose value at (frame, channel) a function returns, -1 to 1.
 inline std::vector<std::int32_t> soundOf(const localservice::WavShape &shape,
                                          const std::function<double(qint64, int)> &value)
 {
-    const double most = std::ldexp(1.0, shape.bits - 1) - 1;
+    const double maximum = std::ldexp(1.0, shape.bits - 1) - 1;
     std::vector<std::int32_t> samples;
     samples.reserve(std::size_t(shape.frames * shape.channels));
     for (qint64 frame = 0; frame < shape.frames; ++frame) {
         for (int channel = 0; channel < shape.channels; ++channel)
-            samples.push_back(std::int32_t(std::lrint(most * value(frame, channel))));
+            samples.push_back(std::int32_t(std::lrint(maximum * value(frame, channel))));
     }
     return samples;
 }

@@ -7,7 +7,9 @@
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
+#include <QDir>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -105,7 +107,7 @@ private slots:
         writeWav(at("in.wav"), shape, input);
         JobControl control;
         QVERIFY(separate(task(part), control));
-        QCOMPARE(control.share.load(), 1.0);
+        QCOMPARE(control.progress.load(), 1.0);
         const double share = energyOf(readWav(at("mix.wav"))) / energyOf(input);
         QVERIFY2(share < 0.1, qPrintable(QStringLiteral("left in the mix: %1").arg(share)));
     }
@@ -114,11 +116,12 @@ private slots:
     {
         const std::array<float, 4> values = {0, 1e-20F, 0.3F, 1e4F};
         for (const float hertz : {0.0F, 60.0F, 440.0F, 20000.0F}) {
-            for (const float lasting : values) {
-                for (const float striking : values) {
+            for (const float sustained : values) {
+                for (const float transient : values) {
                     for (const float pan : {-1.0F, 0.0F, 0.5F}) {
-                        const Masks masks = shareOut({lasting, striking, {pan, 1 - std::abs(pan)}},
-                                                     Bands(hertz), {-0.9F, {}});
+                        const Masks masks =
+                            computeMasks({sustained, transient, {pan, 1 - std::abs(pan)}},
+                                         FrequencyWeights(hertz), {-0.9F, {}});
                         for (const float mask : masks)
                             QVERIFY(mask >= 0 && mask <= 1);
                         const float sum = std::accumulate(masks.begin(), masks.end(), 0.0F);
@@ -164,6 +167,37 @@ private slots:
         }
     }
 
+    void programSeparates_data()
+    {
+        const Rows<QStringList, int, QByteArray> add;
+        add("done", {"in.wav", "vocals", "1.wav", "2.wav"}, 0, "");
+        add("usage", {"in.wav", "vocals"}, 2, "error: Four arguments");
+        add("instrument", {"in.wav", "flute", "1.wav", "2.wav"}, 2, "error: There is no such");
+        add("no WAV", {"text", "vocals", "1.wav", "2.wav"}, 1, "error: The uploaded file is not");
+        add("existing result", {"in.wav", "vocals", "1.wav", "text"}, 1, "exists already");
+    }
+
+    void programSeparates()
+    {
+        const auto [arguments, code, message] = fetchRow<QStringList, int, QByteArray>();
+        const QTemporaryDir dir;
+        const WavShape shape{1, 8000, 16, 8000};
+        writeWav(dir.filePath("in.wav").toStdString(), shape, std::vector<std::int32_t>(8000));
+        std::ofstream(dir.filePath("text").toStdString()) << "mine";
+        QProcess program;
+        program.setWorkingDirectory(dir.path());
+        program.start(QCoreApplication::applicationDirPath() + "/teko-separate", arguments);
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitCode(), code);
+        const QByteArray error = program.readAllStandardError();
+        QVERIFY2(error.contains(message), error);
+        const QStringList files = QDir(dir.path()).entryList(QDir::Files);
+        QCOMPARE(files,
+                 code == 0 ? QStringList({"1.wav", "2.wav", "in.wav", "text"})
+                           : QStringList({"in.wav", "text"}));
+        QCOMPARE(QFileInfo(dir.filePath("text")).size(), 4);
+    }
+
     void stopsAtOnceWhenCancelled()
     {
         const WavShape shape{2, 44100, 16, 120 * 44100};
@@ -173,7 +207,7 @@ private slots:
         bool finished = true;
         std::thread worker([&] { finished = separate(task(Part::Bass), control); });
         const bool isUnderWay =
-            QTest::qWaitFor([&] { return control.share > 0.15; }, 20000) && control.share < 1;
+            QTest::qWaitFor([&] { return control.progress > 0.15; }, 20000) && control.progress < 1;
         QElapsedTimer timer;
         timer.start();
         control.cancelled = true;
@@ -190,11 +224,11 @@ private:
     }
     [[nodiscard]] SeparationTask task(Part part) const
     {
-        return {at("in.wav"), part, {}, at("main.wav"), at("mix.wav")};
+        return {at("in.wav"), part, at("main.wav"), at("mix.wav")};
     }
 
     QTemporaryDir m_folder;
 };
 
-TEKO_TEST_MAIN(SeparationTest)
+TEKO_TEST(SeparationTest)
 #include "tst_separation.moc"

@@ -5,7 +5,7 @@
 #include <QJsonArray>
 #include <QtEndian>
 
-/// Songs on their way through the real program.
+/// Jobs, at the real program.
 class ServiceProcessingTest final : public ServiceCase
 {
     Q_OBJECT
@@ -30,9 +30,7 @@ private slots:
             QCOMPARE(sample(main) + sample(mix), int(sample(m_song)));
         }
         QVERIFY(urls[0].endsWith("/vocals.wav") && urls[1].endsWith("/mix-without-vocals.wav"));
-        int status = 0;
-        QVERIFY(!m_client->get(urls[0] + "x", &status).startsWith("RIFF"));
-        QCOMPARE(status, 404);
+        QVERIFY(!m_client->get(urls[0] + "x").startsWith("RIFF"));
 
         // A further instrument of the same file, without sending it again.
         const Form repeat = fields({{"instrument", "drums"}}) + Form{{"uploadedFileName", "x.wav"}};
@@ -52,7 +50,7 @@ private slots:
         QCOMPARE(record["deleted"].toString(),
                  QDateTime::currentDateTimeUtc().addDays(30).date().toString(Qt::ISODate));
 
-        // A late cancel takes nothing away; a removed upload cannot be repeated.
+        // A late cancel deletes nothing; a removed upload cannot be repeated.
         QCOMPARE(m_client->post("cancel.php", {{"songID", id}}),
                  "There was nothing left to cancel.");
         QCOMPARE(m_client->post("remains.php", {{"songID", id}}), "-1");
@@ -80,24 +78,36 @@ private slots:
         QVERIFY(m_client->post("repeatDemo.php", notADemo).contains("not a demo"));
     }
 
-    void cancelsAndGoesOnAfterACrash()
+    /// A separator with processes of its own, also such that leave its group.
+    void endsSeparatorsWithTheirChildren_data() { addNames({"cancelled", "killed", "ended"}); }
+
+    void endsSeparatorsWithTheirChildren()
     {
-#ifdef Q_OS_UNIX
-        startAfresh({"--workers", "1", "--separator", "sleep 1000"});
+#ifdef Q_OS_LINUX
+        QFETCH(QString, name);
+        startAfresh(
+            {"--workers", "1", "--separator", "sh -c 'setsid sleep 4242 & sleep 4242 & wait'"});
         const QByteArray first = m_client->upload(m_song, fields());
         const QByteArray second = m_client->upload(m_song, fields(), "/b/second.wav");
         QCOMPARE(m_client->upload(m_song, fields()), first); // the same request once more
+        QTRY_COMPARE(sleepers(), 2);
         QVERIFY(m_client->post("remains.php", {{ "songID", second }}).toInt() > 0);
         QVERIFY(m_client->post("download.php", {{ "songID", first }}).contains("not ready"));
-        QCOMPARE(m_client->post("cancel.php", {{ "songID", first }}), "Cancelled.");
-        QVERIFY(m_client->waitForEnd(first).contains("cancelled"));
-        m_service->crash();
-        restart({"--workers", "1"});
-        QCOMPARE(m_client->waitForEnd(second), "-1");
-        QVERIFY(m_client->post("remains.php", {{ "songID", first }}).contains("cancelled"));
-        QVERIFY(m_service->endsCleanly());
+        if (name == "cancelled") {
+            QCOMPARE(m_client->post("cancel.php", {{ "songID", second }}), "Cancelled.");
+            QCOMPARE(m_client->post("cancel.php", {{ "songID", first }}), "Cancelled.");
+        } else if (name == "killed") {
+            m_service->crash();
+        } else {
+            QVERIFY(m_service->endsCleanly());
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(sleepers(), 0, 15000);
+        restart({});
+        for (const QByteArray &job : {first, second})
+            QVERIFY(m_client->post("remains.php", {{ "songID", job }}).contains("cancelled"));
+        QCOMPARE(filesIn("uploads"), QStringList());
 #else
-        QSKIP("There is no program here that just waits.");
+        QSKIP("The processes of a tree are found on Linux only.");
 #endif
     }
 
@@ -135,9 +145,9 @@ private slots:
         const Rows<QString, QByteArray> add;
         add("does its work", "sh -c 'cp \"$1\" \"$2\" && cp \"$1\" \"$3\"' x {input} {main} {mix}",
             QByteArray("-1"));
-        add("fails", "sh -c 'exit 3'", QByteArray("The separator program failed."));
+        add("fails", "sh -c 'echo error: No luck.; exit 3'", QByteArray("No luck."));
         add("does nothing", "true", QByteArray("The separator program gave no usable result."));
-        add("gives half", "cp {input} {main}",
+        add("only one result", "cp {input} {main}",
             QByteArray("The separator program gave no usable result."));
         add("is missing", "/no/such/program {input}",
             QByteArray("The separator program could not be started."));
@@ -154,7 +164,20 @@ private slots:
         QSKIP("The commands are a Unix shell's.");
 #endif
     }
+
+private:
+    static int sleepers()
+    {
+        int count = 0;
+        for (const QString &pid : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
+            QFile file("/proc/" + pid + "/cmdline");
+            if (file.open(QIODevice::ReadOnly)
+                && file.readAll() == QByteArray("sleep\0004242\0", 11))
+                ++count;
+        }
+        return count;
+    }
 };
 
-TEKO_TEST_MAIN(ServiceProcessingTest)
+TEKO_TEST(ServiceProcessingTest)
 #include "tst_serviceprocessing.moc"

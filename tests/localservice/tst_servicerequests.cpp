@@ -6,7 +6,7 @@
 
 #include <Poco/Net/StreamSocket.h>
 
-/// Requests that the real program must not fall for.
+/// Malformed and hostile requests, at the real program.
 class ServiceRequestsTest final : public ServiceCase
 {
     Q_OBJECT
@@ -70,9 +70,8 @@ private slots:
         socket.connectToHost(url.host(), quint16(url.port()));
         QVERIFY(socket.waitForConnected());
         socket.write(
-            "POST /teko-server/proceed.php HTTP/1.1\r\nHost: x\r\nContent-Length: 900000\r\n"
-            "Cookie: teko-session="
-            + m_service->hash.toLatin1()
+            "POST /teko-server/proceed.php HTTP/1.1\r\nContent-Length: 900000\r\nHost: " + host()
+            + "\r\nCookie: teko-session=" + m_service->hash.toLatin1()
             + "\r\n"
               "Content-Type: multipart/form-data; boundary=B\r\n\r\n--B\r\n"
               "Content-Disposition: form-data; name=\"uploadedFile\"; filename=\"x.wav\"\r\n\r\n");
@@ -90,8 +89,8 @@ private slots:
         Poco::Net::StreamSocket socket(
             Poco::Net::SocketAddress(m_service->url.mid(7).toStdString()));
         const QByteArray request =
-            "POST /teko-server/auth/register.php HTTP/1.1\r\nContent-Length: 99\r\n\r\n"
-            "name=Eva&email=eva@b.org&password=12345678";
+            "POST /teko-server/auth/register.php HTTP/1.1\r\nContent-Length: 99\r\nHost: " + host()
+            + "\r\n\r\nname=Eva&email=eva@b.org&password=12345678";
         socket.sendBytes(request.data(), int(request.size()));
         socket.shutdownSend();
         QByteArray answer(12, ' ');
@@ -102,7 +101,7 @@ private slots:
     void answersPagesAndForeignRequests_data()
     {
         const Rows<QByteArray, QByteArray> add;
-        const QByteArray rest = " HTTP/1.1\r\nHost: x\r\n";
+        const QByteArray rest = " HTTP/1.1\r\nHost: " + host() + "\r\n";
         add("GET /generate_204", "GET /generate_204" + rest, "HTTP/1.1 204 ");
         add("GET /helpdesk.html", "GET /helpdesk.html" + rest, "HTTP/1.1 200 ");
         add("GET /subscription.html", "GET /subscription.html" + rest, "HTTP/1.1 200 ");
@@ -111,12 +110,20 @@ private slots:
             "GET /teko-server/redirect-training-videos.php" + rest, "HTTP/1.1 200 ");
         add("GET /teko-server/redirect-user-guide.php?a=b",
             "GET /teko-server/redirect-user-guide.php?a=b" + rest, "HTTP/1.1 200 ");
+        add("GET /healthz", "GET /healthz" + rest, "HTTP/1.1 200 ");
+        add("GET /status", "GET /status" + rest, "HTTP/1.1 404 ");
+        add("another host", "GET / HTTP/1.1\r\nHost: evil.example\r\n", "HTTP/1.1 403 ");
+        add("another origin", "GET /" + rest + "Origin: http://evil.example\r\n", "HTTP/1.1 403 ");
+        add("another type",
+            "POST /teko-server/remains.php" + rest
+                + "Content-Type: text/plain\r\nContent-Length: 0\r\n",
+            QByteArray("HTTP/1.1 415 "));
         add("GET /nothing", "GET /nothing" + rest, "HTTP/1.1 404 ");
         add("GET /results/", "GET /results/" + rest, "HTTP/1.1 404 ");
         add("GET /results/../service.db", "GET /results/../service.db" + rest, "HTTP/1.1 404 ");
         add("GET /results/%2e%2e/%2e%2e/service.db", "GET /results/%2e%2e/%2e%2e/service.db" + rest,
             "HTTP/1.1 404 ");
-        add("GET /teko-server/remains.php", "GET /teko-server/remains.php" + rest, "HTTP/1.1 404 ");
+        add("GET /teko-server/remains.php", "GET /teko-server/remains.php" + rest, "HTTP/1.1 405 ");
         add("PUT /teko-server/remains.php", "PUT /teko-server/remains.php" + rest, "HTTP/1.1 405 ");
         add("DELETE /nothing", "DELETE /nothing" + rest, "HTTP/1.1 404 ");
         add("an endless header", "GET / HTTP/1.1\r\nX: " + QByteArray(50000, 'y') + "\r\n",
@@ -124,11 +131,11 @@ private slots:
         add("too many headers", "GET / HTTP/1.1\r\n" + QByteArray("X: y\r\n").repeated(500),
             QByteArray("HTTP/1.1 400 "));
         add("too large a form",
-            "POST /teko-server/remains.php HTTP/1.1\r\nContent-Length: 70000\r\n\r\n"
+            "POST /teko-server/remains.php" + rest + "Content-Length: 70000\r\n\r\n"
                 + QByteArray(70000, 'a'),
             QByteArray("HTTP/1.1 400 "));
-        add("no multipart", "POST /teko-server/proceed.php HTTP/1.1\r\nContent-Length: 0\r\n",
-            QByteArray("HTTP/1.1 400 "));
+        add("no multipart", "POST /teko-server/proceed.php" + rest + "Content-Length: 0\r\n",
+            QByteArray("HTTP/1.1 415 "));
     }
 
     void answersPagesAndForeignRequests()
@@ -142,25 +149,53 @@ private slots:
         QCOMPARE(socket.read(answer.size()), answer);
     }
 
+    void reportsTheStatus_data()
+    {
+        const Rows<QStringList> add;
+        add("by HTTP", {});
+        add("by HTTPS",
+            {"--tls-cert", QFINDTESTDATA("tls.pem"), "--tls-key", QFINDTESTDATA("tls.pem")});
+    }
+
+    void reportsTheStatus()
+    {
+        const auto [options] = fetchRow<QStringList>();
+        const QTemporaryDir dir;
+        RunningService service(dir.path(), options);
+        if (service.log().contains("built without TLS"))
+            QSKIP("This service speaks plain HTTP only.");
+        QCOMPARE(service.url.startsWith("https:"), !options.isEmpty());
+        QCOMPARE(run({"status", "--data", dir.path()}), 0);
+        QVERIFY(m_program.readAllStandardOutput().contains("local@localhost: 0 running"));
+        QCOMPARE(run({"status", "--data", m_dir->filePath("nothing")}), 1);
+        QVERIFY(m_program.readAllStandardError().contains("No service is running"));
+    }
+
     void explainsUsageErrors()
     {
-        QProcess program;
-        const auto run = [&program](const QStringList &arguments) {
-            program.start(QCoreApplication::applicationDirPath() + "/teko-service", arguments);
-            program.waitForFinished();
-            return program.exitCode();
-        };
         QCOMPARE(run({"--help"}), 0);
-        const QByteArray help = program.readAllStandardOutput();
+        const QByteArray help = m_program.readAllStandardOutput();
         for (const char *option :
              {"--listen", "--data", "--embedded", "--separator", "--workers", "--daily-limit",
               "--subscription", "--keep-days", "--max-upload-mb"})
             QVERIFY2(help.contains(option), option);
         QCOMPARE(run({"--listen", "nowhere"}), 2);
-        QVERIFY(program.readAllStandardError().contains("ADDRESS:PORT"));
-        QCOMPARE(run({"--listen", m_service->url.mid(7), "--data", m_dir->filePath("other")}), 1);
+        QVERIFY(m_program.readAllStandardError().contains("ADDRESS:PORT"));
+        QCOMPARE(run({"--listen", host(), "--data", m_dir->filePath("other")}), 1);
     }
+
+private:
+    int run(const QStringList &arguments)
+    {
+        m_program.start(RunningService::program(), arguments);
+        m_program.waitForFinished();
+        return m_program.exitCode();
+    }
+    [[nodiscard]] QByteArray host() const { return m_service->url.mid(7).toLatin1(); }
+
+    QProcess m_program;
 };
 
-TEKO_TEST_MAIN(ServiceRequestsTest)
+TEKO_TEST(ServiceRequestsTest)
+
 #include "tst_servicerequests.moc"

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/http/clientaddress.h"
+
+#include <Poco/String.h>
+
+namespace localservice {
+
+namespace {
+
+constexpr unsigned networkBits = 64;
+
+} // namespace
+
+std::string networkOf(const Poco::Net::IPAddress &address)
+{
+    using Poco::Net::IPAddress;
+    if (address.family() == IPAddress::IPv4)
+        return address.toString();
+    if (address.isIPv4Mapped()) {
+        const std::string text = address.toString();
+        return text.substr(text.rfind(':') + 1);
+    }
+    return (address & IPAddress(networkBits, IPAddress::IPv6)).toString();
+}
+
+std::string clientNetwork(const Poco::Net::IPAddress &peer, const std::string &trustedProxy,
+                          const std::string &forwardedFor)
+{
+    if (trustedProxy.empty() || peer.toString() != trustedProxy)
+        return networkOf(peer);
+    // The proxy appends what it has seen itself; everything before that may be invented.
+    Poco::Net::IPAddress client;
+    const std::string last = Poco::trim(forwardedFor.substr(forwardedFor.rfind(',') + 1));
+    return Poco::Net::IPAddress::tryParse(last, client) ? networkOf(client) : networkOf(peer);
+}
+
+} // namespace localservice

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/jobs/jobschedule.h"
+
+#include <algorithm>
+#include <functional>
+#include <queue>
+#include <tuple>
+
+namespace localservice {
+
+std::vector<QueuedJob> startOrder(std::vector<QueuedJob> queued,
+                                  const std::map<std::int64_t, std::int64_t> &lastStarts)
+{
+    // The n-th jobs of all accounts come before any account's next one.
+    std::map<std::int64_t, int> rounds;
+    std::map<std::int32_t, std::tuple<int, std::int64_t>> keys;
+    for (const QueuedJob &job : queued) {
+        const auto last = lastStarts.find(job.account);
+        keys[job.id] = {rounds[job.account]++, last == lastStarts.end() ? 0 : last->second};
+    }
+    std::stable_sort(queued.begin(), queued.end(), [&keys](const auto &one, const auto &other) {
+        return keys[one.id] < keys[other.id];
+    });
+    return queued;
+}
+
+double waitingTime(const std::vector<double> &running, const std::vector<double> &before,
+                   int workers)
+{
+    std::priority_queue<double, std::vector<double>, std::greater<>> busyUntil(running.begin(),
+                                                                               running.end());
+    const auto nextFree = [&] {
+        if (busyUntil.size() < static_cast<std::size_t>(workers))
+            return 0.0;
+        const double time = busyUntil.top();
+        busyUntil.pop();
+        return time;
+    };
+    for (const double seconds : before)
+        busyUntil.push(nextFree() + seconds);
+    return nextFree();
+}
+
+} // namespace localservice

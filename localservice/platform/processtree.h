@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+namespace localservice {
+
+// These may be called between fork and exec of a program with threads. Where a system cannot do
+// what they promise, they do nothing.
+
+/// The calling process is killed when its parent dies.
+void dieWithParent();
+/// Processes whose parents have died become children of the calling process, if they descend from
+/// it.
+void adoptOrphans();
+/// Kills the calling process' children, including those of ended ones that it has adopted; returns
+/// when all have ended.
+void killChildren();
+
+} // namespace localservice

@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/platform/processtree.h"
+
+namespace localservice {
+
+void dieWithParent() { }
+
+void adoptOrphans() { }
+
+void killChildren() { }
+
+} // namespace localservice

@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/base/paths.h"
+#include "localservice/base/refusal.h"
+#include "localservice/engine/separation.h"
+#include "localservice/platform/arguments.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+using namespace localservice;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int usageExitCode = 2;
+constexpr std::chrono::milliseconds progressInterval{250};
+
+constexpr const char *help = "teko-separate: takes one instrument out of a song.\n\n"
+                             "Usage: teko-separate INPUT INSTRUMENT MAIN MIX\n\n"
+                             "  INPUT        a WAV file: 16 or 24 bit, or 32 bit floats\n"
+                             "  INSTRUMENT   guitar, vocals, piano, bass or drums\n"
+                             "  MAIN         the new file with the instrument alone\n"
+                             "  MIX          the new file with the rest\n\n"
+                             "Standard error shows lines \"progress SHARE\" (0 to 1), and \"error: "
+                             "SENTENCE\" when it fails.\n"
+                             "Exit codes: 0 done, 1 failed or interrupted, 2 wrong usage. Unless "
+                             "it is done, there are no results.\n";
+
+JobControl control;
+
+void cancel(int)
+{
+    control.cancelled = true;
+}
+
+// Deletes the files when it goes out of scope, unless they have been renamed.
+struct PartFiles
+{
+    explicit PartFiles(const SeparationTask &final)
+        : main(fs::path(final.main) += ".part")
+        , mix(fs::path(final.mix) += ".part")
+    { }
+    PartFiles(const PartFiles &) = delete;
+    PartFiles &operator=(const PartFiles &) = delete;
+    ~PartFiles()
+    {
+        std::error_code ignored;
+        fs::remove(main, ignored);
+        fs::remove(mix, ignored);
+    }
+
+    fs::path main;
+    fs::path mix;
+};
+
+void reportProgress(const std::atomic<bool> &ended)
+{
+    while (!ended) {
+        std::this_thread::sleep_for(progressInterval);
+        std::fprintf(stderr, "progress %.3f\n", control.progress.load());
+    }
+}
+
+bool separateInto(const SeparationTask &final)
+{
+    for (const fs::path &file : {final.main, final.mix}) {
+        if (fs::exists(file))
+            throw Refusal("The file " + utf8(file) + " exists already.");
+    }
+    const PartFiles parts(final);
+    if (!separate({final.input, final.instrument, parts.main, parts.mix}, control))
+        return false;
+    fs::rename(parts.main, final.main);
+    fs::rename(parts.mix, final.mix);
+    return true;
+}
+
+int run(const SeparationTask &task)
+{
+    std::signal(SIGINT, cancel);
+    std::signal(SIGTERM, cancel);
+    std::atomic<bool> ended = false;
+    std::thread reporter(reportProgress, std::cref(ended));
+    int code = EXIT_FAILURE;
+    try {
+        code = separateInto(task) ? EXIT_SUCCESS : EXIT_FAILURE;
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "error: %s\n", error.what());
+    }
+    ended = true;
+    reporter.join();
+    return code;
+}
+
+int explainUsage(const char *sentence)
+{
+    std::fprintf(stderr, "error: %s\n\n%s", sentence, help);
+    return usageExitCode;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const std::vector<std::string> words = commandLineWords(argc, argv);
+    if (words == std::vector<std::string>{"--help"})
+        return std::fputs(help, stdout) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
+    if (words == std::vector<std::string>{"--version"})
+        return std::puts("teko-separate " TEKO_VERSION) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
+    if (words.size() != 4)
+        return explainUsage("Four arguments are needed.");
+    const std::optional<Part> instrument = instrumentFromWord(words[1]);
+    if (!instrument)
+        return explainUsage("There is no such instrument.");
+    return run({pathOf(words[0]), *instrument, pathOf(words[2]), pathOf(words[3])});
+}

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/server/controlfile.h"
+
+#include "localservice/base/log.h"
+#include "localservice/base/paths.h"
+#include "localservice/server/tls.h"
+
+#include <Poco/Net/HTTPRequest.h>
+#include <Poco/Net/HTTPResponse.h>
+#include <Poco/StreamCopier.h>
+#include <Poco/URI.h>
+
+#include <fstream>
+#include <stdexcept>
+
+namespace localservice {
+
+namespace {
+
+// An address that is listened on everywhere is none to connect to.
+Poco::Net::SocketAddress addressOf(const Poco::URI &url)
+{
+    using Poco::Net::IPAddress;
+    const IPAddress host(url.getHost());
+    return {host.isWildcard() ? IPAddress(host.family() == IPAddress::IPv4 ? "127.0.0.1" : "::1")
+                              : host,
+            url.getPort()};
+}
+
+} // namespace
+
+ControlFile::ControlFile(std::filesystem::path file, const std::string &url, const std::string &key)
+    : m_file(std::move(file))
+{
+    std::ofstream stream(m_file, std::ios::trunc);
+    std::error_code ignored;
+    std::filesystem::permissions(
+        m_file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, ignored);
+    stream << url << "\n" << key << "\n";
+    stream.close();
+    if (!stream)
+        log("Could not write " + utf8(m_file) + ": \"teko-service status\" will not work");
+}
+
+ControlFile::~ControlFile()
+{
+    std::error_code ignored;
+    std::filesystem::remove(m_file, ignored);
+}
+
+std::string fetchStatus(const std::filesystem::path &controlFile)
+{
+    std::ifstream stream(controlFile);
+    std::string url;
+    std::string key;
+    if (!(stream >> url >> key))
+        throw std::runtime_error("No service is running on " + utf8(controlFile.parent_path())
+                                 + ".");
+    const Poco::URI address(url);
+    const auto session = address.getScheme() == "https"
+        ? makeTlsClient(addressOf(address))
+        : std::make_unique<Poco::Net::HTTPClientSession>(addressOf(address));
+    Poco::Net::HTTPRequest request(Poco::Net::HTTPRequest::HTTP_GET, "/status",
+                                   Poco::Net::HTTPRequest::HTTP_1_1);
+    request.set("Authorization", "Bearer " + key);
+    session->sendRequest(request);
+    Poco::Net::HTTPResponse response;
+    std::string text;
+    Poco::StreamCopier::copyToString(session->receiveResponse(response), text);
+    if (response.getStatus() != Poco::Net::HTTPResponse::HTTP_OK)
+        throw std::runtime_error("The service does not answer: " + response.getReason());
+    return text;
+}
+
+} // namespace localservice

@@ -1,0 +1,272 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/base/refusal.h"
+#include "localservice/server/httpserver.h"
+#include "stores.h"
+#include "tests/support/rows.h"
+#include "tests/support/testmain.h"
+
+#include <QtTest>
+
+#include <Poco/Net/NetException.h>
+
+#include <fstream>
+#include <latch>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A server in this process, with stores of its own.
+struct Server
+{
+    explicit Server(const QTemporaryDir &dir, const ConnectionLimits &limits = {},
+                    const Licence &licence = {})
+        : stores(dir)
+        , runner(stores.run(copyTwice))
+        , authorizer(stores.accounts, stores.jobs)
+        , processing(stores.database, stores.accounts, stores.uploads, stores.jobs, *runner,
+                     authorizer, arriving, licence, "..")
+        , accounts(stores.accounts, stores.jobs, authorizer, licence, 30)
+        , status(stores.database, stores.folder, 1)
+        , http(std::in_place, settingsWith(limits),
+               Backend{processing, accounts, status, stores.jobs, arriving, stores.folder,
+                       std::uint64_t{1} << 40})
+        , session(stores.accounts.localSession())
+    { }
+
+    static ServerSettings settingsWith(const ConnectionLimits &limits)
+    {
+        ServerSettings settings;
+        settings.port = 0;
+        settings.limits = limits;
+        return settings;
+    }
+    [[nodiscard]] std::string host() const { return http->url().substr(7); }
+    [[nodiscard]] Poco::Net::StreamSocket connect(const std::string &request = {}) const
+    {
+        Poco::Net::StreamSocket socket{Poco::Net::SocketAddress(host())};
+        socket.setReceiveTimeout(Poco::Timespan(20, 0));
+        socket.sendBytes(request.data(), int(request.size()));
+        return socket;
+    }
+    /// What comes before the connection ends, its beginning only; and how much it was.
+    static std::string replyOf(Poco::Net::StreamSocket socket, std::size_t *size = nullptr)
+    {
+        std::string reply;
+        std::size_t total = 0;
+        std::vector<char> bytes(1 << 16);
+        try {
+            while (const int got = socket.receiveBytes(bytes.data(), int(bytes.size()))) {
+                total += std::size_t(got);
+                if (reply.size() < bytes.size())
+                    reply.append(bytes.data(), std::size_t(got));
+            }
+        } catch (const Poco::Net::NetException &) {
+            reply += "(aborted)";
+        }
+        if (size)
+            *size = total;
+        return reply;
+    }
+    [[nodiscard]] std::string get(const std::string &path) const
+    {
+        return replyOf(connect("GET " + path + " HTTP/1.1\r\nHost: " + host() + "\r\n\r\n"));
+    }
+    /// The beginning of an upload that announces 10 MB.
+    [[nodiscard]] std::string upload(const std::string &cookie) const
+    {
+        return "POST /teko-server/proceed.php HTTP/1.1\r\nHost: " + host()
+            + "\r\nContent-Length: 10000000\r\nCookie: teko-session=" + cookie
+            + "\r\nContent-Type: multipart/form-data; boundary=B\r\n\r\n--B\r\n"
+              "Content-Disposition: form-data; name=\"uploadedFile\"; filename=\"x\"\r\n\r\nsound";
+    }
+    [[nodiscard]] std::size_t uploadsOnDisk() const
+    {
+        return std::size_t(
+            std::distance(std::filesystem::directory_iterator(stores.folder.upload("")), {}));
+    }
+
+    Stores stores;
+    std::unique_ptr<JobRunner> runner;
+    Authorizer authorizer;
+    ArrivingFiles arriving;
+    Processing processing;
+    Accounts accounts;
+    ServiceStatus status;
+    std::optional<HttpServer> http;
+    std::string session;
+};
+
+} // namespace
+
+/// What clients may do at the same time, and how slowly.
+class ServerLimitsTest final : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        TestCase::init();
+        initialiseSecrets();
+        m_dir = std::make_unique<QTemporaryDir>();
+    }
+
+    void abortsSlowClients_data() { addNames({"form", "upload", "stranger's upload", "reader"}); }
+
+    /// Here no transfer is fast enough.
+    void abortsSlowClients()
+    {
+        QFETCH(QString, name);
+        Server server(*m_dir,
+                      {.requestTimeout = 200ms,
+                       .replyTimeout = 300ms,
+                       .rateWindow = 300ms,
+                       .minWindowBytes = std::int64_t{1} << 40});
+        if (name == "form") {
+            const std::string form =
+                "POST /teko-server/auth/register.php HTTP/1.1\r\nHost: " + server.host()
+                + "\r\nContent-Type: application/x-www-form-urlencoded"
+                  "\r\nTransfer-Encoding: chunked\r\n\r\n"
+                  "2a\r\nname=Eva&email=eva@b.org&password=12345678\r\n";
+            const std::string reply = Server::replyOf(server.connect(form));
+            QVERIFY2(reply.find(" 200 ") == std::string::npos, reply.c_str());
+            server.http.reset();
+            QVERIFY(!server.stores.accounts.openRecovery("eva@b.org"));
+        } else if (name == "reader") {
+            const std::size_t got = readResult(server);
+            QVERIFY2(got > 1000 && got < resultBytes, std::to_string(got).c_str());
+        } else {
+            const std::string session = name == "upload" ? server.session : "";
+            const std::string reply = Server::replyOf(server.connect(server.upload(session)));
+            QVERIFY2(reply.find(" 200 ") == std::string::npos, reply.c_str());
+            QTRY_COMPARE(server.uploadsOnDisk(), std::size_t(0));
+        }
+    }
+
+    void findsRoomForShortRequests_data()
+    {
+        addNames({"idle connections", "strangers' uploads", "uploads"});
+    }
+
+    /// With 12 connections and 8 transfers, an address has 9 and 6.
+    void findsRoomForShortRequests()
+    {
+        QFETCH(QString, name);
+        const Server server(*m_dir, {.connections = 12, .transfers = 8});
+        std::vector<Poco::Net::StreamSocket> held;
+        for (int i = 0; i < 20 && name != "uploads"; ++i)
+            held.push_back(server.connect(name == "idle connections" ? "" : server.upload("")));
+        for (int i = 0; i < 8 && name == "uploads"; ++i)
+            held.push_back(server.connect(server.upload(server.session)));
+        const std::size_t stored = name == "uploads" ? 6 : 0;
+        QTRY_COMPARE(server.uploadsOnDisk(), stored);
+        for (int i = 0; i < 20; ++i)
+            QVERIFY(server.get("/generate_204").find(" 204 ") != std::string::npos);
+        QCOMPARE(server.uploadsOnDisk(), stored);
+    }
+
+    /// Many uploads end at the same moment, on many days, since it depends on timing.
+    void acceptsNoMoreThanTheDailyLimit()
+    {
+        constexpr int days = 30;
+        constexpr int uploadsPerDay = 8;
+        constexpr int limit = 3;
+        Server server(*m_dir, {}, {.filesPerDay = limit});
+        const RequestContext context{"", server.session};
+        const std::string song = songFile();
+        for (int day = 0; day < days; ++day) {
+            server.stores.secondsLater = day * 2 * 86400;
+            std::latch start(uploadsPerDay);
+            std::atomic<int> accepted = 0;
+            const auto upload = [&](int number) {
+                ReceivedFile file(server.stores.folder.upload(""), 1 << 20, server.arriving);
+                file.begin(0, std::to_string(number) + ".wav", 1 << 20);
+                std::filesystem::copy_file(song, file.path(),
+                                           std::filesystem::copy_options::overwrite_existing);
+                start.arrive_and_wait();
+                try {
+                    (void)server.processing.proceed(m_form, context, file);
+                    ++accepted;
+                } catch (const Refusal &) {
+                    return;
+                }
+            };
+            std::vector<std::thread> threads;
+            for (int i = 0; i < uploadsPerDay; ++i)
+                threads.emplace_back(upload, day * uploadsPerDay + i);
+            for (std::thread &thread : threads)
+                thread.join();
+            QCOMPARE(accepted, limit);
+        }
+    }
+
+    void limitsWhatAnAccountKeeps_data()
+    {
+        // A file takes 16044 bytes, and its results twice as many.
+        const Rows<std::int64_t, QString> add;
+        add("no limit", 0, "");
+        add("room for all", 48132, "");
+        add("no room for the results", 48131, "no room left");
+        add("no room for the file", 16043, "no room left");
+    }
+
+    void limitsWhatAnAccountKeeps()
+    {
+        const auto [bytes, refusal] = fetchRow<std::int64_t, QString>();
+        Server server(*m_dir, {}, {.accountBytes = bytes});
+        const RequestContext context{"", server.session};
+        const std::int64_t account = server.processing.uploadAccount(m_form, context);
+        QByteArray answer;
+        try {
+            ReceivedFile file(server.stores.folder.upload(""), 1 << 20, server.arriving);
+            file.begin(account, "x.wav", server.processing.uploadRoom(account));
+            file.write(readAll(songFile()));
+            file.finish();
+            answer = QByteArray::fromStdString(server.processing.proceed(m_form, context, file));
+        } catch (const Refusal &sentence) {
+            answer = sentence.what();
+        }
+        QVERIFY2(refusal.isEmpty() ? answer.toInt() > 0 : answer.contains(refusal.toUtf8()),
+                 answer);
+        QCOMPARE(server.uploadsOnDisk(), std::size_t(refusal.isEmpty() ? 1 : 0));
+    }
+
+private:
+    static constexpr std::size_t resultBytes = std::size_t{1} << 33;
+
+    /// What a client gets of a large result.
+    std::size_t readResult(Server &server)
+    {
+        const Job job = *server.stores.jobs.find(
+            server.stores.addJob(server.stores.addAccount("a@b"), "a.wav"));
+        server.runner->notifyJobAdded();
+        if (!QTest::qWaitFor([&] { return server.stores.stateOf(job.id) == JobState::Ready; }))
+            return 0;
+        std::filesystem::resize_file(server.stores.folder.mainResult(job.token), resultBytes);
+        std::size_t size = 0;
+        Server::replyOf(server.connect("GET /results/" + job.token + "/drums.wav HTTP/1.1\r\nHost: "
+                                       + server.host() + "\r\n\r\n"),
+                        &size);
+        return size;
+    }
+    [[nodiscard]] std::string songFile() const
+    {
+        const std::string song = m_dir->filePath("song.wav").toStdString();
+        writeWav(song, {1, 8000, 16, 8000}, std::vector<std::int32_t>(8000));
+        return song;
+    }
+    static std::string readAll(const std::string &path)
+    {
+        std::ifstream stream(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    const Fields m_form = Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3");
+};
+
+TEKO_TEST(ServerLimitsTest)
+
+#include "tst_serverlimits.moc"

@@ -1,0 +1,327 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#include "localservice/base/refusal.h"
+#include "stores.h"
+#include "tests/support/rows.h"
+#include "tests/support/smalldisk.h"
+#include "tests/support/testmain.h"
+
+#include <QtTest>
+
+#include <Poco/Data/Session.h>
+
+#include <fstream>
+
+/// The queue, its jobs and their files.
+class ServiceJobsTest final : public TestCase
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        TestCase::init();
+        initialiseSecrets();
+        m_dir = std::make_unique<QTemporaryDir>();
+    }
+
+    void runsInterruptedJobsAgain()
+    {
+        std::int32_t id = 0;
+        std::string hash;
+        {
+            Stores stores(*m_dir);
+            hash = stores.accounts.localSession();
+            id = stores.addJob(stores.accounts.accountOf(hash)->id, "a.wav");
+            const auto runner = stores.run(waitForCancel);
+            QTRY_VERIFY(stores.stateOf(id) == JobState::Running);
+        }
+        Stores stores(*m_dir);
+        QCOMPARE(QFile::permissions(m_dir->filePath("data/service.db"))
+                     & ~(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
+        QCOMPARE(stores.accounts.localSession(), hash);
+        const Job kept = stores.jobs.find(id).value();
+        QCOMPARE(kept.instrument, std::string("drums"));
+        QVERIFY(kept.state == JobState::Queued);
+        QVERIFY(stores.uploads.find(kept.account, "a.wav"));
+        QVERIFY(stores.startNext()); // as a service that was killed leaves it
+        const auto runner = stores.run(copyTwice);
+        QTRY_VERIFY(stores.stateOf(id) == JobState::Ready);
+        QVERIFY(std::filesystem::exists(stores.folder.mixResult(stores.jobs.find(id)->token)));
+    }
+
+    void makesOneJobOfEqualRequests()
+    {
+        Stores stores(*m_dir);
+        const std::int64_t one = stores.addAccount("a@b");
+        const std::int64_t other = stores.addAccount("b@b");
+        const std::int32_t first = stores.addJob(one, "a.wav");
+        QCOMPARE(stores.addJob(one, "a.wav"), first);
+        QVERIFY(stores.addJob(one, "b.wav") != first);
+        QVERIFY(stores.addJob(one, "a.wav", true) != first);
+        QVERIFY(stores.addJob(other, "a.wav") != first);
+        QVERIFY(stores.startNext()->id == first);
+        QCOMPARE(stores.addJob(one, "a.wav"), first);
+        QVERIFY(stores.jobs.move(first, JobState::Running, JobState::Ready));
+        QVERIFY(stores.addJob(one, "a.wav") != first);
+    }
+
+    /// As a service leaves its jobs that is killed while they run.
+    void failsAJobThatTakesTheServiceDownTwice()
+    {
+        std::int32_t id = 0;
+        for (const JobState state : {JobState::Queued, JobState::Queued, JobState::Failed}) {
+            Stores stores(*m_dir);
+            if (id == 0)
+                id = stores.addJob(stores.addAccount("a@b"), "a.wav");
+            (void)stores.run({}, 0);
+            QVERIFY(stores.stateOf(id) == state);
+            if (state == JobState::Queued)
+                QVERIFY(stores.startNext());
+        }
+        Stores stores(*m_dir);
+        QVERIFY(stores.jobs.find(id)->reason.find("ended unexpectedly") != std::string::npos);
+    }
+
+    void triesAFailedSeparatorOnceMore_data()
+    {
+        const Rows<int, JobState> add;
+        add("it fails once", 1, JobState::Ready);
+        add("it fails again", 2, JobState::Failed);
+    }
+
+    void triesAFailedSeparatorOnceMore()
+    {
+        const auto [failures, end] = fetchRow<int, JobState>();
+        Stores stores(*m_dir);
+        const std::int32_t id = stores.addJob(stores.addAccount("a@b"), "a.wav");
+        std::atomic<int> calls = 0;
+        const auto runner =
+            stores.run([&calls, most = failures](const SeparationTask &task, JobControl &control) {
+                if (++calls <= most)
+                    throw SeparatorFailed("It failed.");
+                return copyTwice(task, control);
+            });
+        QTRY_VERIFY(stores.stateOf(id) == end);
+        QCOMPARE(calls.load(), 2);
+        QCOMPARE(stores.jobs.find(id)->reason, std::string(failures > 1 ? "It failed." : ""));
+    }
+
+    void letsAccountsTakeTurns()
+    {
+        Stores stores(*m_dir);
+        const std::int64_t band = stores.addAccount("band@b");
+        const std::int64_t guest = stores.addAccount("guest@b");
+        std::map<std::string, char> names;
+        const auto add = [&](std::int64_t account, char name) {
+            const std::int32_t id = stores.addJob(account, std::string(1, name));
+            names[stores.jobs.find(id)->token] = name;
+            return id;
+        };
+        add(band, '1');
+        add(band, '2');
+        const std::int32_t last = add(band, '3');
+        add(guest, 'g');
+        std::string order;
+        const auto runner = stores.run([&](const SeparationTask &task, JobControl &control) {
+            order += names[task.main.parent_path().filename().string()];
+            return copyTwice(task, control);
+        });
+        QTRY_VERIFY(stores.stateOf(last) == JobState::Ready);
+        QCOMPARE(order, std::string("1g23"));
+    }
+
+    void timeLeftRisesOnlyForNewJobs()
+    {
+        Stores stores(*m_dir);
+        const std::int64_t account = stores.addAccount("a@b");
+        const std::int32_t first = stores.addJob(account, "a.wav");
+        const Job second = *stores.jobs.find(stores.addJob(account, "b.wav"));
+        std::atomic<double> progress = 0;
+        std::atomic<double> seen = -1;
+        const auto runner = stores.run([&](const SeparationTask &, JobControl &control) {
+            while (!control.cancelled) {
+                control.progress = progress.load();
+                seen = control.progress.load();
+                std::this_thread::yield();
+            }
+            return false;
+        });
+        QTRY_VERIFY(stores.stateOf(first) == JobState::Running);
+        // 60 seconds of sound each, at 10 a second.
+        QCOMPARE(runner->secondsLeft(second), 12);
+        progress = 0.999;
+        QTRY_COMPARE(runner->secondsLeft(second), 7);
+        progress = 0;
+        QTRY_COMPARE(seen.load(), 0.0);
+        QCOMPARE(runner->secondsLeft(second), 7);
+        stores.addJob(stores.addAccount("b@b"), "c.wav");
+        runner->notifyJobAdded();
+        QTRY_VERIFY(runner->secondsLeft(second) > 12);
+    }
+
+    void discardsWhatADeadClientLeft()
+    {
+        Stores stores(*m_dir);
+        const std::int64_t account = stores.addAccount("a@b");
+        const Job demo = *stores.jobs.find(stores.addJob(account, "demo.wav", true));
+        QVERIFY(stores.jobs.start(demo.id)
+                && stores.jobs.move(demo.id, JobState::Running, JobState::Ready));
+        const Job done = *stores.jobs.find(stores.addJob(account, "done.wav"));
+        QVERIFY(stores.jobs.start(done.id)
+                && stores.jobs.move(done.id, JobState::Running, JobState::Ready));
+        const Job running = *stores.jobs.find(stores.addJob(account, "running.wav"));
+        QVERIFY(stores.jobs.start(running.id));
+        const Job waiting = *stores.jobs.find(stores.addJob(account, "waiting.wav"));
+        const auto runner = stores.run(copyTwice, 1, true);
+        for (const Job &job : {done, running, waiting})
+            QVERIFY(!stores.hasFile(job.upload));
+        QVERIFY(stores.hasFile(demo.upload));
+        for (const Job &job : {running, waiting})
+            QVERIFY(stores.stateOf(job.id) == JobState::Cancelled);
+    }
+
+    void setsADamagedDatabaseAside_data()
+    {
+        const Rows<qint64, int> add;
+        add("no database at all", 0, 100);
+        add("overwritten in the middle", 20000, 8000);
+        add("whole", 0, 0);
+    }
+
+    void setsADamagedDatabaseAside()
+    {
+        const auto [offset, bytes] = fetchRow<qint64, int>();
+        {
+            Stores stores(*m_dir);
+            for (int i = 0; i < 100; ++i)
+                stores.addAccount(std::to_string(i) + "@b");
+        }
+        QFile file(m_dir->filePath("data/service.db"));
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.size() > offset + bytes);
+        QVERIFY(file.seek(offset) && file.write(QByteArray(bytes, '?')) == bytes);
+        file.close();
+        Stores stores(*m_dir);
+        QCOMPARE(std::filesystem::exists(stores.database.damagedFile()), bytes > 0);
+        QCOMPARE(stores.accounts.openRecovery("7@b").has_value(), bytes == 0);
+        QVERIFY(stores.addAccount("new@b") > 0);
+    }
+
+    void worksOnAFullDisk()
+    {
+        const SmallDisk disk(m_dir->path());
+        if (!disk.isMounted()
+            || QProcess::execute("mount", {"-o", "remount,size=8m", m_dir->path()}) != 0)
+            QSKIP("Only an administrator can make a small disk.");
+        Stores stores(*m_dir);
+        const std::int64_t account = stores.addAccount("a@b");
+        const std::string session = stores.accounts.openSession(account);
+        const Job job = *stores.jobs.find(stores.addJob(account, "a.wav"));
+        const auto runner = stores.run(waitForCancel);
+        QTRY_VERIFY(stores.stateOf(job.id) == JobState::Running);
+        fillDisk();
+        QVERIFY_EXCEPTION_THROWN(stores.addAccount(std::string(100000, 'x')), Poco::Exception);
+        stores.accounts.closeSession(session);
+        QVERIFY(!stores.accounts.accountOf(session));
+        QVERIFY(runner->cancel(job.id));
+        stores.uploads.remove(account, "a.wav");
+        QTRY_VERIFY(!stores.hasFile(job.upload));
+    }
+
+    void forgetsCancelledAndFailedWork_data()
+    {
+        const Rows<bool> add;
+        add("cancelled", false);
+        add("failed", true);
+    }
+
+    void forgetsCancelledAndFailedWork()
+    {
+        const auto [fails] = fetchRow<bool>();
+        Stores stores(*m_dir);
+        const SeparateFunction separate = [fails](const SeparationTask &task, JobControl &control) {
+            std::ofstream(task.main) << "half a result";
+            if (fails)
+                throw Refusal("No luck today.");
+            return waitForCancel(task, control);
+        };
+        const std::int64_t account = stores.addAccount("a@b");
+        const std::int32_t id = stores.addJob(account, "a.wav");
+        stores.uploads.remove(account, "a.wav");
+        const auto runner = stores.run(separate);
+        const std::filesystem::path home = stores.folder.database().parent_path();
+        if (!fails) {
+            QTRY_VERIFY(!std::filesystem::is_empty(home / "work"));
+            QVERIFY(runner->cancel(id));
+        }
+        const JobState end = fails ? JobState::Failed : JobState::Cancelled;
+        QTRY_VERIFY(stores.stateOf(id) == end);
+        QCOMPARE(stores.jobs.find(id)->reason, std::string(fails ? "No luck today." : ""));
+        QVERIFY(!runner->cancel(id));
+        // Neither half a result nor the removed upload is left.
+        for (const char *sub : {"work", "results", "uploads"})
+            QTRY_VERIFY(std::filesystem::is_empty(home / sub));
+    }
+
+    void keepsUploadsWhileTheyAreNeeded()
+    {
+        Stores stores(*m_dir);
+        const std::int64_t account = stores.addAccount("a@b");
+        const Job full = *stores.jobs.find(stores.addJob(account, "full.wav"));
+        const Job demo = *stores.jobs.find(stores.addJob(account, "demo.wav", true));
+        const auto runner = stores.run(copyTwice);
+        for (const Job &job : {full, demo})
+            QTRY_VERIFY(stores.stateOf(job.id) == JobState::Ready);
+        QVERIFY(stores.hasFile(full.upload));
+        stores.uploads.remove(account + 1, "full.wav");
+        QVERIFY(stores.uploads.find(account, "full.wav"));
+        for (const char *name : {"full.wav", "demo.wav"})
+            stores.uploads.remove(account, name);
+        runner->purgeUploads();
+        QVERIFY(!stores.uploads.find(account, "demo.wav"));
+        QVERIFY(!stores.hasFile(full.upload));
+        QVERIFY(stores.hasFile(demo.upload)); // it may still be made whole
+        QCOMPARE(stores.jobs.takeOlderThan(secondsNow() + 10).size(), std::size_t(2));
+        runner->purgeUploads();
+        QVERIFY(!stores.hasFile(demo.upload));
+    }
+
+    void removesOnlyItsOwnLeftovers()
+    {
+        Stores stores(*m_dir);
+        const Job job = *stores.jobs.find(stores.addJob(stores.addAccount("a@b"), "a.wav"));
+        const std::filesystem::path lost = stores.folder.upload(randomHex(16) + ".wav");
+        const std::filesystem::path foreign = stores.folder.upload("holiday.wav");
+        std::ofstream(lost) << "cut off";
+        std::ofstream(foreign) << "somebody's";
+        (void)stores.folder.makeStagingDir(randomHex(32));
+        stores.folder.removeLeftovers(stores.uploads.files());
+        QVERIFY(!std::filesystem::exists(lost));
+        QVERIFY(std::filesystem::exists(foreign));
+        QVERIFY(stores.hasFile(job.upload));
+        QVERIFY(std::filesystem::is_empty(stores.folder.database().parent_path() / "work"));
+    }
+
+    void refusesASecondService()
+    {
+        Stores stores(*m_dir);
+        QVERIFY_EXCEPTION_THROWN(Stores second(*m_dir), DatabaseBusy);
+    }
+
+private:
+    void fillDisk() const
+    {
+        QFile file(m_dir->filePath("filling"));
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        for (const int bytes : {65536, 4096, 1}) {
+            while (file.write(QByteArray(bytes, 'x')) == bytes) { }
+        }
+    }
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+TEKO_TEST(ServiceJobsTest)
+
+#include "tst_servicejobs.moc"
