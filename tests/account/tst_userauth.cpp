@@ -15,6 +15,8 @@ class TestUserAuth final : public AccountCase
     Q_OBJECT
 
 private slots:
+    /// Columns: at which service somebody signed in during the run before, the service of this run,
+    /// what is done, the service's answers to it (none: the network is away), and the story().
     void actions_data()
     {
         const Rows<QString, QString, Action, QList<Answer>, QString> add;
@@ -47,6 +49,7 @@ private slots:
         add("register", "", "far", enrol, {user},
             "register.php?name=A&email=a@b&password=12345678 in welcome h full");
         add("forgotten", "", "far", forget, {Answer::text("1")}, "recover.php?email=a@b code demo");
+        // The sign-in that follows meets the same answer, which is no user.
         add("code", "", "far", recover, {Answer::text("1")}, code + login + "12345678 demo 1");
         add("wrong code", "", "far", recover, {refusal}, code + "demo No <b>way</b>.");
     }
@@ -132,7 +135,8 @@ private:
         server().clearRequests();
     }
 
-    /// What was asked, with which token, reported and reached in this run.
+    /// What happened in this run: requests with their access tokens, signals, then the session's
+    /// hash, the run mode and the error that is shown.
     QString story()
     {
         QStringList parts;
