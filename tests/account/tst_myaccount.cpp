@@ -46,13 +46,13 @@ private slots:
         MyAccount window(store());
         window.openWindow();
         window.rootObject()->setProperty("isEditing", true);
-        window.save(" New ", "new@b.de", "short");
+        window.save(" New ", "new@b.de", "short", "old");
         QVERIFY(state(window).contains("at least 8 characters"));
-        window.save(" New ", "new@b.de", "");
+        window.save(" New ", "new@b.de", "", "old one");
         QTRY_COMPARE(state(window), "none -1 true false <b>Taken</b>");
-        window.save(" New ", "new@b.de", "");
+        window.save(" New ", "new@b.de", "", "old one");
         QTRY_COMPARE(state(window), "active -1 false false ");
-        QVERIFY(server().requests(path)[0].body.contains("&name=New&email=new@b.de&password=&"));
+        QVERIFY(server().requests(path)[0].body.contains("&name=New&email=new@b.de&password=&oldPassword=old one"));
     }
 
     /// An answer that still comes must not bring the session back.
