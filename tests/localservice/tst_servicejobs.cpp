@@ -108,30 +108,6 @@ private slots:
         QCOMPARE(stores.jobs.find(id)->reason, std::string(failures > 1 ? "It failed." : ""));
     }
 
-    void letsAccountsTakeTurns()
-    {
-        Stores stores(*m_dir);
-        const std::int64_t band = stores.addAccount("band@b");
-        const std::int64_t guest = stores.addAccount("guest@b");
-        std::map<std::string, char> names;
-        const auto add = [&](std::int64_t account, char name) {
-            const std::int32_t id = stores.addJob(account, std::string(1, name));
-            names[stores.jobs.find(id)->token] = name;
-            return id;
-        };
-        add(band, '1');
-        add(band, '2');
-        const std::int32_t last = add(band, '3');
-        add(guest, 'g');
-        std::string order;
-        const auto runner = stores.run([&](const SeparationTask &task, JobControl &control) {
-            order += names[task.main.parent_path().filename().string()];
-            return copyTwice(task, control);
-        });
-        QTRY_VERIFY(stores.stateOf(last) == JobState::Ready);
-        QCOMPARE(order, std::string("1g23"));
-    }
-
     void timeLeftRisesOnlyForNewJobs()
     {
         Stores stores(*m_dir);
