@@ -11,6 +11,9 @@ Controls.ApplicationWindow {
     id: root
 
     property real scf: 1
+    // In a component the bare names would mean the properties that they are bound to.
+    readonly property alias prop: prop
+    readonly property alias userAuth: userAuth
 
     width: 470 * root.scf
     height: 210 * root.scf
@@ -159,10 +162,13 @@ Controls.ApplicationWindow {
     Loader {
         anchors.fill: parent
         active: !prop.isActiveProduct
+        // What the overlay needs of this file stands around the component.
+        // qmllint disable unqualified
         sourceComponent: AuthLayer {
-            prop: prop
-            userAuth: userAuth
+            prop: root.prop
+            userAuth: root.userAuth
         }
+        // qmllint enable unqualified
     }
 
     LoadingHover {
