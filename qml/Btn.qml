@@ -4,8 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import qml
 
-/// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus. Like all of Qt's buttons, and
-/// unlike a MouseArea, it ignores the second half of a double click.
+/// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus.
 T.AbstractButton {
     id: btn
 
@@ -27,6 +26,9 @@ T.AbstractButton {
     Accessible.role: Accessible.Button
     Accessible.name: btn.tooltip !== "" ? btn.tooltip : btn.label !== "" ? btn.label.replace("\n", " ") : btn.iconName
 
+    // As long as this has a handler, the second half of a double click is no second click.
+    onDoubleClicked: {
+    }
     states: [
         State {
             name: "disabled"

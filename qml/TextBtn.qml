@@ -23,6 +23,9 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.text
+    // As long as this has a handler, the second half of a double click is no second click.
+    onDoubleClicked: {
+    }
     Keys.onReturnPressed: btn.clicked()
     Keys.onEnterPressed: btn.clicked()
     // Qt leaves the keyboard with an item that is hidden.

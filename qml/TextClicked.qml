@@ -16,6 +16,9 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Link
     Accessible.name: link.text
+    // As long as this has a handler, the second half of a double click is no second click.
+    onDoubleClicked: {
+    }
     Keys.onReturnPressed: link.clicked()
     Keys.onEnterPressed: link.clicked()
     // Qt leaves the keyboard with an item that is hidden.
