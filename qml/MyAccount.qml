@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// The account window: who is signed in, what his subscription is worth, and the change of both.
+/// The account window: who is signed in, what their subscription is worth, and the change of both.
 WindowView {
     id: root
 
@@ -55,7 +55,7 @@ WindowView {
         if (!root.isEditing)
             root.forceActiveFocus();
     }
-    // News that arrive while the user types must not take away what he typed.
+    // News that arrive while the user types must not take away what was typed.
     onUserNameChanged: root.isEditing || root.showUser()
     onUserEmailChanged: root.isEditing || root.showUser()
     Keys.onReturnPressed: root.submit()

@@ -12,13 +12,10 @@
 #include "tests/support/testmain.h"
 
 #include <QRegularExpression>
-#include <QThread>
 
 #include <cmath>
 #include <memory>
 #include <optional>
-#include <set>
-#include <vector>
 
 /// Settings, folders and what several running programs share of them.
 class TestProgramData : public TestCase
@@ -32,22 +29,6 @@ private slots:
         QDir(documentsAppFolder()).removeRecursively();
         QDir(localDataAppFolder()).removeRecursively();
         m_folder = std::make_unique<QTemporaryDir>();
-    }
-
-    void racingThreadsGetOneStore()
-    {
-        std::vector<std::unique_ptr<QThread>> threads;
-        std::vector<ProgramData *> seen(8);
-        for (auto &slot : seen) {
-            threads.emplace_back(QThread::create([&slot] { slot = &ProgramData::instance(); }));
-            threads.back()->start();
-        }
-        for (const auto &thread : threads)
-            thread->wait();
-        QCOMPARE(std::set<ProgramData *>(seen.begin(), seen.end()).size(), size_t(1));
-        // There is no application folder yet, as on a very first run.
-        QCOMPARE(seen.front()->settings().fileName(), "/teko.ini");
-        QVERIFY(seen.front()->isFirstSession());
     }
 
     /// By the getters: what is not stored has a default, which may be a folder that is made.
@@ -204,15 +185,6 @@ private slots:
         QCOMPARE(filesIn(path()).size(), 1);
         QVERIFY(QDir(path("kept")).exists());
         TemporaryFolder("").clear();
-    }
-
-    void userIsReadFromTheServicesMap()
-    {
-        const QVariantMap plan{{"id", 7}, {"period", "year"}, {"expired", "1"}};
-        const UserRecord user = UserRecord::fromMap(
-            {{"user_id", 3}, {"name", "Ada"}, {"hash", "h"}, {"subscription", plan}});
-        QCOMPARE(user, (UserRecord{3, "Ada", {}, "h", {7, {}, "year", {}, {}, 1}}));
-        QCOMPARE(UserRecord::fromMap({{"user_id", "x"}, {"subscription", "none"}}), UserRecord());
     }
 
 private:

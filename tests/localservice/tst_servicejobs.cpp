@@ -51,20 +51,22 @@ private slots:
         QVERIFY(std::filesystem::exists(stores.folder.mixResult(stores.jobs.find(id)->token)));
     }
 
-    void makesOneJobOfEqualRequests()
+    void findsTheJobOfAnEqualUpload()
     {
         Stores stores(*m_dir);
-        const std::int64_t one = stores.addAccount("a@b");
-        const std::int64_t other = stores.addAccount("b@b");
-        const std::int32_t first = stores.addJob(one, "a.wav");
-        QCOMPARE(stores.addJob(one, "a.wav"), first);
-        QVERIFY(stores.addJob(one, "b.wav") != first);
-        QVERIFY(stores.addJob(one, "a.wav", true) != first);
-        QVERIFY(stores.addJob(other, "a.wav") != first);
-        QVERIFY(stores.startNext()->id == first);
-        QCOMPARE(stores.addJob(one, "a.wav"), first);
-        QVERIFY(stores.jobs.move(first, JobState::Running, JobState::Ready));
-        QVERIFY(stores.addJob(one, "a.wav") != first);
+        const std::int32_t id = stores.addJob(stores.addAccount("a@b"), "a.wav");
+        Job equal = *stores.jobs.find(id);
+        Job demo = equal;
+        demo.demo = true;
+        QVERIFY(!stores.jobs.findDuplicate(demo, "a.wav"));
+        QVERIFY(!stores.jobs.findDuplicate(equal, "b.wav"));
+        QVERIFY(stores.startNext());
+        QVERIFY(stores.jobs.findDuplicate(equal, "a.wav"));
+        equal.account = stores.addAccount("b@b");
+        QVERIFY(!stores.jobs.findDuplicate(equal, "a.wav"));
+        equal.account = stores.jobs.find(id)->account;
+        QVERIFY(stores.jobs.move(id, JobState::Running, JobState::Ready));
+        QVERIFY(!stores.jobs.findDuplicate(equal, "a.wav"));
     }
 
     /// As a service leaves its jobs that is killed while they run.
