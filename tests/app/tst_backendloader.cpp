@@ -11,7 +11,6 @@
 #include "tests/support/files.h"
 #include "tests/support/openedurls.h"
 #include "tests/support/recordedmessages.h"
-#include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 #include "tests/support/toplevelwindow.h"
 
@@ -22,6 +21,7 @@
 #include <QQuickItem>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QTest>
 #include <QTimer>
 #include <QWindow>
 

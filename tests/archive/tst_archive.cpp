@@ -178,21 +178,6 @@ private slots:
         QCOMPARE(opened.take(), QStringList(saved));
     }
 
-    void rowsThatNameNoFileDoNothing()
-    {
-        m_window->openWindow();
-        QSignalSpy buttons(m_window.get(), &Archive::changeButtons);
-        QSignalSpy again(m_window.get(), &Archive::reProcessDemo);
-        for (const int row : {-1, 1, 2}) {
-            m_window->operateFile(row, false, "wav");
-            m_window->changedFormat(row, "wav");
-            m_window->getFullFile(row);
-        }
-        QCOMPARE(buttons.size() + again.size(), 0);
-        m_window->getFullFile(0);
-        QCOMPARE(again.constFirst(), QVariantList({"Song.wav", "vocals", "wav", 17}));
-    }
-
     /// Without a number nothing can be asked for, but what is on disk can be played.
     void recordsWithoutANumber()
     {

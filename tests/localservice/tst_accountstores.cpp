@@ -71,19 +71,6 @@ private slots:
         QVERIFY(!stores.accounts.recover("a@b", code, "another one"));
     }
 
-    void countsFilesByAccount()
-    {
-        Stores stores(*m_dir);
-        const std::int64_t one = stores.addAccount("a@b");
-        const std::int64_t other = stores.addAccount("b@b");
-        stores.accounts.countProcessed(one);
-        stores.accounts.countProcessed(one);
-        QCOMPARE(stores.accounts.processedToday(one), 2);
-        QCOMPARE(stores.accounts.processedToday(other), 0);
-        stores.secondsLater = 2 * 86400;
-        QCOMPARE(stores.accounts.processedToday(one), 0);
-    }
-
     void endsUnusedSessions_data()
     {
         const Rows<bool, QList<int>, bool> add;

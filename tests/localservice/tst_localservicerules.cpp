@@ -1,7 +1,5 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "localservice/api/ratelimiter.h"
-#include "localservice/base/log.h"
 #include "localservice/http/clientaddress.h"
 #include "localservice/http/fields.h"
 #include "localservice/http/hostpolicy.h"
@@ -10,14 +8,12 @@
 #include "localservice/jobs/jobschedule.h"
 #include "localservice/jobs/separatoroutput.h"
 #include "localservice/options.h"
-#include "localservice/server/transferrate.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
 
 #include <QtTest>
 
 using namespace localservice;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -182,15 +178,6 @@ private slots:
             QVERIFY_EXCEPTION_THROWN((void)splitCommand(command), std::invalid_argument);
     }
 
-    void estimatesTheWaitingTime()
-    {
-        using Times = std::vector<double>;
-        QCOMPARE(waitingTime(Times{}, Times{}, 2), 0.0);
-        QCOMPARE(waitingTime(Times{5}, Times{}, 2), 0.0);
-        QCOMPARE(waitingTime(Times{5, 3}, Times{}, 2), 3.0);
-        QCOMPARE(waitingTime(Times{5, 3}, Times{10, 1}, 2), 6.0);
-    }
-
     void startsJobsInTurn_data()
     {
         const Rows<QString, QString> add;
@@ -289,56 +276,6 @@ private slots:
     {
         const auto [peer, header, network] = fetchRow<std::string, std::string, std::string>();
         QCOMPARE(clientNetwork(Poco::Net::IPAddress(peer), "192.0.2.1", header), network);
-    }
-
-    void endsSlowTransfers_data()
-    {
-        const Rows<QList<int>, int> add;
-        // Kilobytes in each second; the window is 3 seconds, the minimum 6 KB. When it is too slow.
-        add("steady", {2, 2, 2, 2, 2, 2}, -1);
-        add("a pause", {9, 0, 0, 9, 0, 0}, -1);
-        add("a quick begin, then nothing", {99, 0, 0, 0, 0}, 4);
-        add("a trickle", {1, 1, 1, 1}, 3);
-        add("young", {0, 0}, -1);
-    }
-
-    void endsSlowTransfers()
-    {
-        const auto [kilobytes, end] = fetchRow<QList<int>, int>();
-        const TransferRate::Time begin{};
-        TransferRate rate(begin, 3s, 6000);
-        std::int64_t bytes = 0;
-        int second = 0;
-        int tooSlow = -1;
-        for (const int count : kilobytes) {
-            bytes += count * 1000;
-            if (rate.isTooSlow(begin + std::chrono::seconds(++second), bytes) && tooSlow < 0)
-                tooSlow = second;
-        }
-        QCOMPARE(tooSlow, end);
-    }
-
-    void logsPrintableText()
-    {
-        for (const auto &[text, shown] : {std::pair("a\tb\nc\x7f", "a b c "),
-                                          {"ä € 𝄞", "ä € 𝄞"},
-                                          {"a\u0085\u2028\u202e\u2066\u200fb", "a     b"},
-                                          {"\xff"
-                                           "a",
-                                           "\ufffda"}})
-            QCOMPARE(printable(text), std::string(shown));
-    }
-
-    void limitsTriesWithinAMinute()
-    {
-        RateLimiter limiter(2);
-        const RateLimiter::Time start{};
-        QVERIFY(limiter.count("a", start));
-        QVERIFY(limiter.count("a", start + 30s));
-        QVERIFY(!limiter.count("a", start + 59s));
-        QVERIFY(limiter.count("b", start + 59s));
-        QVERIFY(limiter.count("a", start + 60s));
-        QVERIFY(!limiter.count("a", start + 61s));
     }
 };
 

@@ -110,35 +110,6 @@ private slots:
         QCOMPARE(stores.jobs.find(id)->reason, std::string(failures > 1 ? "It failed." : ""));
     }
 
-    void timeLeftRisesOnlyForNewJobs()
-    {
-        Stores stores(*m_dir);
-        const std::int64_t account = stores.addAccount("a@b");
-        const std::int32_t first = stores.addJob(account, "a.wav");
-        const Job second = *stores.jobs.find(stores.addJob(account, "b.wav"));
-        std::atomic<double> progress = 0;
-        std::atomic<double> seen = -1;
-        const auto runner = stores.run([&](const SeparationTask &, JobControl &control) {
-            while (!control.cancelled) {
-                control.progress = progress.load();
-                seen = control.progress.load();
-                std::this_thread::yield();
-            }
-            return false;
-        });
-        QTRY_VERIFY(stores.stateOf(first) == JobState::Running);
-        // 60 seconds of sound each, at 10 a second.
-        QCOMPARE(runner->secondsLeft(second), 12);
-        progress = 0.999;
-        QTRY_COMPARE(runner->secondsLeft(second), 7);
-        progress = 0;
-        QTRY_COMPARE(seen.load(), 0.0);
-        QCOMPARE(runner->secondsLeft(second), 7);
-        stores.addJob(stores.addAccount("b@b"), "c.wav");
-        runner->notifyJobAdded();
-        QTRY_VERIFY(runner->secondsLeft(second) > 12);
-    }
-
     void discardsWhatADeadClientLeft()
     {
         Stores stores(*m_dir);

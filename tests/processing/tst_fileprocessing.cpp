@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/processing/processingtest.h"
-#include "tests/support/openedurls.h"
 
 /// Files on their way from the choice to the results.
 class TestFileProcessing : public ProcessingTest
@@ -170,25 +169,6 @@ private slots:
         QCOMPARE(value("convertingText"), "once");
     }
 
-    void demoNotes_data()
-    {
-        const Rows<QString, int, bool> add;
-        add("WAV, subscriber", "WAV", 1, true);
-        add("MP3, subscriber", "MP3", 1, false);
-        add("MP3, demo user", "MP3", 0, true);
-    }
-
-    /// A WAV run leaves the note as it was.
-    void demoNotes()
-    {
-        const auto [format, subscription, isDemo] = fetchRow<QString, int, bool>();
-        m_home->signIn("h", subscription);
-        m_home->set("default_audio_format", format);
-        server().on("/a", {Answer::text("instrument")});
-        run("a.wav");
-        QCOMPARE(value("isDemo").toBool(), isDemo);
-    }
-
     /// A demo in full begins like any run, whatever the last one left on the counters.
     void fullRunOfADemo()
     {
@@ -205,21 +185,6 @@ private slots:
         QTRY_COMPARE(layer(), "success");
         QVERIFY(QFile::exists(m_home->path("Save/drums - b.mp3")));
         QVERIFY(!value("isDemo").toBool());
-    }
-
-    void openingResults()
-    {
-        RecordedMessages messages;
-        run("a.wav");
-        OpenedUrls opened;
-        m_window->openFinalFiles("main");
-        const QString main = m_home->path("Save/vocals - a.wav");
-        QCOMPARE(opened.take(), QStringList(main));
-        QFile::remove(main);
-        m_window->openFinalFiles("main");
-        QCOMPARE(messages.take(),
-                 QStringList("File Processing Error: Downloaded files not exists:\n\n" + main));
-        QCOMPARE(layer(), "success");
     }
 };
 

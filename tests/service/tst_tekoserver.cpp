@@ -150,8 +150,6 @@ private slots:
         add("accepted", askRepeat, "repeat", Answer::text("123").inPieces(1), "id 123");
         add("repeat redirected", askRepeat, "repeat", Answer::redirect(QUrl("/x"), 307),
             "error File repeating error:\n\n" + unfollowed);
-        add("demo cut", askRepeatDemo, "repeatDemo", Answer::wrongLength("1", "2"),
-            "error Demo File repeating error:\n\nConnection closed");
     }
 
     void understandsReplies()
@@ -173,7 +171,7 @@ private slots:
         Answer early = Answer::text("No <b>room</b>.");
         early.bodyLimit = 100'000;
         early.ending = Ending::Linger;
-        add("reset instead of an answer", Answer::cut(Ending::Reset), closed);
+        add("closed instead of an answer", Answer::cut(), closed);
         add("refused early", early, "error No <b>room</b>.");
     }
 

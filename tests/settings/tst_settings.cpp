@@ -38,19 +38,6 @@ private slots:
         QDir::setCurrent(QDir::rootPath());
     }
 
-    void opening()
-    {
-        m_store->settings().setValue("settings_gui_scale", 1.33);
-        m_window->openWindow();
-        QCOMPARE(m_window->minimumSize(), QSize(718, 891));
-        QCOMPARE(m_window->maximumSize(), QSize(718, 891));
-        QCOMPARE(m_window->rootObject()->property("scf").toDouble(), 1.33);
-        m_window->saveScf(1.25);
-        QCOMPARE(m_store->guiScale(), 1.25);
-        QCOMPARE(m_window->minimumSize(), QSize(675, 837));
-        QCOMPARE(m_window->rootObject()->property("scf").toDouble(), 1.25);
-    }
-
     /// "OK" in the view, after the window was opened over that value and, perhaps, another program
     /// has changed it before or meanwhile.
     void okStores_data()
@@ -128,18 +115,6 @@ private slots:
         QCOMPARE(m_window->maximumSize(), QSize(540, 670));
         m_window->cancel();
         QCOMPARE(m_store->settings().allKeys(), QStringList());
-    }
-
-    void folderDialog()
-    {
-        QSignalSpy updates(m_window.get(), &Settings::updatePathField);
-        for (const char *answer : {"", "/old", "/new"}) {
-            m_answer = answer;
-            m_window->chooseNewPath("default_path_save", "/old");
-        }
-        QCOMPARE(m_asked, QStringList(3, "Please Select a new folder|/old"));
-        QCOMPARE(updates, QList<QVariantList>({{"/new", "default_path_save"}}));
-        QVERIFY(m_store->settings().allKeys().isEmpty());
     }
 
     void players_data()

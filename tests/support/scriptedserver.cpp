@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/scriptedserver.h"
 
-#include "tests/support/socketreset.h"
-
 #include <QHostAddress>
 #include <QTcpSocket>
 #include <QTimer>
@@ -84,14 +82,6 @@ ScriptedAnswer ScriptedAnswer::raw(const QByteArray &bytes)
     return answer;
 }
 
-ScriptedAnswer ScriptedAnswer::cut(Ending ending, qint64 afterBodyBytes)
-{
-    ScriptedAnswer answer;
-    answer.ending = ending;
-    answer.bodyLimit = afterBodyBytes;
-    return answer;
-}
-
 ScriptedAnswer ScriptedAnswer::never()
 {
     return ScriptedAnswer().held();
@@ -146,18 +136,12 @@ QList<ScriptedRequest> ScriptedServer::requests(const QByteArray &path) const
 
 void ScriptedServer::release()
 {
-    while (!m_holding.isEmpty())
-        releaseFirst();
-}
-
-void ScriptedServer::releaseFirst()
-{
-    if (m_holding.isEmpty())
-        return;
-    QTcpSocket *socket = m_holding.takeFirst();
-    const auto connection = m_connections.find(socket);
-    if (connection != m_connections.end() && std::exchange(connection->isHeld, false))
-        send(socket, connection->held);
+    while (!m_holding.isEmpty()) {
+        QTcpSocket *socket = m_holding.takeFirst();
+        const auto connection = m_connections.find(socket);
+        if (connection != m_connections.end() && std::exchange(connection->isHeld, false))
+            send(socket, connection->held);
+    }
 }
 
 void ScriptedServer::accept()
@@ -249,11 +233,6 @@ void ScriptedServer::end(QTcpSocket *socket, ScriptedAnswer::Ending ending)
     if (ending == ScriptedAnswer::Ending::KeepAlive)
         return;
     m_connections[socket].isOver = true;
-    if (ending == ScriptedAnswer::Ending::Linger)
-        return;
     if (ending == ScriptedAnswer::Ending::Close)
-        return socket->disconnectFromHost();
-    socket->flush();
-    resetOnClose(socket->socketDescriptor());
-    socket->abort();
+        socket->disconnectFromHost();
 }

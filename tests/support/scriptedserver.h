@@ -28,7 +28,7 @@ struct ScriptedRequest
 /// What the server does with a request. Made by the functions, then adorned by the members.
 struct ScriptedAnswer
 {
-    enum class Ending { KeepAlive, Linger, Close, Reset }; ///< Linger: the client closes
+    enum class Ending { KeepAlive, Linger, Close }; ///< Linger: the client closes
 
     QByteArray bytes; ///< head and body as they are sent
     Ending ending = Ending::KeepAlive;
@@ -44,8 +44,8 @@ struct ScriptedAnswer
     static ScriptedAnswer wrongLength(const QByteArray &body, const QByteArray &announced);
     /// Bytes that need not be HTTP at all, then closes.
     static ScriptedAnswer raw(const QByteArray &bytes);
-    /// No answer: closes, or resets, the connection after so many bytes of the request's body.
-    static ScriptedAnswer cut(Ending ending = Ending::Close, qint64 afterBodyBytes = -1);
+    /// No answer: closes the connection.
+    static ScriptedAnswer cut() { return raw({}); }
     /// Takes the request and keeps silent.
     static ScriptedAnswer never();
 
@@ -77,8 +77,6 @@ public:
     void on(const QByteArray &path, const QList<ScriptedAnswer> &answers);
     /// Sends the held answers whose requests have come, in the order of the requests.
     void release();
-    /// Sends only the one whose request came first.
-    void releaseFirst();
 
     /// Whole requests in the order in which they were completed, those that were cut on purpose
     /// included with what had come of them.
