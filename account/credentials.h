@@ -14,7 +14,7 @@ struct Credentials
     QString email;
     QString hash; ///< empty: nobody is signed in
     QString accessToken;
-    bool hasSignedOut = false; ///< by his own wish
+    bool hasSignedOut = false; ///< on the user's own wish
     QString service; ///< the address that all this is for; empty: the service of this computer
 
     bool operator==(const Credentials &) const = default;

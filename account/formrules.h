@@ -4,7 +4,7 @@
 
 #include <QString>
 
-/// What is wrong with what the user typed, in a sentence for him; empty when nothing is. The
+/// What is wrong with what the user typed, in a sentence for them; empty when nothing is. The
 /// service has the last word.
 
 [[nodiscard]] QString validateName(const QString &name);

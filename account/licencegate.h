@@ -9,6 +9,7 @@
 /// What a user's subscription is worth now.
 enum class Licence { None, Expired, Active };
 
+/// By the user's record as the service last sent it.
 [[nodiscard]] Licence licenceOf(const UserRecord &user);
 
 /// The run mode that the user's licence allows: "full", or "demo" for the first 30 seconds of a
@@ -19,5 +20,5 @@ enum class Licence { None, Expired, Active };
 /// today.
 [[nodiscard]] bool isDailyLimitReached(int remainingFiles);
 
-/// Greets a user and tells him what his licence allows; for plain text.
+/// A greeting that says what the user's licence allows; plain text.
 [[nodiscard]] QString welcomeText(const UserRecord &user);

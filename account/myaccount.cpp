@@ -101,7 +101,7 @@ void MyAccount::sessionChecked(const AccountAnswer &answer)
     }
     const UserReply reply = parseUserReply(answer.text);
     if (reply.kind == UserReply::Kind::Refusal) {
-        // The main window checks again when it comes back, ends the session and tells the reason.
+        // The main window checks again when it comes back, ends the session and shows the reason.
         closeWindow();
     } else if (reply.kind == UserReply::Kind::User) {
         m_session.begin(reply);

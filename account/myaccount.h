@@ -6,8 +6,8 @@
 #include "account/session.h"
 #include "base/viewwindow.h"
 
-/// The window that shows who is signed in and what his subscription is worth, and changes his name,
-/// e-mail and password. GUI thread only.
+/// The window that shows who is signed in and what their subscription is worth, and changes their
+/// name, e-mail and password. GUI thread only.
 class MyAccount final : public ViewWindow
 {
     Q_OBJECT

@@ -82,7 +82,7 @@ void Session::resume(const SessionCandidate &candidate)
     UserRecord user;
     user.email = candidate.email;
     user.hash = candidate.hash;
-    // The service on the user's own machine is his, whole and for good.
+    // The service on the user's own machine is theirs, whole and for good.
     user.subscription.id = candidate.isLocal ? 1 : 0;
     m_store.setUser(user);
 }
@@ -93,7 +93,7 @@ void Session::end(bool byWish)
     const Credentials left{before.publicKey, before.email, {}, {}, byWish, before.service};
     m_store.setUser({});
     m_store.setAccess({left.publicKey, left.accessToken, left.hasSignedOut});
-    // An old file would sign him in again at the next start.
+    // An old file would sign them in again at the next start.
     fileOf(m_store).overwrite(left);
 }
 

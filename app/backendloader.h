@@ -80,7 +80,7 @@ private:
 
     ProgramData &m_store;
     TemporaryFolder m_temporaryFolder;
-    std::unique_ptr<AccountClient> m_signOff; ///< tells the service who has signed out
+    std::unique_ptr<AccountClient> m_signOff; ///< ends sessions at the service
     std::unique_ptr<FileProcessing> m_processing;
     std::unique_ptr<Settings> m_settings;
     std::unique_ptr<MyAccount> m_account;

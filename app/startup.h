@@ -15,5 +15,5 @@ void openOnceSignedIn(const QObject &mainView, const QString &file);
 
 /// Everything between the application object and its end: style, settings, log, folders, embedded
 /// service, main view and event loop. A file given on the command line is opened in place of the
-/// main window. Returns the process's exit code; a start that fails has told the user why.
+/// main window. Returns the process's exit code; a start that fails has shown the user why.
 int runProgram(const QStringList &arguments);

@@ -27,7 +27,7 @@ public:
     /// answered or the window is closed.
     void openWindow();
 
-    /// Loads the list anew, waiting in the same way. A failure is told in a message box.
+    /// Loads the list anew, waiting in the same way. A failure is reported in a message box.
     void loadArchiveFiles();
 
 signals:

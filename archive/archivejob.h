@@ -57,7 +57,7 @@ struct ArchiveJob
 /// How a demo is processed in full.
 struct FullRun
 {
-    QString source; ///< the user's file, or only a name where the service tells no usable path
+    QString source; ///< the user's file, or only a name where the service names no usable path
     QString extension; ///< as stored, or when the picture is gone a chosen audio format
     bool lacksFilm = false; ///< the result would need a picture that is not here
 

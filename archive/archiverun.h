@@ -13,7 +13,7 @@ class ConvertingFile;
 class TekoServer;
 
 /// One archived result on its way to disk. Destroying it is the only way to end it, for whatever
-/// reason: the conversion stops, requests are aborted, the service is told to cancel a job that
+/// reason: the conversion stops, requests are aborted, the service is asked to cancel a job that
 /// began with a download, and what was downloaded but not converted is removed. GUI thread only.
 class ArchiveRun final
 {

@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// How the user is asked for files and folders. Each answers an absolute path, or empty when he
-/// gave up.
+/// How the user is asked for files and folders. Each returns an absolute path, or empty when they
+/// cancelled.
 struct FileDialogs
 {
     std::function<QString(const QString &caption, const QString &startFolder)> chooseFolder;

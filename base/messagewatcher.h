@@ -8,7 +8,7 @@
 class QMessageBox;
 
 /// Stands in for a user where nobody sits before the screen: answers each message box of the
-/// program with its OK button as soon as it is shown, and tells what it said. Lives on the GUI
+/// program with its OK button as soon as it is shown, and reports what it said. Lives on the GUI
 /// thread.
 class MessageWatcher final : public QObject
 {

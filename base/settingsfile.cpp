@@ -78,6 +78,6 @@ bool writeSettings(QSettings &settings)
         return false;
     }
     // The status of a QSettings object stays at its first error. A fresh one tries once more what
-    // is still to be written and tells about that alone.
+    // is still to be written and reports that alone.
     return QSettings(file, QSettings::IniFormat).status() == QSettings::NoError;
 }

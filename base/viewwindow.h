@@ -24,7 +24,7 @@ public:
     /// the other one is gone, the system chooses the place.
     void setHome(QWindow *home) { m_home = home; }
 
-    /// Closes the window and tells the rest of the program so, even when the window is hidden,
+    /// Closes the window and emits showParent(), even when the window is hidden,
     /// for which Qt itself sends no close event.
     void closeWindow();
 

@@ -36,8 +36,8 @@ void dropPlatformRemarks(QtMsgType type, const QMessageLogContext &context, cons
 constexpr int cannotStart = 1;
 constexpr int usageError = 2;
 
-/// Waits until it is known who is signed in. Somebody who is not learns it from the service, which
-/// refuses his files. What is told meanwhile goes to standard error: a service that cannot start.
+/// Waits until it is known who is signed in. When nobody is, the service refuses the files.
+/// Problems on the way, such as a service that does not start, go to standard error.
 void findUser(ProgramData &store)
 {
     const MessageWatcher messages;

@@ -53,8 +53,8 @@ public:
     /// Where the workers below run.
     [[nodiscard]] WorkerThread &worker() { return m_worker; }
     /// Picks a name for the WAV file in a folder. Returns whether that is all that can be done
-    /// here: the source was copied, or is no file that could be converted. The missing file tells
-    /// of a failure.
+    /// here: the source was copied, or is no file that could be converted. When that failed, the
+    /// file is missing.
     [[nodiscard]] bool prepareWithoutConverting(const QString &folder);
     [[nodiscard]] std::unique_ptr<ConvertingFile> uploadConverter() const;
     [[nodiscard]] std::unique_ptr<PictureProbe> pictureProbe() const;

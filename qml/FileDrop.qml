@@ -10,7 +10,7 @@ DropArea {
 
     signal fileDropped(string path)
 
-    /// A name that is not UTF-8 stays encoded. No such file can be opened, which the processing window tells.
+    /// A name that is not UTF-8 stays encoded. No such file can be opened, which the processing window reports.
     function decoded(file: string): string {
         try {
             return decodeURIComponent(file);

@@ -22,7 +22,7 @@ void checkConnectivity(QNetworkAccessManager &network, const QUrl &url, QObject 
 /// object may be gone afterwards.
 [[nodiscard]] bool online(QNetworkAccessManager &network, const QUrl &url, const QObject *context);
 
-/// What the user is told when the service cannot be reached. The service of this computer is named,
+/// What the user reads when the service cannot be reached. The service of this computer is named,
 /// with its log.
 struct OfflineNotice
 {

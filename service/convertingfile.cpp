@@ -13,7 +13,7 @@
 
 namespace {
 
-/// What tells an untouched file from one that ffmpeg began to write.
+/// By which an untouched file differs from one that ffmpeg began to write.
 struct FileState
 {
     explicit FileState(const QString &path)

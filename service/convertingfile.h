@@ -18,8 +18,8 @@ class ConvertingFile final : public QObject
 
 public:
     /// `cancelFlag` belongs to the owner and outlives the worker: 1 stops the conversion, 0 lets it
-    /// run. `original` is needed for outputs with a picture. `main` tells the isolated instrument
-    /// from the mix and selects the signal of prepareFinal().
+    /// run. `original` is needed for outputs with a picture. `main` is true for the isolated
+    /// instrument, false for the mix, and selects the signal of prepareFinal().
     ConvertingFile(const std::atomic<int> *cancelFlag, const QString &input, const QString &output,
                    const QString &original, bool main);
 

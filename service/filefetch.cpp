@@ -126,7 +126,7 @@ bool FileFetch::isWhole() const
 
 void FileFetch::commit()
 {
-    // The flush matters: a disk that is full only by now is not told by commit() in Qt 6.4
+    // The flush matters: a disk that is full only by now is not reported by commit() in Qt 6.4
     // (QTBUG-75077).
     if (!m_file.flush() || !m_file.commit())
         return failDownload(m_file.errorString());

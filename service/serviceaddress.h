@@ -21,7 +21,7 @@ struct ConfiguredAddresses
 
 /// An address to which paths are appended: without a query, a fragment and closing slashes. An
 /// address without a scheme means http; one that is no web address, or holds a user name or a
-/// password, gives an empty URL.
+/// password, returns an empty URL.
 [[nodiscard]] QUrl baseUrl(const QString &address);
 
 /// The service's address that was chosen when the program was built; usually empty.
@@ -40,7 +40,7 @@ struct ConfiguredAddresses
 
 /// The environment wins over the settings, and these over the compiled-in address and, at last, the
 /// embedded service's (empty while it does not run). An address that is configured but unusable
-/// gives an empty URL, never a different service.
+/// returns an empty URL, never a different service.
 [[nodiscard]] ServiceEndpoints resolveEndpoints(const ConfiguredAddresses &environment,
                                                 const ConfiguredAddresses &settings,
                                                 const QString &compiledIn, const QUrl &embedded);

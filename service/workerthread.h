@@ -11,7 +11,7 @@
 /// the GUI's. A worker's signal reaches the owner only while that worker is the current one: what a
 /// replaced worker had already sent is dropped.
 ///
-/// Stopping waits for the worker's slot without a limit, so the owner first tells the worker to
+/// Stopping waits for the worker's slot without a limit, so the owner first asks the worker to
 /// end.
 class WorkerThread final : public QObject
 {

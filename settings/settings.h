@@ -10,7 +10,7 @@
 class ProgramData;
 
 /// The settings window: shows the stored values in its view and writes back what the user chose. A
-/// value that cannot be stored is told in a message box. GUI thread only.
+/// value that cannot be stored is reported in a message box. GUI thread only.
 class Settings final : public ViewWindow
 {
     Q_OBJECT
@@ -42,7 +42,7 @@ public slots:
     void saveScf(double scf);
     void cancel();
     void defaultSettings();
-    /// Makes sure that a player which the user picked can be found, asking him where it is if need
+    /// Makes sure that a player which the user picked can be found, asking them where it is if need
     /// be.
     void checkPathIsExisted(QString key, const QString &field);
     void chooseNewPath(const QString &settingsKey, const QString &path);

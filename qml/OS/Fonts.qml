@@ -20,7 +20,7 @@ QtObject {
     property font font15_19
     property font font16_21
 
-    /// A font has to have a size, so a scale of 0 gives the smallest one.
+    /// A font has to have a size, so a scale of 0 means the smallest one.
     function size(points: int): real {
         return Math.max(points * fonts.scf, 0.5);
     }
