@@ -169,6 +169,25 @@ private slots:
         QCOMPARE(value("convertingText"), "once");
     }
 
+    void demoNotes_data()
+    {
+        const Rows<QString, int, bool> add;
+        add("WAV, subscriber", "WAV", 1, true);
+        add("MP3, subscriber", "MP3", 1, false);
+        add("MP3, demo user", "MP3", 0, true);
+    }
+
+    /// A WAV run leaves the note as it was.
+    void demoNotes()
+    {
+        const auto [format, subscription, isDemo] = fetchRow<QString, int, bool>();
+        m_home->signIn("h", subscription);
+        m_home->set("default_audio_format", format);
+        server().on("/a", {Answer::text("instrument")});
+        run("a.wav");
+        QCOMPARE(value("isDemo").toBool(), isDemo);
+    }
+
     /// A demo in full begins like any run, whatever the last one left on the counters.
     void fullRunOfADemo()
     {
