@@ -13,7 +13,6 @@
 #include "service/pictureprobe.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QPointer>
 #include <QQuickItem>
 
@@ -118,21 +117,26 @@ void FileProcessing::startProcess()
 {
     qInfo() << "FileProcessing::startProcess";
     beginRun();
-    const QString problem = unusableFolder(m_store.defaultPathSave(), m_store.defaultPathTemp());
-    if (!problem.isEmpty())
-        refuse(tr("File Processing Error"), problem);
-    else if (m_source.isUploaded && m_source.hasWav())
+    if (!hasUsableFolders())
+        return;
+    if (m_source.isUploaded && m_source.hasWav())
         continueWithWav();
     else
         prepareUpload();
 }
 
+bool FileProcessing::hasUsableFolders()
+{
+    const QString problem = unusableFolder(m_store.defaultPathSave(), m_store.defaultPathTemp());
+    if (!problem.isEmpty())
+        refuse(tr("File Processing Error"), problem);
+    return problem.isEmpty();
+}
+
 void FileProcessing::prepareUpload()
 {
-    if (m_run->prepareWithoutConverting(m_store.defaultPathTemp())) {
-        doneUploadConverting();
-        return;
-    }
+    if (m_run->prepareWithoutConverting(m_store.defaultPathTemp()))
+        return doneUploadConverting();
     m_view.showConverting(tr("Preparing a file for upload"));
     m_run->worker().start(m_run->uploadConverter(), &ConvertingFile::prepareToUpload,
                           &ConvertingFile::doneUploadConverting, this,
@@ -185,6 +189,8 @@ void FileProcessing::runFromDemo(QString instrument, QString extension, int numb
     qInfo() << "FileProcessing::runFromDemo" << instrument << extension << number;
     m_view.setChoice(instrument, extension);
     beginRun();
+    if (!hasUsableFolders())
+        return;
     m_view.setLayer("uploading");
     m_view.setUploadPercent(100);
     m_server.repeatDemoFile(m_store.user().hash, extension, number);
@@ -234,13 +240,13 @@ void FileProcessing::filesReady()
     qInfo() << "FileProcessing::filesReady";
     // A second question about the remaining time may still be open.
     m_server.abort();
+    // The drive may have gone since the run began.
+    if (!hasUsableFolders())
+        return;
     if (m_view.remainingSeconds() > 0)
         m_view.setRemainingSeconds(0);
     emit changeLayerWithDelay(QStringLiteral("downloading"));
-    m_run->chooseResults(m_store.defaultPathSave());
-    const ResultPaths &results = m_run->results();
-    m_server.downloadBoth(m_run->songId(), downloadTarget(results.main),
-                          downloadTarget(results.mix), QFileInfo(m_source.wavPath).size());
+    m_run->fetchResults(m_store.defaultPathSave());
 }
 
 void FileProcessing::downloadingFirst(double percents)
@@ -267,10 +273,8 @@ void FileProcessing::downloaded(bool isSecond, double percents)
 void FileProcessing::finalConvert()
 {
     qInfo() << "FileProcessing::finalConvert";
-    if (m_run->extension() == QStringLiteral("wav")) {
-        saveDownloads();
-        return;
-    }
+    if (m_run->extension() == QStringLiteral("wav"))
+        return saveDownloads();
     m_view.setConvertingText(
         tr("Converting '%1 - file.wav'\nto selected output format").arg(m_run->instrument()));
     emit changeLayerWithDelay(QStringLiteral("converting"));
@@ -282,10 +286,8 @@ void FileProcessing::finalConvert()
 void FileProcessing::saveDownloads()
 {
     const QString unsaved = m_run->moveDownloads();
-    if (!unsaved.isEmpty()) {
-        showError(tr("The result could not be saved:\n\n%1").arg(unsaved));
-        return;
-    }
+    if (!unsaved.isEmpty())
+        return showError(tr("The result could not be saved:\n\n%1").arg(unsaved));
     m_memory.remember(m_run->songId(), m_run->results());
     emit changeLayerWithDelay(QStringLiteral("success"));
 }
@@ -296,10 +298,9 @@ void FileProcessing::finalConvertMix()
         return;
     qInfo() << "FileProcessing::finalConvertMix";
     const ResultPaths &results = m_run->results();
-    if (!QFile::exists(results.main)) {
-        refuse(tr("Converting Error"), unconvertedText(results.main, m_run->saveUnconverted()));
-        return;
-    }
+    if (!QFile::exists(results.main))
+        return refuse(tr("Converting Error"),
+                      unconvertedText(results.main, m_run->saveUnconverted()));
     m_view.setConvertingText(tr("Converting 'mix without %1 - file.wav'\nto selected output format")
                                  .arg(m_run->instrument()));
     m_run->worker().start(m_run->finalConverter(results.mix), &ConvertingFile::prepareFinal,
@@ -311,10 +312,8 @@ void FileProcessing::successProcces()
     if (!m_run)
         return;
     qInfo() << "FileProcessing::successProcces";
-    if (const QString missing = m_run->missingResult(); !missing.isEmpty()) {
-        refuse(tr("Converting Error"), unconvertedText(missing, m_run->saveUnconverted()));
-        return;
-    }
+    if (const QString missing = m_run->missingResult(); !missing.isEmpty())
+        return refuse(tr("Converting Error"), unconvertedText(missing, m_run->saveUnconverted()));
     m_memory.remember(m_run->songId(), m_run->results());
     m_view.setDemo(runMode(m_store.user()) == QStringLiteral("demo"));
     m_view.setLayer("success");

@@ -79,6 +79,8 @@ private:
     void connectServer();
     void connectRoot();
     void beginRun();
+    /// Ends the run with a message when results or temporary files cannot be written.
+    [[nodiscard]] bool hasUsableFolders();
     void prepareUpload();
     void continueWithWav();
     void pictureProbed(bool hasPicture);

@@ -123,9 +123,11 @@ QString ProcessingRun::send(const UserRecord &user)
     return m_server.errorText();
 }
 
-void ProcessingRun::chooseResults(const QString &folder)
+void ProcessingRun::fetchResults(const QString &folder)
 {
     m_results = freeResultPaths({folder, m_instrument, m_source.name(), m_extension}, exists);
+    m_server.downloadBoth(m_songId, downloadTarget(m_results.main), downloadTarget(m_results.mix),
+                          QFileInfo(m_source.wavPath).size());
 }
 
 bool ProcessingRun::completesDownloads(bool isSecond, double percent)

@@ -69,9 +69,9 @@ public:
     /// nothing could be sent, or empty.
     [[nodiscard]] QString send(const UserRecord &user);
 
-    /// Picks the results' names in a folder, once the service has them ready.
-    void chooseResults(const QString &folder);
-    /// The final paths; empty before chooseResults().
+    /// Picks the results' names in a folder and downloads both, once the service has them ready.
+    void fetchResults(const QString &folder);
+    /// The final paths; empty before fetchResults().
     [[nodiscard]] const ResultPaths &results() const { return m_results; }
     [[nodiscard]] bool areResultsReady() const { return m_results != ResultPaths(); }
 

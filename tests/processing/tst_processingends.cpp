@@ -140,6 +140,35 @@ private slots:
         QCOMPARE(m_home->temporary(), QStringList());
     }
 
+    void vanishedFolders_data()
+    {
+        addNames({"before a demo runs in full", "while a file is processed"});
+    }
+
+    /// A drive may go at any time; nothing is written elsewhere, and what was asked for ends.
+    void vanishedFolders()
+    {
+        QFETCH(QString, name);
+        RecordedMessages messages;
+        server().on(Installation::remains, {Answer::text("-1").held()});
+        QVERIFY(m_window->openWindow(m_home->source("a.wav")));
+        if (name.startsWith("while")) {
+            m_window->startProcess();
+            QTRY_COMPARE(layer(), "processing");
+            QTRY_VERIFY(!server().requests(Installation::remains).isEmpty());
+        }
+        m_home->set("default_path_save", m_home->path("x/y"));
+        if (name.startsWith("before"))
+            m_window->runFromDemo("drums", "wav", 17);
+        server().release();
+        QTRY_COMPARE(messages.texts().size(), 1);
+        QVERIFY(messages.texts()[0].contains("The folder for saved files cannot be used."));
+        QCOMPARE(layer(), "select_instrument");
+        QCOMPARE(server().requests(Installation::repeatDemo).size()
+                     + server().requests(Installation::download).size(),
+                 0);
+    }
+
     void unconvertedResults_data()
     {
         const Rows<QStringList> add;
