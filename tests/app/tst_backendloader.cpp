@@ -8,7 +8,7 @@
 #include "base/programdata.h"
 #include "processing/fileprocessing.h"
 #include "settings/settings.h"
-#include "tests/support/files.h"
+#include "tests/support/installation.h"
 #include "tests/support/openedurls.h"
 #include "tests/support/recordedmessages.h"
 #include "tests/support/testmain.h"
@@ -16,6 +16,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QMetaMethod>
 #include <QProcess>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
@@ -60,13 +61,17 @@ private slots:
         QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         for (const char *name : {"/Save", "/Audio", "/Logs", "/Temp"})
             QDir().mkpath(documentsAppFolder() + name);
-        store().setEndpointSource([] {
-            return ServiceEndpoints{QUrl("http://127.0.0.1:9"), QUrl("http://127.0.0.1:9/x"), {}};
-        });
         registerBackendTypes();
     }
 
-    void cleanup() { store().settings().clear(); }
+    void init()
+    {
+        TestCase::init();
+        store().settings().clear();
+        store().setEndpointSource([] {
+            return ServiceEndpoints{QUrl("http://127.0.0.1:9"), QUrl("http://127.0.0.1:9/x"), {}};
+        });
+    }
 
     /// The dialog remembers its folder for this run, and a dialog that is given up changes nothing.
     void dialogFolder()
@@ -152,6 +157,9 @@ private slots:
     void helpMenuActions()
     {
         BackendLoader backend;
+        RecordedMessages messages;
+        backend.showInitialMessage();
+        QVERIFY(messages.take().value(0).startsWith("Welcome: "));
         OpenedUrls opened;
         backend.showLogs();
         QCOMPARE(opened.take(), QStringList(store().defaultPathLogs()));
@@ -165,6 +173,50 @@ private slots:
                                          {"/teko-server/x.php", "http://s:1/teko-server/x.php"},
                                          {"https://else/a b", "https://else/a b"}})
             QCOMPARE(webPage(name, ends), QUrl(page));
+    }
+
+    /// The views are checked and compiled against descriptions of the types, which have to be true.
+    void describedTypes()
+    {
+        for (const QMetaObject *type :
+             {&BackendLoader::staticMetaObject, &UserAuth::staticMetaObject}) {
+            const QByteArray text =
+                readFile(TEKO_QML_TYPES + QString(type->className()) + "/plugins.qmltypes");
+            for (int i = type->methodOffset(); i < type->methodCount(); ++i) {
+                const QMetaMethod method = type->method(i);
+                QVERIFY2(text.contains("name: \"" + method.name() + '"'), method.name());
+            }
+            QCOMPARE(text.count("Signal {") + text.count("Method {"),
+                     type->methodCount() - type->methodOffset());
+        }
+    }
+
+    /// The upload is removed in the name of the user who leaves, and nothing of either stays here.
+    void logout()
+    {
+        Installation home;
+        home.server.on("/teko-server/auth/logout.php", {ScriptedAnswer::text("1")});
+        store().setEndpointSource([&home] {
+            return ServiceEndpoints{home.server.url(), home.server.url("/generate_204"), {}};
+        });
+        store().settings().setValue("default_instrument", "Bass");
+        UserRecord user;
+        user.hash = "h";
+        store().setUser(user);
+        BackendLoader backend;
+        backend.loadFile(home.source("a.wav"));
+        auto *window = topLevelWindow<FileProcessing>();
+        window->startProcess();
+        QTRY_COMPARE(home.server.requests(Installation::download).size(), 1);
+        backend.logout();
+        QCOMPARE(store().user(), UserRecord());
+        QCOMPARE(home.temporary().filter(".wav"), QStringList());
+        QTRY_COMPARE(home.server.requests("/teko-server/auth/logout.php").size(), 1);
+        const ScriptedRequest removal = home.server.requests(Installation::removal).value(0);
+        QCOMPARE(removal.header("Cookie"), "teko-session=h");
+        writeFile(home.path("Temp/left.wav"));
+        backend.clearMemory();
+        QCOMPARE(home.temporary(), QStringList());
     }
 
     /// The archive makes way for the processing window; out of reach the main window comes back.

@@ -15,7 +15,7 @@ public slots:
 
     void qmlEngineAvailable(QQmlEngine *engine)
     {
-        engine->rootContext()->setContextProperty("APP_VER", "1.003");
+        engine->rootContext()->setContextProperty("APP_VER", "8.5");
         engine->rootContext()->setContextProperty("helper", this);
     }
 

@@ -32,7 +32,7 @@ ViewCase {
     }
     function test_signedInAndOut() {
         test.show("main-home", 1);
-        compare(test.window.title, "TEKO 1.003");
+        compare(test.window.title, "TEKO 8.5");
         const buttons = ["My Account", "Help", "Select File", "Settings", "Archive"].map(test.find);
         test.auth.signedOut();
         verify(buttons.every(button => !button.enabled));
