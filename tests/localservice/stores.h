@@ -20,7 +20,7 @@ struct Stores
         , accounts(database,
                    [this] {
                        std::this_thread::yield(); // lets other threads come between
-                       return secondsNow() + secondsLater;
+                       return start + secondsLater;
                    })
         , uploads(database)
         , jobs(database)
@@ -62,7 +62,9 @@ struct Stores
         return found && std::filesystem::exists(folder.upload(found->file));
     }
 
-    std::int64_t secondsLater = 0; // how much the accounts' clock is fast
+    // The accounts' clock stands still, so that no test meets midnight.
+    const std::int64_t start = secondsNow();
+    std::int64_t secondsLater = 0;
     DataFolder folder;
     Database database;
     AccountStore accounts;

@@ -169,19 +169,22 @@ private slots:
     void limitsWhatAnAccountKeeps_data()
     {
         // A file takes 16044 bytes, and its results twice as many.
-        const Rows<std::int64_t, QString> add;
-        add("no limit", 0, "");
-        add("room for all", 48132, "");
-        add("no room for the results", 48131, "no room left");
-        add("no room for the file", 16043, "no room left");
+        const Rows<std::int64_t, int, QString> add;
+        add("no limit", 0, 0, "");
+        add("room for all", 48132, 0, "");
+        add("no room for the results", 48131, 0, "no room left");
+        add("no room for the file", 16043, 0, "no room left");
+        add("the day's last file", 0, 2, "");
+        add("a file too many today", 0, 1, "already processed 1 files today");
     }
 
     void limitsWhatAnAccountKeeps()
     {
-        const auto [bytes, refusal] = fetchRow<std::int64_t, QString>();
-        Server server(*m_dir, {}, {.accountBytes = bytes});
+        const auto [bytes, files, refusal] = fetchRow<std::int64_t, int, QString>();
+        Server server(*m_dir, {}, {.filesPerDay = files, .accountBytes = bytes});
         const RequestContext context{"", server.session};
         const std::int64_t account = server.processing.uploadAccount(m_form, context);
+        server.stores.accounts.countProcessed(account);
         QByteArray answer;
         try {
             ReceivedFile file(server.stores.folder.upload(""), 1 << 20, server.arriving);

@@ -9,7 +9,6 @@
 #include "tests/support/smalldisk.h"
 #include "tests/support/testmain.h"
 
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -129,11 +128,8 @@ private slots:
         qputenv("FAKE_DO", behaviour.toLatin1());
         start(entry, output);
         QTRY_VERIFY(QFile::exists(path(output)) || QFile::exists(path(output + ".mp4")));
-        QElapsedTimer timer;
-        timer.start();
         m_cancel = 1;
         m_thread->stop();
-        QVERIFY2(timer.elapsed() <= 700, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(recordedRuns(), 1);
         QCOMPARE(remaining(), files);
         QCoreApplication::processEvents();
