@@ -7,14 +7,18 @@
 #include <QFileInfo>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qsizetype maxKeys = 2000;
 
-QString withExtension(const QString &path, const QString &extension)
+/// A path with another extension and, above 0, a number.
+QString variantOf(const QString &path, const QString &extension, int number)
 {
     const QFileInfo file(path);
-    return QStringLiteral("%1/%2.%3").arg(file.path(), file.completeBaseName(), extension);
+    const QString suffix = number > 0 ? QStringLiteral(" (%1)").arg(number) : QString();
+    return file.path() + u'/' + file.completeBaseName() + suffix + u'.' + extension;
 }
 
 } // namespace
@@ -41,7 +45,26 @@ std::optional<ResultPaths> ResultMemory::find(int jobId, const QString &extensio
     const QString mix = m_file.value(key(jobId, "mix")).toString();
     if (main.isEmpty() || mix.isEmpty() || !QFileInfo::exists(QFileInfo(main).path()))
         return {};
-    return ResultPaths{withExtension(main, extension), withExtension(mix, extension)};
+    return ResultPaths{pathOf(jobId, main, extension), pathOf(jobId, mix, extension)};
+}
+
+QString ResultMemory::pathOf(int jobId, const QString &saved, const QString &extension) const
+{
+    QString path = variantOf(saved, extension, 0);
+    for (int number = 1; path != saved && isAnothers(jobId, path); ++number)
+        path = variantOf(saved, extension, number);
+    return path;
+}
+
+bool ResultMemory::isAnothers(int jobId, const QString &path) const
+{
+    if (!QFileInfo::exists(path))
+        return false;
+    const QStringList own{key(jobId, "main"), key(jobId, "mix")};
+    const QStringList keys = m_file.allKeys();
+    return std::any_of(keys.begin(), keys.end(), [&](const QString &each) {
+        return !own.contains(each) && m_file.value(each).toString() == path;
+    });
 }
 
 QString ResultMemory::key(int jobId, const char *which) const

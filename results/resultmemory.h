@@ -22,11 +22,14 @@ public:
     void remember(int jobId, const ResultPaths &paths);
 
     /// Where the results of a job of the current service lie, or would lie in a format other than
-    /// the one that was saved. Nothing for a job that is not known or whose folder has gone.
+    /// the one that was saved: under a name that no other job's result has. Nothing for a job that
+    /// is not known or whose folder has gone.
     [[nodiscard]] std::optional<ResultPaths> find(int jobId, const QString &extension) const;
 
 private:
     [[nodiscard]] QString key(int jobId, const char *which) const;
+    [[nodiscard]] QString pathOf(int jobId, const QString &saved, const QString &extension) const;
+    [[nodiscard]] bool isAnothers(int jobId, const QString &path) const;
     void forgetRemovedResults();
 
     const ProgramData &m_store;
