@@ -10,6 +10,7 @@
 #include "app/webpage.h"
 #include "archive/archive.h"
 #include "base/guiscale.h"
+#include "base/homewindow.h"
 #include "base/messageboxcustom.h"
 #include "base/programdata.h"
 #include "base/savesettings.h"
@@ -70,12 +71,26 @@ void BackendLoader::selectFile()
     loadFile(file);
 }
 
+HomeWindow *BackendLoader::home()
+{
+    if (QWindow *window = m_home ? nullptr : windowAround(this))
+        m_home = new HomeWindow(window);
+    return m_home;
+}
+
+void BackendLoader::takeScale()
+{
+    emit scfChanged(usableGuiScale(m_store.guiScale()));
+    if (home())
+        home()->keepOnScreen();
+}
+
 FileProcessing &BackendLoader::processing()
 {
     if (m_processing)
         return *m_processing;
     m_processing = std::make_unique<FileProcessing>(m_store);
-    m_processing->setHome(windowAround(this));
+    m_processing->setHome(home());
     connect(m_processing.get(), &FileProcessing::showParent, this, &BackendLoader::showMainWindow);
     connect(m_processing.get(), &FileProcessing::openAnotherFile, this, &BackendLoader::selectFile);
     connect(this, &BackendLoader::runFromDemo, m_processing.get(),
@@ -88,7 +103,7 @@ MyAccount &BackendLoader::account()
     if (m_account)
         return *m_account;
     m_account = std::make_unique<MyAccount>(m_store);
-    m_account->setHome(windowAround(this));
+    m_account->setHome(home());
     connect(m_account.get(), &MyAccount::showParent, this, &BackendLoader::showMainWindow);
     connect(m_account.get(), &MyAccount::unlockFullAccess, this, &BackendLoader::unlockFullAccess);
     return *m_account;
@@ -123,7 +138,7 @@ void BackendLoader::openSettingsWindow()
     qInfo() << "BackendLoader::openSettingsWindow";
     if (!m_settings) {
         m_settings = std::make_unique<Settings>(m_store);
-        m_settings->setHome(windowAround(this));
+        m_settings->setHome(home());
         connect(m_settings.get(), &Settings::showParent, this, &BackendLoader::afterSettings);
     }
     emit hideMainWindow();
@@ -133,7 +148,7 @@ void BackendLoader::openSettingsWindow()
 void BackendLoader::afterSettings()
 {
     qInfo() << "BackendLoader::afterSettings";
-    emit scfChanged(usableGuiScale(m_store.guiScale()));
+    takeScale();
     emit showMainWindow();
 }
 
@@ -142,7 +157,7 @@ Archive &BackendLoader::archive()
     if (m_archive)
         return *m_archive;
     m_archive = std::make_unique<Archive>(m_store);
-    m_archive->setHome(windowAround(this));
+    m_archive->setHome(home());
     connect(m_archive.get(), &Archive::showParent, this, &BackendLoader::showMainWindow);
     connect(m_archive.get(), &Archive::unlockFullAccess, this, &BackendLoader::unlockFullAccess);
     connect(m_archive.get(), &Archive::reProcessDemo, this,
@@ -222,7 +237,7 @@ void BackendLoader::resetScf()
 {
     qInfo() << "BackendLoader::resetScf";
     if (!saveOrShowError(m_store, {{SettingsKeys::guiScale.name, {}}}))
-        emit scfChanged(usableGuiScale(m_store.guiScale()));
+        takeScale();
 }
 
 void BackendLoader::showInitialMessage()

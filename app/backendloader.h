@@ -5,6 +5,7 @@
 #include "base/temporaryfolder.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include <memory>
@@ -12,6 +13,7 @@
 class AccountClient;
 class Archive;
 class FileProcessing;
+class HomeWindow;
 class MyAccount;
 class ProgramData;
 class Settings;
@@ -67,6 +69,9 @@ public slots:
 private:
     /// loadFile(), which returns whether the window waits for what is to be done with the file.
     bool open(const QString &path);
+    /// The window that this element stands in; null where there is none.
+    [[nodiscard]] HomeWindow *home();
+    void takeScale();
     [[nodiscard]] FileProcessing &processing();
     [[nodiscard]] MyAccount &account();
     [[nodiscard]] Archive &archive();
@@ -85,6 +90,7 @@ private:
     std::unique_ptr<Settings> m_settings;
     std::unique_ptr<MyAccount> m_account;
     std::unique_ptr<Archive> m_archive;
+    QPointer<HomeWindow> m_home;
     QString m_lastOpenFolder;
     DemoRun m_demo;
 };

@@ -162,7 +162,7 @@ ArchiveHandler &Archive::handler()
 {
     if (!m_handler) {
         m_handler = std::make_unique<ArchiveHandler>(m_store);
-        m_handler->setHome(windowHandle());
+        m_handler->setHome(new HomeWindow(windowHandle()));
         connect(m_handler.get(), &ArchiveHandler::finishWork, this, &Archive::finishConverting);
         connect(m_handler.get(), &ArchiveHandler::ended, this, &Archive::finishConverting);
     }

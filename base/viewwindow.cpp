@@ -2,12 +2,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "base/viewwindow.h"
 
+#include "base/guiscale.h"
 #include "base/windowplace.h"
 
 #include <QCloseEvent>
 #include <QQmlError>
 #include <QQuickItem>
 #include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
 
 ViewWindow::ViewWindow(const QString &title, const QUrl &view, QSize baseSize, Sizing sizing)
     : m_baseSize(baseSize)
@@ -30,8 +34,10 @@ void ViewWindow::closeWindow()
         windowClosed();
 }
 
-void ViewWindow::applyScale(double scale)
+void ViewWindow::applyScale(double wanted)
 {
+    // Buttons below the edge of the screen could not be reached.
+    const double scale = std::min(wanted, std::max(fittingScale(), minGuiScale));
     const QSize size(int(m_baseSize.width() * scale), int(m_baseSize.height() * scale));
     setMinimumSize(size);
     if (m_sizing == Sizing::Fixed)
@@ -39,6 +45,14 @@ void ViewWindow::applyScale(double scale)
     setViewProperty("scf", scale);
     if (isVisible())
         keepOnScreen();
+}
+
+double ViewWindow::fittingScale() const
+{
+    const QSize space = m_home ? m_home->space().size().shrunkBy(m_home->margins())
+                               : screen()->availableGeometry().size();
+    return std::min(double(space.width()) / m_baseSize.width(),
+                    double(space.height()) / m_baseSize.height());
 }
 
 void ViewWindow::keepOnScreen()
@@ -78,10 +92,9 @@ void ViewWindow::connectToView(const char *signal, const char *viewSignal)
 
 void ViewWindow::showEvent(QShowEvent *event)
 {
-    if (m_home && !event->spontaneous()) {
-        const QSize whole = size().grownBy(m_home->frameMargins());
-        move(placeOver(m_home->frameGeometry(), whole, m_home->screen()->availableGeometry()));
-    }
+    // Its own frame is not known yet; both windows have the same one.
+    if (m_home && !event->spontaneous())
+        move(placeOver(m_home->frame(), size().grownBy(m_home->margins()), m_home->space()));
     QQuickWidget::showEvent(event);
 }
 

@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "base/homewindow.h"
+
 #include <QPointer>
 #include <QQuickWidget>
-#include <QWindow>
 
 class QQuickItem;
 
@@ -22,16 +23,17 @@ public:
 
     /// Lets the window open over another one and on its screen, from now on. Without that, and when
     /// the other one is gone, the system chooses the place.
-    void setHome(QWindow *home) { m_home = home; }
+    void setHome(const HomeWindow *home) { m_home = home; }
 
     /// Closes the window and emits showParent(), even when the window is hidden,
     /// for which Qt itself sends no close event.
     void closeWindow();
 
 protected:
-    /// Sizes the window and its view. A visible window that grows stays on its screen. The scale is
-    /// passed in, so that all that one opening does uses the same one.
-    void applyScale(double scale);
+    /// Sizes the window and its view, no larger than the screen has room for. A visible window that
+    /// grows stays on its screen. The scale is passed in, so that all that one opening does uses
+    /// the same one.
+    void applyScale(double wanted);
     [[nodiscard]] QQuickItem *view() const;
     void setViewProperty(const char *name, const QVariant &value);
     [[nodiscard]] QVariant viewProperty(const char *name) const;
@@ -48,9 +50,11 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    /// The most that the screen has room for.
+    [[nodiscard]] double fittingScale() const;
     void keepOnScreen();
 
     const QSize m_baseSize;
     const Sizing m_sizing;
-    QPointer<QWindow> m_home;
+    QPointer<const HomeWindow> m_home;
 };

@@ -54,12 +54,12 @@ private slots:
 
     void opening()
     {
-        m_home->set("settings_gui_scale", 1.5);
+        m_home->set("settings_gui_scale", 1.25);
         QSignalSpy files(m_window.get(), &Archive::updateFiles);
         QCOMPARE(m_window->size(), QSize(540, 500));
         m_window->openWindow();
-        QCOMPARE(m_window->minimumSize(), QSize(810, 600));
-        QCOMPARE(value("scf"), QVariant(1.5));
+        QCOMPARE(m_window->minimumSize(), QSize(675, 500));
+        QCOMPARE(value("scf"), QVariant(1.25));
         QCOMPARE(value("isProcessing"), QVariant(false));
         const QVariantList rows = files.constLast().constFirst().toList();
         QCOMPARE(rows.size(), 2);
