@@ -79,7 +79,8 @@ void ProcessingView::setUploadPercent(double percent)
 
 void ProcessingView::setDownloadPercent(bool isSecond, double percent)
 {
-    set(isSecond ? "downloading2Percent" : "downloading1Percent", percent);
+    // Rounded up, a download that is not written yet would count as done.
+    set(isSecond ? "downloading2Percent" : "downloading1Percent", int(percent));
 }
 
 void ProcessingView::setRemainingSeconds(int seconds)

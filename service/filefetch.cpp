@@ -17,8 +17,9 @@ constexpr qint64 maxBuffered = 4LL * 1024 * 1024;
 bool isWebUrl(const QUrl &url)
 {
     const QString scheme = url.scheme();
+    // A user name and a password would show in boxes and logs.
     return (scheme == QLatin1String("http") || scheme == QLatin1String("https"))
-        && !url.host().isEmpty();
+        && !url.host().isEmpty() && url.userInfo().isEmpty();
 }
 
 } // namespace
@@ -63,7 +64,8 @@ void FileFetch::start(const QUrl &url)
 
 void FileFetch::reportProgress(qint64 received, qint64 total)
 {
-    if (!m_isOver)
+    // An error page is no part of the file.
+    if (!m_isOver && status() == 200)
         emit progress(downloadPercent(received, total, m_expectedSize));
 }
 
@@ -113,12 +115,16 @@ QString FileFetch::arrivalProblem() const
     return isWhole() ? QString() : tr("The file did not arrive whole.");
 }
 
+int FileFetch::status() const
+{
+    return m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
+
 bool FileFetch::isWhole() const
 {
     // Qt takes a malformed length or chunk for the end of the body, without an error.
     const qint64 arrived = m_received + m_reply->bytesAvailable();
-    const bool isFull = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == 200;
-    if (!isFull || arrived == 0)
+    if (status() != 200 || arrived == 0)
         return false;
     const QByteArray announced = m_reply->rawHeader("Content-Length");
     return announced.isEmpty() || announced == QByteArray::number(arrived);

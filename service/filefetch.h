@@ -38,6 +38,7 @@ private:
     [[nodiscard]] bool store(qint64 size);
     void finish();
     [[nodiscard]] QString arrivalProblem() const;
+    [[nodiscard]] int status() const;
     [[nodiscard]] bool isWhole() const;
     void commit();
     void failOpening();

@@ -72,8 +72,12 @@ bool wantsEmbeddedService(const ConfiguredAddresses &environment,
 QString addressProblem(const ConfiguredAddresses &environment, const ConfiguredAddresses &settings,
                        const QString &compiledIn)
 {
-    const QString address = configuredService(environment, settings, compiledIn);
-    if (address.isEmpty() || !baseUrl(address).isEmpty())
+    const QString configured[] = {configuredService(environment, settings, compiledIn),
+                                  firstOf({environment.connectivity, settings.connectivity}),
+                                  firstOf({environment.website, settings.website})};
+    if (std::ranges::all_of(configured, [](const QString &address) {
+            return address.isEmpty() || !webUrl(address).isEmpty();
+        }))
         return {};
     // Not repeated here: it may hold a password.
     return QCoreApplication::translate(

@@ -161,6 +161,8 @@ private slots:
         for (int time = 0; time < 2; ++time)
             m_window->downloadingFirst(100);
         QCOMPARE(value("convertingText"), "Converting to selected format");
+        m_window->downloadingSecond(99.8);
+        QCOMPARE(value("downloading2Percent").toInt(), 99);
         m_window->downloadingSecond(100);
         QCOMPARE(value("convertingText"),
                  "Converting 'vocals - file.wav'\nto selected output format");

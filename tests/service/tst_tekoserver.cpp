@@ -291,7 +291,8 @@ private slots:
         add("compressed", "", Answer::text("\x1f\x8b", 200, {"Content-Encoding: gzip"}),
             failed + "The file arrived in an encoding that was not asked for.");
         add("relative", "../a|../b", Answer::text("sound"), "");
-        for (const QByteArray urls : {"|/b", "file:///etc/passwd|/b"})
+        add("missing", "", Answer::text("gone", 404), failed + '*');
+        for (const QByteArray urls : {"|/b", "file:///etc/passwd|/b", "http://me:secret@h/a|/b"})
             add(urls, urls, Answer::text("x"),
                 failed + "The service gave no usable address of the file.");
     }
@@ -309,6 +310,7 @@ private slots:
         QTRY_VERIFY(m_events.contains("first 100") || !m_events.filter("error").isEmpty());
         QVERIFY2(isLike(m_events.filter("error").join(""), error), qPrintable(m_events.join("")));
         QCOMPARE(m_home->saved(), error.isEmpty() ? QStringList("1.wav=sound") : QStringList());
+        QVERIFY(m_events.filter("first").isEmpty() || !error.endsWith('*'));
         for (const ScriptedRequest &request : server().requests())
             QCOMPARE(request.header("Cookie").isEmpty(), request.method() == "GET");
     }
