@@ -33,8 +33,8 @@ QString failureText(const ProgramData &store, const QString &file)
         return text;
     return text + QStringLiteral("\n\n")
         + SaveSettings::tr(
-               "This is the first start, before which there was no folder for them. They "
-               "hold until TEKO ends; from the next start on they can be saved.");
+               "At the very first start there is no folder for them yet. Choices in the "
+               "settings hold until TEKO ends; from the next start on they can be saved.");
 }
 
 } // namespace

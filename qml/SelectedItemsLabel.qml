@@ -22,7 +22,7 @@ Panel {
         id: text
 
         anchors.fill: parent
-        text: qsTr("Selected Instrument: ") + label.view.mainFunctions.capitalizeFirstLetter(label.selectedInstrument) + "\n" + qsTr("Output Format: ") + label.selectedOutputFormat
+        text: qsTr("Selected Instrument: ") + label.view.mainFunctions.capitalizeFirstLetter(label.selectedInstrument) + "\n" + qsTr("Output Format: ") + label.selectedOutputFormat.toUpperCase()
         textFormat: Text.PlainText
         font: label.prop.fonts.font11_15
         color: Colors.text
