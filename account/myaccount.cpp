@@ -75,6 +75,8 @@ void MyAccount::showUser()
     const UserRecord &user = m_store.user();
     setViewProperty("userName", user.name);
     setViewProperty("userEmail", user.email);
+    const std::optional<LocalAccount> &local = m_store.localAccount();
+    setViewProperty("hasPassword", !local || local->hash != user.hash);
     setViewProperty("planType", user.subscription.type);
     setViewProperty("planVersion", user.subscription.version);
     setViewProperty("planPeriod", user.subscription.period);

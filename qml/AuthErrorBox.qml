@@ -18,6 +18,8 @@ Rectangle {
     Accessible.name: box.text
 
     Text {
+        id: message
+
         anchors {
             fill: parent
             leftMargin: 10 * box.prop.scf
@@ -35,5 +37,15 @@ Rectangle {
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
+    }
+
+    HoverHandler {
+        id: hover
+    }
+
+    Tip {
+        prop: box.prop
+        text: box.text
+        visible: hover.hovered && message.truncated
     }
 }

@@ -8,6 +8,8 @@ WindowView {
 
     property string userName
     property string userEmail
+    /// This computer's own account has none, and keeps its address.
+    property bool hasPassword: true
     /// "none", "expired" or "active"
     property string licence: "none"
     property string planType
@@ -121,13 +123,14 @@ WindowView {
             width: nameField.width
             prop: root.prop
             label: qsTr("E-mail")
-            editing: root.isEditing
+            editing: root.isEditing && root.hasPassword
         }
 
         TextField {
             id: passwordField
 
             width: nameField.width
+            visible: root.hasPassword
             prop: root.prop
             label: root.isEditing ? qsTr("New Password") : qsTr("Password")
             secret: true
@@ -139,7 +142,7 @@ WindowView {
             id: oldPasswordField
 
             width: nameField.width
-            visible: root.isEditing
+            visible: root.isEditing && root.hasPassword
             prop: root.prop
             label: qsTr("Old Password")
             secret: true

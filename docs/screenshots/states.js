@@ -116,6 +116,7 @@ const states = [
         "licence": "active", "userName": "long name ".repeat(9), "userEmail": "long@".repeat(20), "planType": "long type ".repeat(9),
         "planPeriod": "a long period ".repeat(9), "filesLeft": 1000000, "errorText": problem
     }),
+    state("account-local", "MyAccount", {"hasPassword": false, "licence": "active"}, (view, test) => test.click("Edit")),
     state("account-editing", "MyAccount", {"licence": "expired"}, (view, test) => {
         test.click("Edit");
         view.errorText = problem;

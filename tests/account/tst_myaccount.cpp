@@ -38,6 +38,18 @@ private slots:
         QCOMPARE(state(window), expected);
     }
 
+    /// This computer's own account has no password that could be changed or asked for.
+    void passwords()
+    {
+        MyAccount window(store());
+        for (const char *local : {"own", "h"}) {
+            store().setLocalAccount(LocalAccount{"me@here", local});
+            window.openWindow();
+            QCOMPARE(window.rootObject()->property("hasPassword").toBool(),
+                     local != store().user().hash);
+        }
+    }
+
     /// What the user has typed stays until the service has taken it over.
     void changes()
     {
