@@ -92,10 +92,19 @@ void ViewWindow::connectToView(const char *signal, const char *viewSignal)
 
 void ViewWindow::showEvent(QShowEvent *event)
 {
-    // Its own frame is not known yet; both windows have the same one.
     if (m_home && !event->spontaneous())
-        move(placeOver(m_home->frame(), size().grownBy(m_home->margins()), m_home->space()));
+        moveOverHome();
     QQuickWidget::showEvent(event);
+}
+
+void ViewWindow::moveOverHome()
+{
+    const QMargins margins = m_home->margins();
+    QPoint place = placeOver(m_home->frame(), size().grownBy(margins), m_home->space());
+    // Where the window's own frame is not known yet, as on X11, Qt moves what it encloses.
+    if (frameGeometry() == geometry())
+        place += QPoint(margins.left(), margins.top());
+    move(place);
 }
 
 void ViewWindow::closeEvent(QCloseEvent *event)

@@ -53,6 +53,7 @@ private:
     /// The most that the screen has room for.
     [[nodiscard]] double fittingScale() const;
     void keepOnScreen();
+    void moveOverHome();
 
     const QSize m_baseSize;
     const Sizing m_sizing;

@@ -153,7 +153,7 @@ WindowView {
         Item {
             width: nameField.width
             height: passwordField.height
-            visible: !root.isEditing
+            visible: !root.isEditing && (root.hasPassword || root.filesLeft >= 0)
 
             Text {
                 anchors.fill: parent
