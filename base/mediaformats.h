@@ -25,5 +25,5 @@
 [[nodiscard]] const QStringList &videoFormats();
 [[nodiscard]] const QStringList &audioFormats();
 
-/// What can be isolated, as stored and sent, in the order of the picker.
+/// What can be isolated, lower case as sent to the service, in the order of the picker.
 [[nodiscard]] const QStringList &instruments();
