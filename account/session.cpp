@@ -87,10 +87,10 @@ void Session::resume(const SessionCandidate &candidate)
     m_store.setUser(user);
 }
 
-void Session::end(bool byWish)
+void Session::end(bool signedOutByUser)
 {
     const Credentials before = restore();
-    const Credentials left{before.publicKey, before.email, {}, {}, byWish, before.service};
+    const Credentials left{before.publicKey, before.email, {}, {}, signedOutByUser, before.service};
     m_store.setUser({});
     m_store.setAccess({left.publicKey, left.accessToken, left.hasSignedOut});
     // An old file would sign them in again at the next start.

@@ -42,7 +42,7 @@ public:
     /// Goes on unchecked with a session that was kept, as long as the service cannot be asked.
     void resume(const SessionCandidate &candidate);
     /// Nobody is signed in any more; only the installation's public key and the e-mail stay.
-    void end(bool byWish);
+    void end(bool signedOutByUser);
 
 private:
     void keep(const Credentials &credentials);

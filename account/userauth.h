@@ -45,7 +45,7 @@ public:
     Q_INVOKABLE void recover(const QString &email, const QString &code, const QString &password);
     /// Signs in with the account that the embedded service keeps for this machine.
     Q_INVOKABLE void signInLocally();
-    Q_INVOKABLE void forgetError();
+    Q_INVOKABLE void clearError();
 
     [[nodiscard]] bool isBusy() const { return m_isBusy; }
     [[nodiscard]] const QString &errorText() const { return m_errorText; }
@@ -68,13 +68,13 @@ private:
     void checkNext();
     void checked(const AccountAnswer &answer);
     void refused(const QString &text);
-    void goOnUnchecked();
-    void enter();
-    void leave();
+    void continueUnverified();
+    void setSignedIn();
+    void setSignedOut();
 
     void submit(const QString &problem, const QString &path, const FormFields &fields,
                 std::function<void(const QString &body)> answered);
-    void enterByForm(const QString &body);
+    void finishSignIn(const QString &body);
     void setBusy(bool isBusy);
     void setError(const QString &text);
     void setEmail(const QString &email);

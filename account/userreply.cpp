@@ -17,7 +17,7 @@ UserReply parseUserReply(const QString &body)
         return {UserReply::Kind::User, user, map.value(QStringLiteral("access_token")).toString()};
     const bool isMarkup = text.startsWith(u'{') || text.startsWith(u'[') || text.startsWith(u'<');
     return {
-        text.isEmpty() || isMarkup ? UserReply::Kind::Garbled : UserReply::Kind::Refusal, {}, {}};
+        text.isEmpty() || isMarkup ? UserReply::Kind::Malformed : UserReply::Kind::Refusal, {}, {}};
 }
 
 QString refusalText(const QString &body)

@@ -24,9 +24,6 @@
 
 namespace {
 
-/// How long the end of the program may wait for the service.
-constexpr std::chrono::seconds exitTimeout(3);
-
 /// The window that an element stands in.
 QWindow *windowAround(QObject *element)
 {
@@ -75,7 +72,7 @@ FileProcessing &BackendLoader::processing()
     if (m_processing)
         return *m_processing;
     m_processing = std::make_unique<FileProcessing>(m_store);
-    m_processing->setHome(windowAround(this));
+    m_processing->setReferenceWindow(windowAround(this));
     connect(m_processing.get(), &FileProcessing::showParent, this, &BackendLoader::showMainWindow);
     connect(m_processing.get(), &FileProcessing::openAnotherFile, this, &BackendLoader::selectFile);
     connect(this, &BackendLoader::runFromDemo, m_processing.get(),
@@ -88,7 +85,7 @@ MyAccount &BackendLoader::account()
     if (m_account)
         return *m_account;
     m_account = std::make_unique<MyAccount>(m_store);
-    m_account->setHome(windowAround(this));
+    m_account->setReferenceWindow(windowAround(this));
     connect(m_account.get(), &MyAccount::showParent, this, &BackendLoader::showMainWindow);
     connect(m_account.get(), &MyAccount::unlockFullAccess, this, &BackendLoader::unlockFullAccess);
     return *m_account;
@@ -123,7 +120,7 @@ void BackendLoader::openSettingsWindow()
     qInfo() << "BackendLoader::openSettingsWindow";
     if (!m_settings) {
         m_settings = std::make_unique<Settings>(m_store);
-        m_settings->setHome(windowAround(this));
+        m_settings->setReferenceWindow(windowAround(this));
         connect(m_settings.get(), &Settings::showParent, this, &BackendLoader::afterSettings);
     }
     emit hideMainWindow();
@@ -142,7 +139,7 @@ Archive &BackendLoader::archive()
     if (m_archive)
         return *m_archive;
     m_archive = std::make_unique<Archive>(m_store);
-    m_archive->setHome(windowAround(this));
+    m_archive->setReferenceWindow(windowAround(this));
     connect(m_archive.get(), &Archive::showParent, this, &BackendLoader::showMainWindow);
     connect(m_archive.get(), &Archive::unlockFullAccess, this, &BackendLoader::unlockFullAccess);
     connect(m_archive.get(), &Archive::reProcessDemo, this,
@@ -189,7 +186,7 @@ void BackendLoader::clearMemory()
 {
     qInfo() << "BackendLoader::clearMemory";
     if (m_processing)
-        m_processing->removeUploadedFile(exitTimeout);
+        m_processing->removeUploadedFile();
     m_temporaryFolder.clear();
 }
 

@@ -135,7 +135,7 @@ void Archive::carryOut(const ArchiveJob &job, const ArchiveRecord &record, bool 
         openInPlayer(m_store, job.target);
         break;
     case ArchiveJob::Action::Refuse:
-        refuseWithoutFilm(m_pendingExtension, record);
+        refuseMissingVideo(m_pendingExtension, record);
         break;
     case ArchiveJob::Action::Download:
         if (isKnownToService(record)) {
@@ -162,7 +162,7 @@ ArchiveHandler &Archive::handler()
 {
     if (!m_handler) {
         m_handler = std::make_unique<ArchiveHandler>(m_store);
-        m_handler->setHome(windowHandle());
+        m_handler->setReferenceWindow(windowHandle());
         connect(m_handler.get(), &ArchiveHandler::finishWork, this, &Archive::finishConverting);
         connect(m_handler.get(), &ArchiveHandler::ended, this, &Archive::finishConverting);
     }
@@ -181,8 +181,8 @@ void Archive::getFullFile(int id)
     if (!record || !isKnownToService(*record))
         return;
     const FullRun run = fullRun(*record, m_store.defaultAudioFormat(), isFileHere);
-    if (run.lacksFilm)
-        refuseWithoutFilm(run.extension, *record);
+    if (run.lacksVideo)
+        refuseMissingVideo(run.extension, *record);
     else
         emit reProcessDemo(run.source, record->instrument, run.extension, record->id);
 }
@@ -226,7 +226,7 @@ QString Archive::saveFolderOrShowError()
     return folder;
 }
 
-void Archive::refuseWithoutFilm(const QString &extension, const ArchiveRecord &record)
+void Archive::refuseMissingVideo(const QString &extension, const ArchiveRecord &record)
 {
     refuse(tr("File Format Error"),
            tr("Cannot download and convert file to %1, because original video file is "

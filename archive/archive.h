@@ -69,7 +69,7 @@ private:
     [[nodiscard]] bool isKnownToService(const ArchiveRecord &record);
     /// Empty when the folder is not available, which the user is shown then.
     [[nodiscard]] QString saveFolderOrShowError();
-    void refuseWithoutFilm(const QString &extension, const ArchiveRecord &record);
+    void refuseMissingVideo(const QString &extension, const ArchiveRecord &record);
     void refuse(const QString &title, const QString &text);
 
     ProgramData &m_store;

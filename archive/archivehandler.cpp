@@ -71,7 +71,7 @@ void ArchiveHandler::useDownload()
             doneDownloadedConvert();
         else
             showError(tr("The result could not be saved:\n\n%1").arg(stored));
-    } else if (m_run->isFilmGone()) {
+    } else if (m_run->isOriginalVideoMissing()) {
         // Without the user's own film the stored one cannot be made again, but its sound can be.
         startWorker(download, m_run->targetPath(), &ConvertingFile::prepareFinal,
                     &ArchiveHandler::doneConvert);

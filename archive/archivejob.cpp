@@ -107,7 +107,7 @@ FullRun fullRun(const ArchiveRecord &record, const QString &audioFormat, const F
     FullRun run;
     run.extension =
         isVideoSource(record.extension) && !isHere ? soundFormat(audioFormat) : record.extension;
-    run.lacksFilm = isVideoOutput(run.extension.toLower()) && !isHere;
+    run.lacksVideo = isVideoOutput(run.extension.toLower()) && !isHere;
     run.source = isOriginalPath(record.localFilePath) ? record.localFilePath
                                                       : record.name + u'.' + run.extension;
     return run;

@@ -59,7 +59,7 @@ struct FullRun
 {
     QString source; ///< the user's file, or only a name where the service names no usable path
     QString extension; ///< as stored, or when the picture is gone a chosen audio format
-    bool lacksFilm = false; ///< the result would need a picture that is not here
+    bool lacksVideo = false; ///< the result would need a picture that is not here
 
     bool operator==(const FullRun &) const = default;
 };

@@ -35,7 +35,7 @@ public:
     void download(int id, bool isMix);
 
     /// Whether the stored file would need a picture that is no longer here.
-    [[nodiscard]] bool isFilmGone() const;
+    [[nodiscard]] bool isOriginalVideoMissing() const;
 
     [[nodiscard]] WorkerThread &worker() { return m_worker; }
     [[nodiscard]] std::unique_ptr<ConvertingFile> converter(const QString &input,

@@ -78,9 +78,10 @@ void ViewWindow::connectToView(const char *signal, const char *viewSignal)
 
 void ViewWindow::showEvent(QShowEvent *event)
 {
-    if (m_home && !event->spontaneous()) {
-        const QSize whole = size().grownBy(m_home->frameMargins());
-        move(placeOver(m_home->frameGeometry(), whole, m_home->screen()->availableGeometry()));
+    if (m_referenceWindow && !event->spontaneous()) {
+        const QSize whole = size().grownBy(m_referenceWindow->frameMargins());
+        move(placeOver(m_referenceWindow->frameGeometry(), whole,
+                       m_referenceWindow->screen()->availableGeometry()));
     }
     QQuickWidget::showEvent(event);
 }

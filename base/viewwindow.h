@@ -20,9 +20,9 @@ public:
     /// Sizes are in pixels at scale 1.
     ViewWindow(const QString &title, const QUrl &view, QSize baseSize, Sizing sizing);
 
-    /// Lets the window open over another one and on its screen, from now on. Without that, and when
-    /// the other one is gone, the system chooses the place.
-    void setHome(QWindow *home) { m_home = home; }
+    /// From now on the window opens centred over that one, on its screen. Without a reference
+    /// window, or when it no longer exists, the system chooses the position.
+    void setReferenceWindow(QWindow *window) { m_referenceWindow = window; }
 
     /// Closes the window and emits showParent(), even when the window is hidden,
     /// for which Qt itself sends no close event.
@@ -52,5 +52,5 @@ private:
 
     const QSize m_baseSize;
     const Sizing m_sizing;
-    QPointer<QWindow> m_home;
+    QPointer<QWindow> m_referenceWindow;
 };

@@ -19,8 +19,6 @@ namespace {
 constexpr int terminalColumns = 79;
 constexpr int allSucceeded = 0;
 constexpr int oneFailed = 1;
-/// How long the end of the program may wait for the service.
-constexpr std::chrono::seconds exitTimeout(3);
 
 } // namespace
 
@@ -61,7 +59,7 @@ int BatchRunner::run(const QStringList &files)
         if (m_isInterrupted || !runFile(file))
             exitCode = oneFailed;
     }
-    m_window.removeUploadedFile(exitTimeout);
+    m_window.removeUploadedFile();
     return exitCode;
 }
 

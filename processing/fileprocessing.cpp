@@ -83,7 +83,7 @@ bool FileProcessing::openWindow(const QString &path)
     if (!opening)
         return false;
     m_source = {path, {}, false, {}};
-    m_view.uncover();
+    m_view.hideBusyOverlay();
     emit loaded();
     return !opening.isNull();
 }
@@ -260,7 +260,7 @@ void FileProcessing::downloaded(bool isSecond, double percents)
     qInfo() << (isSecond ? "FileProcessing::downloadingSecond" : "FileProcessing::downloadingFirst")
             << percents;
     m_view.setDownloadPercent(isSecond, percents);
-    if (m_run->completesDownloads(isSecond, percents))
+    if (m_run->updateDownloadPercent(isSecond, percents))
         finalConvert();
 }
 

@@ -32,8 +32,8 @@ public:
 
     /// Deletes the temporary WAV file of the last source, here and at the service, if there is one.
     /// Waits for the service's answer, at most for the timeout.
-    void removeUploadedFile(std::chrono::milliseconds timeout);
-    /// The same without waiting, for a user who signs out: it is still asked on their behalf.
+    void removeUploadedFile(std::chrono::milliseconds timeout = std::chrono::seconds(3));
+    /// The same without waiting, for a user who signs out: sent with the session that is ending.
     void forgetUploadedFile();
 
     /// Where the results of the current run go; empty before the service reported them ready.

@@ -128,7 +128,7 @@ void ProcessingRun::chooseResults(const QString &folder)
     m_results = freeResultPaths({folder, m_instrument, m_source.name(), m_extension}, exists);
 }
 
-bool ProcessingRun::completesDownloads(bool isSecond, double percent)
+bool ProcessingRun::updateDownloadPercent(bool isSecond, double percent)
 {
     m_percents[isSecond ? 1 : 0] = percent;
     if (m_percents[0] != 100.0 || m_percents[1] != 100.0)

@@ -75,9 +75,9 @@ public:
     [[nodiscard]] const ResultPaths &results() const { return m_results; }
     [[nodiscard]] bool areResultsReady() const { return m_results != ResultPaths(); }
 
-    /// Takes the percentage of a download, the first or the second. True when with it both have
-    /// come to 100, which is reported once.
-    [[nodiscard]] bool completesDownloads(bool isSecond, double percent);
+    /// Stores the percentage of the first or the second download. Returns true once, when both
+    /// reach 100.
+    [[nodiscard]] bool updateDownloadPercent(bool isSecond, double percent);
 
     /// Gives downloads their final names as they are. Returns the result that could not be saved,
     /// or empty.

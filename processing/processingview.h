@@ -15,10 +15,11 @@ public:
     /// The root object must outlive this one.
     explicit ProcessingView(QObject &root);
 
-    /// Presents a file that was just chosen, with the settings' choices for it, under a cover.
+    /// Presents a file that was just chosen, with the defaults from the settings, under the busy
+    /// overlay.
     void presentFile(const QString &path, const ProgramData &store);
-    /// Takes the cover away.
-    void uncover();
+
+    void hideBusyOverlay();
 
     void setLayer(const char *layer);
     [[nodiscard]] bool isLayer(const char *layer) const;

@@ -14,7 +14,7 @@ Item {
     readonly property real scf: layer.prop.scf
 
     function changeMode(mode: string) {
-        layer.userAuth.forgetError();
+        layer.userAuth.clearError();
         form.mode = mode;
     }
     function submit() {

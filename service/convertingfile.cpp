@@ -98,9 +98,9 @@ bool ConvertingFile::runPlan(const ConversionPlan &plan)
         removeIfThere(plan.temporary);
         run(plan.firstPass, plan.temporary);
     }
-    const bool goOn = !isCancelled();
-    if (goOn)
+    const bool isFinalPassNeeded = !isCancelled();
+    if (isFinalPassNeeded)
         run(plan.finalPass, m_files.output);
     removeIfThere(plan.temporary);
-    return goOn;
+    return isFinalPassNeeded;
 }

@@ -221,16 +221,17 @@ void TekoServer::expectJob(QNetworkReply *reply, const JobTexts &texts)
     m_currentReply = reply;
     // Heard also after an abort: a job that nobody wants any more must not run.
     collectText(reply, this,
-                [this, reply, &texts, wanted = QPointer<QObject>(m_requests.get()),
+                [this, reply, &texts, isActive = QPointer<QObject>(m_requests.get()),
                  source = &texts == &uploadTexts ? m_source : nullptr](TextAnswer answer) {
                     if (m_currentReply == reply)
                         m_currentReply.clear();
                     if (source && source->hasFailed())
                         answer.error = source->errorString();
-                    if (wanted)
+                    if (isActive)
                         jobAnswered(texts, answer);
                     else
-                        unwantedJobAnswered(texts, answer, source ? source->fileName() : QString());
+                        jobAnsweredAfterAbort(texts, answer,
+                                              source ? source->fileName() : QString());
                 });
 }
 
@@ -255,8 +256,8 @@ void TekoServer::jobAnswered(const JobTexts &texts, const TextAnswer &answer)
     emit showError(truncatedForDisplay(answer.body));
 }
 
-void TekoServer::unwantedJobAnswered(const JobTexts &texts, const TextAnswer &answer,
-                                     const QString &uploadedFile)
+void TekoServer::jobAnsweredAfterAbort(const JobTexts &texts, const TextAnswer &answer,
+                                       const QString &uploadedFile)
 {
     const int id = answer.error.isEmpty() ? ::songId(answer.body) : 0;
     if (id == 0) {

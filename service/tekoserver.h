@@ -100,8 +100,8 @@ private:
     void reportUpload(qint64 sent, qint64 total);
     void expectJob(QNetworkReply *reply, const JobTexts &texts);
     void jobAnswered(const JobTexts &texts, const TextAnswer &answer);
-    void unwantedJobAnswered(const JobTexts &texts, const TextAnswer &answer,
-                             const QString &uploadedFile);
+    void jobAnsweredAfterAbort(const JobTexts &texts, const TextAnswer &answer,
+                               const QString &uploadedFile);
     void remainsAnswered(const TextAnswer &answer);
     void askForResults(int songId, const QList<FetchTarget> &targets);
     void fetchResults(const TextAnswer &answer, const QList<FetchTarget> &targets);

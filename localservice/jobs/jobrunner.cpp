@@ -135,7 +135,7 @@ void JobRunner::run(const Job &job, Running &running)
 JobRunner::Failure JobRunner::attempt(const Job &job, Running &running)
 {
     try {
-        finish(job, running);
+        process(job, running);
         return {};
     } catch (const Refusal &refusal) {
         return {refusal.what(), false};
@@ -169,7 +169,7 @@ void JobRunner::fail(const Job &job, const Failure &failure)
     m_jobs.move(job.id, JobState::Running, JobState::Queued);
 }
 
-void JobRunner::finish(const Job &job, Running &running)
+void JobRunner::process(const Job &job, Running &running)
 {
     const bool isDone = separateJob(job, running);
     if (isDone)

@@ -59,7 +59,7 @@ Poco::Net::HTTPRequestHandler *HandlerFactory::createRequestHandler(const Reques
         return refuse(Response::HTTP_FORBIDDEN, "This service has another name.");
     if (!m_rules.hosts.acceptsOrigin(request.get("Origin", ""), host))
         return refuse(Response::HTTP_FORBIDDEN, "This service does not answer web pages.");
-    const std::string path = pathOf(request);
+    const std::string path = requestPath(request);
     const FormCall *const call = formCallOf(path);
     const bool isUpload = path == uploadPath;
     if (call != nullptr || isUpload) {

@@ -23,10 +23,10 @@ private slots:
         add("expired", userJson("h", R"({"id":"3","expired":"1"})"), Kind::User, "demo");
         add("no subscription", userJson("h"), Kind::User, "demo");
         add("a sentence", "The password is wrong.", Kind::Refusal, "demo");
-        add("hash of another type", R"({"hash":{"a":1}})", Kind::Garbled, "demo");
-        add("half an object", userJson("h").chopped(5), Kind::Garbled, "demo");
-        add("another page", "\n<!DOCTYPE html><p>Pay</p>", Kind::Garbled, "demo");
-        add("nothing", " \n", Kind::Garbled, "demo");
+        add("hash of another type", R"({"hash":{"a":1}})", Kind::Malformed, "demo");
+        add("half an object", userJson("h").chopped(5), Kind::Malformed, "demo");
+        add("another page", "\n<!DOCTYPE html><p>Pay</p>", Kind::Malformed, "demo");
+        add("nothing", " \n", Kind::Malformed, "demo");
     }
 
     void replies()

@@ -118,9 +118,9 @@ private slots:
             backend->openSettingsWindow();
             auto *window = topLevelWindow<Settings>();
             QVERIFY(space.contains(window->frameGeometry()));
-            QRect wished = window->frameGeometry();
-            wished.moveCenter(main->frameGeometry().center());
-            QVERIFY(!space.contains(wished) || window->frameGeometry() == wished);
+            QRect expected = window->frameGeometry();
+            expected.moveCenter(main->frameGeometry().center());
+            QVERIFY(!space.contains(expected) || window->frameGeometry() == expected);
             window->saveScf(1.1);
             QVERIFY(space.contains(window->frameGeometry()));
             window->saveScf(1);

@@ -13,7 +13,7 @@
 #include <fstream>
 
 /// The queue, its jobs and their files.
-class ServiceJobsTest final : public TestCase
+class TestServiceJobs final : public TestCase
 {
     Q_OBJECT
 
@@ -271,6 +271,6 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-TEKO_TEST(ServiceJobsTest)
+TEKO_TEST(TestServiceJobs)
 
 #include "tst_servicejobs.moc"

@@ -6,7 +6,7 @@
 #include <QtEndian>
 
 /// Jobs, at the real program.
-class ServiceProcessingTest final : public ServiceCase
+class TestServiceProcessing final : public ServiceCase
 {
     Q_OBJECT
 
@@ -182,5 +182,5 @@ private:
     }
 };
 
-TEKO_TEST(ServiceProcessingTest)
+TEKO_TEST(TestServiceProcessing)
 #include "tst_serviceprocessing.moc"

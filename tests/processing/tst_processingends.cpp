@@ -104,7 +104,7 @@ private slots:
         QCOMPARE(messages.texts(), QStringList());
     }
 
-    void hindrances_data()
+    void preconditionFailures_data()
     {
         const Rows<QString, QString, QString> add;
         const QString unprepared =
@@ -113,13 +113,13 @@ private slots:
         add("address", "http://127.0.0.1:9/a.mp3", "", unprepared);
         add("several files", "concat:a.mp3|b.mp3", "", unprepared);
         add("broken source", "a.mp3", "cut off", unprepared);
-        add("film without a picture", "a.mp4", "no picture",
+        add("video without a picture", "a.mp4", "no picture",
             "Converting Error: This file has no picture, so that it cannot be saved as MKV.\n*");
         add("no save folder", "a.wav", "default_path_save", "File Processing Error: The folder*");
     }
 
     /// What would come to nothing is shown before anything is sent.
-    void hindrances()
+    void preconditionFailures()
     {
         const auto [file, cause, message] = fetchRow<QString, QString, QString>();
         RecordedMessages messages;
