@@ -23,6 +23,6 @@ UserReply parseUserReply(const QString &body)
 QString refusalText(const QString &body)
 {
     if (body.trimmed().isEmpty())
-        return QCoreApplication::translate("UserReply", "The service gave an empty answer.");
+        return QCoreApplication::translate("UserReply", "The service returned an empty answer.");
     return truncatedForDisplay(body);
 }

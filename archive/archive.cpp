@@ -154,7 +154,7 @@ bool Archive::isKnownToService(const ArchiveRecord &record)
 {
     if (record.id == 0)
         refuse(tr("Archive Error"),
-               tr("The service named no number for this file, by which it could be asked for."));
+               tr("The service reported no number for this file, so that it cannot be fetched."));
     return record.id != 0;
 }
 

@@ -68,7 +68,7 @@ QString unconvertedText(const QString &result, const QStringList &savedInstead)
     if (savedInstead.isEmpty())
         return text;
     return text + QStringLiteral("\n\n")
-        + ProcessingRules::tr("What the service delivered was saved as it came:\n\n%1")
+        + ProcessingRules::tr("What the service delivered was saved unconverted:\n\n%1")
               .arg(savedInstead.join(u'\n'));
 }
 

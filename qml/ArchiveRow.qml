@@ -80,7 +80,7 @@ FocusScope {
 
             Text {
                 width: parent.width
-                text: row.isUsable ? qsTr("Files available until ") + row.deleted : qsTr("No file can have this name.")
+                text: row.isUsable ? qsTr("Files available until ") + row.deleted : qsTr("This name cannot be used for files.")
                 textFormat: Text.PlainText
                 font.family: row.look.defaultFont
                 font.pointSize: row.look.fonts.font8_10.pointSize

@@ -112,7 +112,7 @@ void EmbeddedService::readOutput()
     m_firstLine.clear();
     if (!m_announcement) {
         m_process.closeWriteChannel();
-        return fail(tr("The processing service of this computer gave no address."));
+        return fail(tr("The processing service of this computer did not report its address."));
     }
     settle(State::Ready);
 }

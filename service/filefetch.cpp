@@ -39,7 +39,7 @@ FileFetch::~FileFetch()
 void FileFetch::start(const QUrl &url)
 {
     if (!isWebUrl(url)) {
-        const QString reason = tr("The service gave no usable address of the file.");
+        const QString reason = tr("The service returned no usable address for the file.");
         QMetaObject::invokeMethod(
             this, [this, reason] { failDownload(reason); }, Qt::QueuedConnection);
         return;

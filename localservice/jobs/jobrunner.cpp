@@ -128,7 +128,8 @@ void JobRunner::run(const Job &job, Running &running)
             fail(job, failure);
         purgeUploads();
     } catch (const Poco::Exception &error) {
-        log("Could not note the end of job " + std::to_string(job.id) + ": " + error.displayText());
+        log("Could not record the end of job " + std::to_string(job.id) + ": "
+            + error.displayText());
     }
 }
 

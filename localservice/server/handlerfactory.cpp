@@ -56,7 +56,7 @@ Poco::Net::HTTPRequestHandler *HandlerFactory::createRequestHandler(const Reques
 {
     const std::string host = request.get("Host", "");
     if (!m_rules.hosts.acceptsHost(host))
-        return refuse(Response::HTTP_FORBIDDEN, "This service has another name.");
+        return refuse(Response::HTTP_FORBIDDEN, "Host header not accepted.");
     if (!m_rules.hosts.acceptsOrigin(request.get("Origin", ""), host))
         return refuse(Response::HTTP_FORBIDDEN, "This service does not answer web pages.");
     const std::string path = requestPath(request);

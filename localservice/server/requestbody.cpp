@@ -42,7 +42,7 @@ std::string_view RequestBody::next()
     const std::streamsize got = readSome(m_source, m_block);
     m_bytes += got;
     if (got == 0 && m_bytes < m_contentLength)
-        throw BadRequest("The request ended before its time.");
+        throw BadRequest("The request ended prematurely.");
     return {m_block.data(), static_cast<std::size_t>(got)};
 }
 

@@ -191,7 +191,7 @@ private slots:
         m_window->operateFile(0, true, "wav");
         m_window->getFullFile(0);
         QCOMPARE(messages.texts().size(), 2);
-        QVERIFY(messages.texts()[0].contains("named no number"));
+        QVERIFY(messages.texts()[0].contains("reported no number"));
     }
 
     void brokenConversions_data()

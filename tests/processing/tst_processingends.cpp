@@ -164,7 +164,7 @@ private slots:
         QVERIFY2(
             isLike(messages.texts()[0],
                    "Converting Error: The result could not be converted:\n\n*a (1).mp3\n\nWhat "
-                   "the service delivered was saved as it came:\n\n*.wav"),
+                   "the service delivered was saved unconverted:\n\n*.wav"),
             qPrintable(messages.texts()[0]));
         QCOMPARE(layer(), "select_instrument");
         QCOMPARE(m_home->saved(), files);

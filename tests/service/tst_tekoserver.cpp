@@ -293,7 +293,7 @@ private slots:
         add("relative", "../a|../b", Answer::text("sound"), "");
         for (const QByteArray urls : {"|/b", "file:///etc/passwd|/b"})
             add(urls, urls, Answer::text("x"),
-                failed + "The service gave no usable address of the file.");
+                failed + "The service returned no usable address for the file.");
     }
 
     void downloads()
