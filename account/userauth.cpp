@@ -59,7 +59,7 @@ void UserAuth::startCheck()
 
 void UserAuth::checkKept()
 {
-    // Two calls of initialCheck() in a row come here twice, and the first may have been enough.
+    // Two calls of initialCheck() in a row lead here twice; the first may have finished the check.
     if (!m_isChecking)
         return;
     m_client.abort();

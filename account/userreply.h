@@ -4,7 +4,7 @@
 
 #include "base/userrecord.h"
 
-/// What the service's answer to a sign-in, a registration, a check or a change means.
+/// The service's answer to a sign-in, a registration, a check or a change.
 struct UserReply
 {
     enum class Kind {
@@ -23,6 +23,5 @@ struct UserReply
 /// with a "hash"; any other JSON or HTML, or an empty body, is Malformed.
 [[nodiscard]] UserReply parseUserReply(const QString &body);
 
-/// A body that is no user, as it is shown under the form: as it stands, but of a readable
-/// length and never empty.
+/// The text to show under the form for a body that is no user: truncated if too long, never empty.
 [[nodiscard]] QString refusalText(const QString &body);

@@ -24,7 +24,7 @@
 
 namespace {
 
-/// The window that an element stands in.
+/// The window that contains an element.
 QWindow *windowAround(QObject *element)
 {
     for (QObject *object = element; object; object = object->parent()) {
@@ -109,8 +109,7 @@ void BackendLoader::reProcessDemo(QString filePath, QString instrument, QString 
     qInfo() << "BackendLoader::reProcessDemo" << filePath;
     m_demo.instrument = instrument;
     m_demo.extension = extension;
-    // Not while the service is out of reach or allows no further file today, nor when the user was
-    // quicker: the window then works for something else.
+    // Not while offline, when the daily limit is reached, or superseded by another action.
     if (open(filePath))
         emit runFromDemo();
 }
@@ -146,8 +145,7 @@ Archive &BackendLoader::archive()
             [this](const QString &filePath, const QString &instrument, const QString &extension,
                    int id) {
                 m_demo.id = id;
-                // Not closed, which would bring the main window back: the processing window
-                // follows.
+                // Hidden, since closing would bring the main window back.
                 m_archive->hide();
                 reProcessDemo(filePath, instrument, extension);
             });

@@ -119,7 +119,7 @@ void Archive::operateFile(int id, bool isMix, QString newExtension)
         return;
     m_pendingRow = id;
     m_pendingExtension = newExtension;
-    // A file may have come or gone since the row was shown.
+    // A file may have been added or removed since the row was shown.
     finishConverting();
     const ResultPaths stored = pathsOf(*record, folder, record->extension);
     const ResultPaths target = pathsOf(*record, folder, newExtension);

@@ -14,7 +14,7 @@
 [[nodiscard]] const QStringList &audioSourceSuffixes();
 [[nodiscard]] const QStringList &videoSourceSuffixes();
 
-/// Suffixes of results with a picture; shorter than the list of sources.
+/// Suffixes of results with a picture, a subset of the source suffixes.
 [[nodiscard]] const QStringList &videoOutputSuffixes();
 
 /// Both take a lower-cased suffix.

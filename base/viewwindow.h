@@ -24,24 +24,25 @@ public:
     /// window, or when it no longer exists, the system chooses the position.
     void setReferenceWindow(QWindow *window) { m_referenceWindow = window; }
 
-    /// Closes the window and emits showParent(), even when the window is hidden,
-    /// for which Qt itself sends no close event.
+    /// Closes the window and emits showParent(), even when the window is hidden, for which Qt sends
+    /// no close event.
     void closeWindow();
 
 protected:
-    /// Sizes the window and its view. A visible window that grows stays on its screen. The scale is
-    /// passed in, so that all that one opening does uses the same one.
+    /// Resizes the window and its view. A visible window that grows stays on its screen. The scale
+    /// is passed in, so that everything in one opening uses the same one.
     void applyScale(double scale);
     [[nodiscard]] QQuickItem *view() const;
     void setViewProperty(const char *name, const QVariant &value);
     [[nodiscard]] QVariant viewProperty(const char *name) const;
 
-    /// Joins the view's root object and a QObject by name; a name that does not exist ends the
+    /// Connects the view's root object and this window by name; a name that does not exist ends the
     /// process. Signatures are those of the SIGNAL() and SLOT() macros.
     void connectView(const char *viewSignal, const char *member);
     void connectToView(const char *signal, const char *viewSignal);
 
-    /// The window has closed, by whatever means. Subclasses stop their work and emit showParent().
+    /// Called when the window has closed, for any reason. Subclasses stop their work and emit
+    /// showParent().
     virtual void windowClosed() = 0;
 
     void showEvent(QShowEvent *event) override;

@@ -66,7 +66,7 @@ int BatchRunner::run(const QStringList &files)
 void BatchRunner::interrupt()
 {
     m_isInterrupted = true;
-    // Ends whatever the window waits for, too.
+    // Also ends nested event loops of the window.
     m_window.closeWindow();
 }
 
@@ -156,7 +156,7 @@ void BatchRunner::showProgress()
         m_notes << "\r\033[K" << progressBar(progress, name, terminalColumns) << Qt::flush;
         return;
     }
-    // In a log file one line a stage is enough.
+    // In a log file one line per stage is enough.
     if (progress.layer == m_lastStage || stageText(progress).isEmpty())
         return;
     m_lastStage = progress.layer;

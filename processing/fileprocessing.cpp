@@ -62,8 +62,8 @@ bool FileProcessing::openWindow(const QString &path)
 {
     qInfo() << "FileProcessing::openWindow" << path;
     m_run.reset();
-    // While this waits the user may close the window or choose another file: their last wish
-    // counts.
+    // While this waits the user may close the window or choose another file: the latest action
+    // wins.
     m_opening = std::make_unique<QObject>();
     const QPointer<QObject> opening(m_opening.get());
     applyScale(usableGuiScale(m_store.guiScale()));
@@ -220,7 +220,7 @@ void FileProcessing::remainSeconds(int seconds)
 
 void FileProcessing::getRemainsSeconds()
 {
-    // The view still asks while it waits to show the download.
+    // The view still polls while it waits to show the download.
     if (!m_run || m_run->areResultsReady())
         return;
     qInfo() << "FileProcessing::getRemainsSeconds";
@@ -232,7 +232,7 @@ void FileProcessing::filesReady()
     if (!m_run || m_run->areResultsReady())
         return;
     qInfo() << "FileProcessing::filesReady";
-    // A second question about the remaining time may still be open.
+    // A second request for the remaining time may still be open.
     m_server.abort();
     if (m_view.remainingSeconds() > 0)
         m_view.setRemainingSeconds(0);
@@ -323,7 +323,7 @@ void FileProcessing::successProcces()
 void FileProcessing::showError(QString message)
 {
     qCritical() << "FileProcessing::showError" << message;
-    // The service did not take what it had acknowledged before: the next run uploads it again.
+    // The service refused an upload that it had acknowledged before: the next run uploads it again.
     if (m_run && m_run->songId() == 0 && m_source.isUploaded)
         forgetUploadedFile();
     m_run.reset();

@@ -21,7 +21,7 @@ struct ProcessingRules
 
 bool isWritable(const QString &folder)
 {
-    // Permissions do not tell on network drives and read-only mounts; a file does.
+    // Permissions are not reliable on network drives and read-only mounts.
     return !folder.isEmpty() && QTemporaryFile(folder + QStringLiteral("/teko-XXXXXX")).open();
 }
 

@@ -101,7 +101,7 @@ void EmbeddedService::abortStart()
 void EmbeddedService::readOutput()
 {
     const QByteArray output = m_process.readAllStandardOutput();
-    // What comes after the first line is taken as well, so that it does not pile up in memory.
+    // Output after the first line is read and discarded, so that it does not pile up in memory.
     if (m_state != State::Starting)
         return;
     m_firstLine += output;

@@ -14,7 +14,7 @@
 #include <QHttpMultiPart>
 #include <QNetworkReply>
 
-/// Where one result goes.
+/// One result to download.
 struct TekoServer::FetchTarget
 {
     QString path;
@@ -23,7 +23,7 @@ struct TekoServer::FetchTarget
     Progress progress;
 };
 
-/// What one kind of job request says when it fails.
+/// Texts for the failure of one kind of job request.
 struct TekoServer::JobTexts
 {
     const char *error; ///< log label, and before two line breaks the beginning of the message
@@ -165,7 +165,7 @@ void TekoServer::downloadBoth(int songId, const QString &firstPath, const QStrin
 void TekoServer::abort()
 {
     m_requests = std::make_unique<QObject>();
-    // A request that was sent as a whole goes on: the service may have accepted it.
+    // A completely sent request continues: the service may have accepted it.
     if (!m_source || m_source->atEnd())
         return;
     if (m_currentReply)
@@ -219,7 +219,7 @@ void TekoServer::reportUpload(qint64 sent, qint64 total)
 void TekoServer::expectJob(QNetworkReply *reply, const JobTexts &texts)
 {
     m_currentReply = reply;
-    // Heard also after an abort: a job that nobody wants any more must not run.
+    // Handled even after abort(): an accepted job must be cancelled.
     collectText(reply, this,
                 [this, reply, &texts, isActive = QPointer<QObject>(m_requests.get()),
                  source = &texts == &uploadTexts ? m_source : nullptr](TextAnswer answer) {
@@ -318,7 +318,7 @@ void TekoServer::fetchResults(const TextAnswer &answer, const QList<FetchTarget>
         connect(fetch, &FileFetch::failed, this, &TekoServer::showError);
         connect(m_requests.get(), &QObject::destroyed, fetch, &FileFetch::abort);
         const QUrl location(target.isSecondUrl ? urls->second : urls->first);
-        // It may be relative to the address that was asked.
+        // It may be relative to the address of the request.
         const QUrl asked = m_store.endpoints().operation(QStringLiteral("download.php"));
         fetch->start(location.isEmpty() ? location : asked.resolved(location));
     }

@@ -16,8 +16,8 @@ class ProgramData;
 class QNetworkReply;
 
 /// The HTTP client of the processing service. Every result comes through a signal, on this thread;
-/// requests that are still open when the object dies are aborted silently. Nothing is repeated, and
-/// nothing has a time limit but where one is named.
+/// requests that are still open when the object is destroyed are aborted silently. Nothing is
+/// retried, and only calls with a timeout parameter have a time limit.
 class TekoServer final : public QObject
 {
     Q_OBJECT
@@ -39,22 +39,22 @@ public:
     /// Asks for the whole of a file that was processed as a demo.
     void repeatDemoFile(const QString &hash, const QString &extension, int songId);
 
-    /// Asks how long the job still takes: remainSeconds() or filesReady().
+    /// Asks how long the job still takes: emits remainSeconds() or filesReady().
     void remains(int songId);
-    /// Ends a job. The answer is only logged.
+    /// Cancels a job. The answer is only logged.
     void cancel(int songId);
 
     /// Fetches one result, the mix when second is true; reports through downloadingFirst() in
     /// both cases. A file that is already at the path is removed at once.
     void download(int songId, const QString &path, bool second);
-    /// Fetches both results at once. The expected size in bytes serves the percentages.
+    /// Fetches both results at once. The expected size in bytes is used only for the percentages.
     void downloadBoth(int songId, const QString &firstPath, const QString &secondPath,
                       qint64 expectedSize);
 
-    /// Ends all that was asked for but cancels and removals: no signal comes of it any more,
-    /// uploads and downloads are aborted and leave nothing on the disk. A job that the service
-    /// accepts all the same, since it had the whole request already, is cancelled when its number
-    /// comes, and an upload of it removed.
+    /// Aborts all requests except cancels and removals; emits nothing for them afterwards, and
+    /// partial downloads are removed from disk. A job that the service accepts nevertheless, since
+    /// it already had the whole request, is cancelled when its number arrives, and its upload is
+    /// removed.
     void abort();
 
     /// Asks the service to delete an uploaded file. The answer is only logged.
@@ -112,5 +112,5 @@ private:
     QNetworkAccessManager *const m_network;
     QPointer<QNetworkReply> m_currentReply;
     QPointer<FrozenFile> m_source; ///< of the upload that is being sent
-    std::unique_ptr<QObject> m_requests; ///< whose death is the end of what was asked for
+    std::unique_ptr<QObject> m_requests; ///< context of open requests; resetting it aborts them
 };

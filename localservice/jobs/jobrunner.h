@@ -32,7 +32,7 @@ public:
 /// How much of a song a demo covers.
 inline constexpr double demoSeconds = 30;
 
-/// What a runner is allowed to do.
+/// The settings of a runner.
 struct RunnerSettings
 {
     int workers = 1;

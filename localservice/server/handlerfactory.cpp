@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char *uploadPath = "/teko-server/proceed.php";
 
-// Answers with a reply that needs no work.
+// Sends a fixed reply.
 class FixedHandler final : public Poco::Net::HTTPRequestHandler
 {
 public:

@@ -32,7 +32,7 @@ Reply internalErrorReply(const Request &request, const std::string &reason)
     return {Response::HTTP_INTERNAL_SERVER_ERROR, internalError};
 }
 
-// Empty when the client has gone.
+// Empty when the client has disconnected.
 std::optional<Reply> attempt(const Request &request, const std::function<std::string()> &reply)
 {
     try {

@@ -24,7 +24,7 @@ std::streamsize readSome(std::streambuf &source, std::vector<char> &block)
         const auto room = static_cast<std::streamsize>(block.size());
         return source.sgetn(block.data(), std::min(room, source.in_avail()));
     } catch (const Poco::Exception &) {
-        // The other side has gone, or says nothing any longer.
+        // The peer has disconnected or timed out.
         return 0;
     }
 }

@@ -45,8 +45,8 @@ private slots:
             QVERIFY(!problem.isEmpty());
     }
 
-    /// A file that cannot be used is set aside, the next one shows nothing. A full disk keeps the
-    /// old one, unless that would sign in again whoever has signed out.
+    /// An unusable file is renamed, then there are no credentials. A full disk keeps the old file,
+    /// unless it would sign in a user who has signed out.
     void credentials()
     {
         const QTemporaryDir folder;

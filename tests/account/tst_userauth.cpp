@@ -54,8 +54,8 @@ private slots:
         add("wrong code", "", "far", recover, {refusal}, code + "demo No <b>way</b>.");
     }
 
-    /// Only its own service sees a session, and only that service's refusal ends it. Whatever is
-    /// done twice at once happens once.
+    /// A session is sent only to its own service, and only that service's refusal ends it. A
+    /// repeated action is carried out once.
     void actions()
     {
         const auto [before, now, act, answers, outcome] =

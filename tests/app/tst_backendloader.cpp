@@ -27,7 +27,7 @@
 
 namespace {
 
-/// Answers the dialog that opens next with a file, or gives it up; returns where it opened.
+/// Chooses a file in the dialog that opens next, or cancels it; returns its folder.
 QString chooseFile(BackendLoader &backend, const QString &file)
 {
     QString start;
@@ -68,7 +68,7 @@ private slots:
 
     void cleanup() { store().settings().clear(); }
 
-    /// The dialog remembers its folder for this run, and a dialog that is given up changes nothing.
+    /// The dialog remembers its folder for this run; a cancelled one changes nothing.
     void dialogFolder()
     {
         BackendLoader backend;
@@ -106,7 +106,8 @@ private slots:
         }
     }
 
-    /// Over its middle, as far as the screen allows; at every opening anew, and when it grows.
+    /// Centred over the main window, as far as the screen allows, at every opening and when it
+    /// grows.
     void windowsTakeTheMainWindowsPlace()
     {
         QQmlApplicationEngine engine(QUrl("qrc:/qml/main.qml"));
@@ -167,7 +168,7 @@ private slots:
             QCOMPARE(webPage(name, ends), QUrl(page));
     }
 
-    /// The archive makes way for the processing window; out of reach the main window comes back.
+    /// The archive hides for the processing window; when offline the main window comes back.
     void demosInFullNeedTheService()
     {
         BackendLoader backend;

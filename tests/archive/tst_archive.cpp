@@ -149,7 +149,8 @@ private slots:
         QCOMPARE(messages.texts(), QStringList());
     }
 
-    /// The row of a file that has gone since offers the download, whatever becomes of it.
+    /// The row of a file that was deleted meanwhile offers the download, whether it succeeds or
+    /// not.
     void filesThatAreGone()
     {
         const QString file = writeFile(m_home->path("Save/vocals - Song.wav"));

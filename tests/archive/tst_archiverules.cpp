@@ -162,7 +162,7 @@ private slots:
             add(bad, false);
     }
 
-    /// What cannot be the user's file is not even looked for.
+    /// Paths that cannot be the user's file are never accessed.
     void originals()
     {
         const auto [isOne] = fetchRow<bool>();

@@ -230,7 +230,7 @@ private slots:
         runner->purgeUploads();
         QVERIFY(!stores.uploads.find(account, "demo.wav"));
         QVERIFY(!stores.hasFile(full.upload));
-        QVERIFY(stores.hasFile(demo.upload)); // it may still be made whole
+        QVERIFY(stores.hasFile(demo.upload)); // it may still be processed in full
         QCOMPARE(stores.jobs.takeOlderThan(secondsNow() + 10).size(), std::size_t(2));
         runner->purgeUploads();
         QVERIFY(!stores.hasFile(demo.upload));

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/processing/processingtest.h"
 
-/// Runs that come to nothing, and what they leave.
+/// Runs that fail or are cancelled, and what they leave.
 class TestProcessingEnds : public ProcessingTest
 {
     Q_OBJECT
@@ -74,7 +74,7 @@ private slots:
         add("by closing the window", Installation::remains, "processing", "7", true);
     }
 
-    /// Nothing is shown of the answer that still comes, and the next run is as good as a first.
+    /// A late answer is ignored, and the next run works like the first.
     void ends()
     {
         const auto [heldPath, stage, id, closes] = fetchRow<QByteArray, QString, QString, bool>();
@@ -118,7 +118,7 @@ private slots:
         add("no save folder", "a.wav", "default_path_save", "File Processing Error: The folder*");
     }
 
-    /// What would come to nothing is shown before anything is sent.
+    /// A run that cannot succeed is refused before anything is sent.
     void preconditionFailures()
     {
         const auto [file, cause, message] = fetchRow<QString, QString, QString>();
@@ -170,7 +170,7 @@ private slots:
         QCOMPARE(m_home->saved(), files);
     }
 
-    /// A service that hangs keeps nobody at the end of the program, and the file goes first.
+    /// A service that hangs does not block the end of the program; the local file is removed first.
     void removalAtTheEnd()
     {
         run("a.wav");
@@ -179,8 +179,8 @@ private slots:
         QCOMPARE(m_home->temporary(), QStringList());
     }
 
-    /// The second half of a double click on "PROCESS" is not meant for "CANCEL", which comes to lie
-    /// under the mouse, and the other way round.
+    /// The second click of a double click on "PROCESS" does not press "CANCEL", which appears under
+    /// the mouse, and the other way round.
     void doubleClicks()
     {
         server().on(Installation::proceed, {Answer::never()});
