@@ -71,11 +71,11 @@ void AccountClient::send(const std::shared_ptr<Request> &request)
 void AccountClient::finish(const Request &request, const AccountAnswer &answer)
 {
     const bool isAnswered = answer.kind == AccountAnswer::Kind::Answered;
-    const QString news =
+    const QString outcome =
         request.path + QLatin1Char(' ') + (isAnswered ? QStringLiteral("answered") : answer.text);
     // A session is checked again and again while the service is out of reach.
-    if (std::exchange(m_lastLoggedOutcome, news) != news)
-        qInfo().noquote() << "AccountClient:" << news;
+    if (std::exchange(m_lastLoggedOutcome, outcome) != outcome)
+        qInfo().noquote() << "AccountClient:" << outcome;
     if (request.context)
         request.handler(answer);
 }

@@ -11,20 +11,20 @@
 
 class ProgramData;
 
-/// What a request of the account side brought.
+/// The outcome of an account request.
 struct AccountAnswer
 {
     enum class Kind {
         Answered, ///< the service has answered, with success or a refusal
-        Offline, ///< it could not be asked
-        Failed ///< it was asked, but there is no answer
+        Offline, ///< the service cannot be reached
+        Failed ///< the request was sent, but there is no answer
     };
     Kind kind = Kind::Failed;
-    QString text; ///< the answer's body, or for the user why there is none
+    QString text; ///< the answer's body, or an error message for the user
 };
 
-/// Sends the requests of the account side: asks first whether the service can be reached, adds the
-/// access credentials, keeps the last answer's text. GUI thread only.
+/// Sends account requests: checks first whether the service can be reached, and adds the access
+/// credentials. GUI thread only.
 class AccountClient final : public QObject
 {
     Q_OBJECT
@@ -39,9 +39,9 @@ public:
                            QObject *parent = nullptr);
     ~AccountClient() override;
 
-    /// Posts the fields to a path under "/teko-server/" and hands the answer over once, later, from
-    /// the event loop. The handler is not called after the context or this object has died or
-    /// abort() was called. Of a longer answer only so many bytes are read.
+    /// Posts the fields to a path under "/teko-server/" and calls the handler once, later, from the
+    /// event loop. The handler is not called after the context or this object was destroyed or
+    /// abort() was called. At most maxBytes of the answer are read.
     void post(const QString &path, const FormFields &fields, QObject *context, Handler handler,
               qint64 maxBytes = maxTextBytes);
 
@@ -63,6 +63,6 @@ private:
 
     ProgramData &m_store;
     QNetworkAccessManager *const m_network;
-    std::unique_ptr<QObject> m_requests; ///< whose death aborts them
-    QString m_lastLoggedOutcome; ///< so that a repeated one is left out
+    std::unique_ptr<QObject> m_requests; ///< context of open requests; resetting it aborts them
+    QString m_lastLoggedOutcome; ///< to log repeated outcomes only once
 };

@@ -7,25 +7,25 @@
 
 #include <optional>
 
-/// What is kept of the last sign-in. A password is never part of it.
+/// The stored part of the last sign-in, without the password.
 struct Credentials
 {
-    QString publicKey; ///< names this installation
+    QString publicKey; ///< identifies this installation
     QString email;
     QString hash; ///< empty: nobody is signed in
     QString accessToken;
-    bool hasSignedOut = false; ///< on the user's own wish
-    QString service; ///< the address that all this is for; empty: the service of this computer
+    bool hasSignedOut = false; ///< signed out explicitly: do not sign in automatically
+    QString service; ///< address of the service; empty: the embedded one
 
     bool operator==(const Credentials &) const = default;
 };
 
-/// The key for credentials on one machine, made of a fixed text and the machine's unique id.
+/// The key for credentials on one machine, derived from a fixed text and the machine's unique id.
 [[nodiscard]] QByteArray credentialsKey(const QString &text, const QByteArray &machineId);
 
-/// Credentials as only the holder of the key can read them.
+/// The credentials encrypted with the key.
 [[nodiscard]] QByteArray sealCredentials(const Credentials &credentials, const QByteArray &key);
 
-/// Nothing when the bytes were not sealed with this key, whole, by sealCredentials().
+/// Decrypts the result of sealCredentials(). Empty for another key and for damaged bytes.
 [[nodiscard]] std::optional<Credentials> openCredentials(const QByteArray &sealed,
                                                          const QByteArray &key);

@@ -59,7 +59,7 @@ void CredentialsFile::overwrite(const Credentials &credentials) const
 {
     if (write(credentials) || m_path.isEmpty() || !QFile::remove(m_path))
         return;
-    // On a full disk the old file has made room.
+    // Removing the old file has made room on a full disk.
     write(credentials);
 }
 
@@ -69,6 +69,6 @@ bool CredentialsFile::replaceWith(const QByteArray &content) const
     if (!file.open(QIODevice::WriteOnly)
         || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
         return false;
-    // commit() alone takes an unflushed file on a full disk for a written one (QTBUG-75077).
+    // commit() alone reports success for an unflushed file on a full disk (QTBUG-75077).
     return file.write(content) == content.size() && file.flush() && file.commit();
 }

@@ -8,18 +8,17 @@
 class CredentialsFile final
 {
 public:
-    /// Without a folder nothing is kept.
+    /// With an empty folder nothing is stored.
     CredentialsFile(const QString &folder, const QByteArray &key);
 
-    /// What was kept; nothing while there is no file. A file that cannot be used is logged and set
-    /// aside as "credentials.dat.damaged".
+    /// The stored credentials; empty when there is no file. A file that cannot be used is logged
+    /// and renamed to "credentials.dat.damaged".
     [[nodiscard]] std::optional<Credentials> read() const;
 
-    /// Replaces the file as a whole; false, with the old file untouched and a line in the log, when
-    /// that cannot be done.
+    /// Replaces the file atomically. On failure logs it, leaves the old file and returns false.
     bool write(const Credentials &credentials) const;
 
-    /// write() that rather loses the old file than keep what it holds.
+    /// Like write(), but deletes the old file on failure.
     void overwrite(const Credentials &credentials) const;
 
 private:

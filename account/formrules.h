@@ -4,13 +4,13 @@
 
 #include <QString>
 
-/// What is wrong with what the user typed, in a sentence for them; empty when nothing is. The
-/// service has the last word.
+/// Each returns an error message for the user's input, empty when it is valid. The service may
+/// still refuse it.
 
 [[nodiscard]] QString validateName(const QString &name);
 [[nodiscard]] QString validateEmail(const QString &email);
 [[nodiscard]] QString validateCode(const QString &code);
-/// For a password that is to be set.
+/// For a new password.
 [[nodiscard]] QString validateNewPassword(const QString &password);
-/// For a password that was set earlier.
+/// For an existing password.
 [[nodiscard]] QString validatePassword(const QString &password);

@@ -6,18 +6,17 @@
 
 #include <QString>
 
-/// What a user's subscription is worth now.
+/// The state of a user's subscription.
 enum class Licence { None, Expired, Active };
 
-/// By the user's record as the service last sent it.
+/// The licence according to the user record that the service last sent.
 [[nodiscard]] Licence licenceOf(const UserRecord &user);
 
 /// The run mode that the user's licence allows: "full", or "demo" for the first 30 seconds of a
 /// file.
 [[nodiscard]] QString runMode(const UserRecord &user);
 
-/// Whether the service's answer to the daily-limit query, -1 when unknown, forbids another file
-/// today.
+/// Whether the answer to the daily-limit query (-1: unknown) forbids another file today.
 [[nodiscard]] bool isDailyLimitReached(int remainingFiles);
 
 /// A greeting that says what the user's licence allows; plain text.

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// A service without a limit names such a number; nobody counts it down.
+/// At or above this value the service has no limit.
 constexpr int maxShownCount = 100'000;
 
 QString viewState(Licence licence)

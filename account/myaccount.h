@@ -6,8 +6,8 @@
 #include "account/session.h"
 #include "base/viewwindow.h"
 
-/// The window that shows who is signed in and what their subscription is worth, and changes their
-/// name, e-mail and password. GUI thread only.
+/// The window that shows the signed-in user and their subscription, and changes their name, e-mail
+/// and password. GUI thread only.
 class MyAccount final : public ViewWindow
 {
     Q_OBJECT
@@ -16,8 +16,9 @@ public:
     /// The store must outlive the window.
     explicit MyAccount(ProgramData &store);
 
-    /// Shows the window with what is known, and asks the service for the news. When the service
-    /// refuses the session the window closes: whoever shows the main window then ends it.
+    /// Shows the window with the stored data, then requests changes from the service. When the
+    /// service refuses the session the window closes; the main window's check then ends the
+    /// session.
     void openWindow();
 
 signals:
@@ -28,8 +29,8 @@ signals:
     void unlockFullAccess();
 
 public slots:
-    /// Changes the account; an empty password keeps the old one. The service wants the old password
-    /// for a change of the e-mail address or the password.
+    /// Changes the account; an empty password keeps the old one. The service requires the old
+    /// password for a change of the e-mail address or the password.
     void save(const QString &name, const QString &email, const QString &password,
               const QString &oldPassword);
     void cancel();

@@ -19,7 +19,7 @@ CredentialsFile fileOf(const ProgramData &store)
     return {store.appFolder(), credentialsKey(store.credentialsText(), machine)};
 }
 
-/// What a service may hear that the credentials were not made for.
+/// Credentials without session data, for a different service.
 Credentials forAnotherService(const Credentials &kept)
 {
     return {kept.publicKey, kept.email, {}, {}, false, {}};
@@ -45,7 +45,7 @@ Session::Session(ProgramData &store)
 
 Credentials Session::restore()
 {
-    // Once it was read, the store knows better: the file may refuse to be written.
+    // After the first read the in-memory state wins; the file may be read-only.
     const AccessCredentials &access = m_store.access();
     const UserRecord &user = m_store.user();
     if (!access.publicKey.isEmpty())
@@ -67,7 +67,7 @@ Credentials Session::restore()
 void Session::begin(const UserReply &reply)
 {
     const Credentials before = restore();
-    // A check need not hand out the token again.
+    // The reply to a check may lack the token.
     const bool hasToken = !reply.accessToken.isEmpty();
     m_store.setUser(reply.user);
     keep({before.publicKey, reply.user.email, reply.user.hash,
@@ -82,18 +82,18 @@ void Session::resume(const SessionCandidate &candidate)
     UserRecord user;
     user.email = candidate.email;
     user.hash = candidate.hash;
-    // The service on the user's own machine is theirs, whole and for good.
+    // The local account is always fully licensed.
     user.subscription.id = candidate.isLocal ? 1 : 0;
     m_store.setUser(user);
 }
 
-void Session::end(bool byWish)
+void Session::end(bool signedOutByUser)
 {
     const Credentials before = restore();
-    const Credentials left{before.publicKey, before.email, {}, {}, byWish, before.service};
+    const Credentials left{before.publicKey, before.email, {}, {}, signedOutByUser, before.service};
     m_store.setUser({});
     m_store.setAccess({left.publicKey, left.accessToken, left.hasSignedOut});
-    // An old file would sign them in again at the next start.
+    // An old file would sign the user in again at the next start.
     fileOf(m_store).overwrite(left);
 }
 

@@ -10,18 +10,17 @@ class ProgramData;
 struct LocalAccount;
 struct UserReply;
 
-/// A session that the program may try to go on with.
+/// A session that the program may try to continue.
 struct SessionCandidate
 {
     QString email;
     QString hash;
-    bool isLocal = false; ///< that of this machine's own account
+    bool isLocal = false; ///< of the embedded service's account
 
     bool operator==(const SessionCandidate &) const = default;
 };
 
-/// The kept session comes first; after it this machine's own account, unless its user has signed
-/// out.
+/// The stored session first, then the embedded service's account unless the user has signed out.
 [[nodiscard]] QList<SessionCandidate> sessionsToTry(const Credentials &kept,
                                                     const std::optional<LocalAccount> &local);
 
@@ -33,16 +32,16 @@ public:
     /// The store must outlive this object.
     explicit Session(ProgramData &store);
 
-    /// The session as this run knows it; the first call in a run reads the file, and makes the
-    /// installation's public key where there is none. A session of another service is left out.
+    /// The current session; the first call in a run reads the file, and creates the installation's
+    /// public key if there is none. A session of another service is left out.
     Credentials restore();
 
-    /// Takes the service's word for who is signed in. The reply must be a user.
+    /// Stores the user from a reply, which must be of kind User.
     void begin(const UserReply &reply);
-    /// Goes on unchecked with a session that was kept, as long as the service cannot be asked.
+    /// Continues a stored session unverified while the service cannot be reached.
     void resume(const SessionCandidate &candidate);
-    /// Nobody is signed in any more; only the installation's public key and the e-mail stay.
-    void end(bool byWish);
+    /// Signs out; only the installation's public key and the e-mail address are kept.
+    void end(bool signedOutByUser);
 
 private:
     void keep(const Credentials &credentials);

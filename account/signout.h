@@ -5,7 +5,6 @@
 class AccountClient;
 class ProgramData;
 
-/// Signs the user out on their own wish: on this computer at once, and at the service as soon as
-/// that hears of it. Nobody waits for its answer, and without one the session there ends by itself
-/// some day.
+/// Signs the user out on this computer and sends logout.php without waiting for the answer. If the
+/// service cannot be reached, its session expires by itself.
 void signOut(ProgramData &store, AccountClient &client);

@@ -59,7 +59,7 @@ void UserAuth::startCheck()
 
 void UserAuth::checkKept()
 {
-    // Two calls of initialCheck() in a row come here twice, and the first may have been enough.
+    // Two calls of initialCheck() in a row lead here twice; the first may have finished the check.
     if (!m_isChecking)
         return;
     m_client.abort();
@@ -68,7 +68,7 @@ void UserAuth::checkKept()
     m_candidates = sessionsToTry(kept, m_store.localAccount());
     // Without a service there is nobody to sign in with: the rest of the program still works.
     if (m_candidates.isEmpty() && !kept.hasSignedOut && m_store.endpoints().base.isEmpty())
-        enter();
+        setSignedIn();
     else
         checkNext();
 }
@@ -76,7 +76,7 @@ void UserAuth::checkKept()
 void UserAuth::checkNext()
 {
     if (m_candidates.isEmpty()) {
-        leave();
+        setSignedOut();
         return;
     }
     m_client.post(QStringLiteral("auth/check.php"),
@@ -87,13 +87,13 @@ void UserAuth::checkNext()
 void UserAuth::checked(const AccountAnswer &answer)
 {
     const UserReply reply = parseUserReply(answer.text);
-    if (answer.kind != AccountAnswer::Kind::Answered || reply.kind == UserReply::Kind::Garbled) {
-        goOnUnchecked();
+    if (answer.kind != AccountAnswer::Kind::Answered || reply.kind == UserReply::Kind::Malformed) {
+        continueUnverified();
     } else if (reply.kind == UserReply::Kind::Refusal) {
         refused(answer.text);
     } else {
         m_session.begin(reply);
-        enter();
+        setSignedIn();
     }
 }
 
@@ -106,14 +106,14 @@ void UserAuth::refused(const QString &text)
     checkNext();
 }
 
-void UserAuth::goOnUnchecked()
+void UserAuth::continueUnverified()
 {
     m_session.resume(m_candidates.constFirst());
-    enter();
+    setSignedIn();
     m_retry.start();
 }
 
-void UserAuth::enter()
+void UserAuth::setSignedIn()
 {
     m_isChecking = false;
     m_isSignedIn = true;
@@ -123,7 +123,7 @@ void UserAuth::enter()
     emit signedIn();
 }
 
-void UserAuth::leave()
+void UserAuth::setSignedOut()
 {
     m_isChecking = false;
     m_isSignedIn = false;
@@ -142,7 +142,7 @@ void UserAuth::signIn(const QString &email, const QString &password)
     submit(firstOf({validateEmail(email), validatePassword(password)}),
            QStringLiteral("auth/login.php"),
            {{QStringLiteral("email"), email.trimmed()}, {QStringLiteral("password"), password}},
-           [this](const QString &body) { enterByForm(body); });
+           [this](const QString &body) { finishSignIn(body); });
 }
 
 void UserAuth::registerAccount(const QString &name, const QString &email, const QString &password)
@@ -153,7 +153,7 @@ void UserAuth::registerAccount(const QString &name, const QString &email, const 
            {{QStringLiteral("name"), name.trimmed()},
             {QStringLiteral("email"), email.trimmed()},
             {QStringLiteral("password"), password}},
-           [this](const QString &body) { enterByForm(body); });
+           [this](const QString &body) { finishSignIn(body); });
 }
 
 void UserAuth::startRecovery(const QString &email)
@@ -214,7 +214,7 @@ void UserAuth::submit(const QString &problem, const QString &path, const FormFie
                   });
 }
 
-void UserAuth::enterByForm(const QString &body)
+void UserAuth::finishSignIn(const QString &body)
 {
     const UserReply reply = parseUserReply(body);
     if (reply.kind != UserReply::Kind::User) {
@@ -222,12 +222,12 @@ void UserAuth::enterByForm(const QString &body)
         return;
     }
     m_session.begin(reply);
-    enter();
+    setSignedIn();
     // Queued, since the welcome may be a message box with an event loop of its own.
     QMetaObject::invokeMethod(this, &UserAuth::welcomed, Qt::QueuedConnection);
 }
 
-void UserAuth::forgetError()
+void UserAuth::clearError()
 {
     setError({});
 }

@@ -17,12 +17,12 @@ UserReply parseUserReply(const QString &body)
         return {UserReply::Kind::User, user, map.value(QStringLiteral("access_token")).toString()};
     const bool isMarkup = text.startsWith(u'{') || text.startsWith(u'[') || text.startsWith(u'<');
     return {
-        text.isEmpty() || isMarkup ? UserReply::Kind::Garbled : UserReply::Kind::Refusal, {}, {}};
+        text.isEmpty() || isMarkup ? UserReply::Kind::Malformed : UserReply::Kind::Refusal, {}, {}};
 }
 
 QString refusalText(const QString &body)
 {
     if (body.trimmed().isEmpty())
-        return QCoreApplication::translate("UserReply", "The service gave an empty answer.");
+        return QCoreApplication::translate("UserReply", "The service returned an empty answer.");
     return truncatedForDisplay(body);
 }

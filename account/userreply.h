@@ -4,15 +4,15 @@
 
 #include "base/userrecord.h"
 
-/// What the service's answer to a sign-in, a registration, a check or a change means.
+/// The service's answer to a sign-in, a registration, a check or a change.
 struct UserReply
 {
     enum class Kind {
         User, ///< a signed-in user
         Refusal, ///< a sentence for the user
-        Garbled ///< neither: a half answer, or somebody else's page in between
+        Malformed ///< neither: truncated JSON, or a captive-portal page
     };
-    Kind kind = Kind::Garbled;
+    Kind kind = Kind::Malformed;
     UserRecord user;
     QString accessToken;
 
@@ -20,9 +20,8 @@ struct UserReply
 };
 
 /// Reads the body of an answer to a sign-in, a registration, a change or a check. A user is JSON
-/// with a "hash"; other markup, or nothing at all, is Garbled.
+/// with a "hash"; any other JSON or HTML, or an empty body, is Malformed.
 [[nodiscard]] UserReply parseUserReply(const QString &body);
 
-/// A body that is no user, as it is shown under the form: as it stands, but of a readable
-/// length and never empty.
+/// The text to show under the form for a body that is no user: truncated if too long, never empty.
 [[nodiscard]] QString refusalText(const QString &body);

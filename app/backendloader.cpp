@@ -25,10 +25,7 @@
 
 namespace {
 
-/// How long the end of the program may wait for the service.
-constexpr std::chrono::seconds exitTimeout(3);
-
-/// The window that an element stands in.
+/// The window that contains an element.
 QWindow *windowAround(QObject *element)
 {
     for (QObject *object = element; object; object = object->parent()) {
@@ -127,8 +124,7 @@ void BackendLoader::reProcessDemo(QString filePath, QString instrument, QString 
     qInfo() << "BackendLoader::reProcessDemo" << filePath;
     m_demo.instrument = instrument;
     m_demo.extension = extension;
-    // Not while the service is out of reach or allows no further file today, nor when the user was
-    // quicker: the window then works for something else.
+    // Not while offline, when the daily limit is reached, or superseded by another action.
     if (open(filePath))
         emit runFromDemo();
 }
@@ -164,8 +160,7 @@ Archive &BackendLoader::archive()
             [this](const QString &filePath, const QString &instrument, const QString &extension,
                    int id) {
                 m_demo.id = id;
-                // Not closed, which would bring the main window back: the processing window
-                // follows.
+                // Hidden, since closing would bring the main window back.
                 m_archive->hide();
                 reProcessDemo(filePath, instrument, extension);
             });
@@ -204,7 +199,7 @@ void BackendLoader::clearMemory()
 {
     qInfo() << "BackendLoader::clearMemory";
     if (m_processing)
-        m_processing->removeUploadedFile(exitTimeout);
+        m_processing->removeUploadedFile();
     m_temporaryFolder.clear();
 }
 

@@ -18,8 +18,8 @@ class MyAccount;
 class ProgramData;
 class Settings;
 
-/// The main view's backend: chooses the input file, opens the other windows and carries out the
-/// help menu. Each window's controller is made at its first use and lives as long as this object.
+/// The main view's backend: chooses the input file, opens the other windows and implements the help
+/// menu. Each window's controller is created on first use and lives as long as this object.
 /// GUI thread only.
 class BackendLoader : public QObject
 {
@@ -31,43 +31,54 @@ public:
     ~BackendLoader() override;
 
 signals:
+    /// The processing window is open for the demo that reProcessDemo() is about.
     void runFromDemo();
     void hideMainWindow();
     void showMainWindow();
+    /// The user wants a subscription.
     void callSubscriptionCreating();
+    /// The interface scale to use from now on, 0.6 to 1.5.
     void scfChanged(double scf);
 
 public slots:
     /// Lets the user choose a media file and loads it.
     void selectFile();
+    /// Applies the stored scale and shows the main window, after the settings window has closed.
     void afterSettings();
-    /// Leads the user to a subscription.
+    /// Emits callSubscriptionCreating().
     void unlockFullAccess();
     /// Processes an earlier demo result again, in full.
     void reProcessDemo(QString filePath, QString instrument, QString extension);
     /// Opens the processing window for a file in place of the main window.
     void loadFile(QString path);
+    /// Each opens its window in place of the main window.
     void openMyAccountWindow();
     void openSettingsWindow();
     void openArchive();
+    /// Emits the stored scale, once the main view is complete.
     void onCompleted();
-    /// Removes the uploaded file from the service, for which it waits a little, and all files from
-    /// the temporary folder, unless another running program works there.
+    /// Removes the uploaded file from the service, waiting a few seconds at most, and all files
+    /// from the temporary folder, unless another running program uses it.
     void clearMemory();
+    /// Opens a page in the browser; see webPage().
     void openUrl(QString url);
+    /// Logs the call only.
     void checkForUpdates();
+    /// Shows the folder of the log files.
     void showLogs();
-    /// Forgets the session on this computer, and lets the service do so; no account is used unasked
-    /// from now on.
+    /// Signs the user out here and at the service; no account is used automatically from now on.
     void logout();
+    /// Stores the default scale and emits it.
     void resetScf();
     /// Welcomes the signed-in user and says what their licence allows.
     void showInitialMessage();
+    /// Stores whether the next run writes a log.
     void toggleLogging(bool active);
+    /// Whether the next run writes a log.
     [[nodiscard]] bool getLoggingStatus();
 
 private:
-    /// loadFile(), which returns whether the window waits for what is to be done with the file.
+    /// loadFile() with the return value of FileProcessing::openWindow().
     bool open(const QString &path);
     /// The window that this element stands in; null where there is none.
     [[nodiscard]] HomeWindow *home();

@@ -4,6 +4,5 @@
 
 #include <QString>
 
-/// The name filters of the dialog that chooses a media file; the first shows everything that can be
-/// opened.
+/// The name filters of the file dialog; the first shows everything that can be opened.
 [[nodiscard]] QString mediaFileFilter();

@@ -62,7 +62,7 @@ void openOnceSignedIn(const QObject &mainView, const QString &file)
     if (!backend || !account)
         return;
     const QString path = QFileInfo(file).absoluteFilePath();
-    // Queued, so that the main window stands before it hides for the file's window.
+    // Queued, so that the main window is shown before it hides for the file's window.
     QObject::connect(
         account, &UserAuth::signedIn, backend, [backend, path] { backend->loadFile(path); },
         Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
@@ -71,7 +71,7 @@ void openOnceSignedIn(const QObject &mainView, const QString &file)
 int runProgram(const QStringList &arguments)
 {
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/teko.ico")));
-    // The desktop finds the program's entry, and its icon, by this name.
+    // The desktop finds the program's desktop entry and icon by this name.
     QApplication::setDesktopFileName(QStringLiteral("teko"));
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     ProgramData &store = ProgramData::instance();

@@ -6,14 +6,14 @@
 
 class QObject;
 
-/// Makes the backend elements known to QML; comes before the application object.
+/// Registers the backend elements with QML. Call before the application object is created.
 void registerBackendTypes();
 
-/// Opens a file as soon as somebody is signed in, and only once. The main view owns the backend and
-/// the account element.
+/// Opens a file once, as soon as a user is signed in. The main view owns the backend and the
+/// account element.
 void openOnceSignedIn(const QObject &mainView, const QString &file);
 
-/// Everything between the application object and its end: style, settings, log, folders, embedded
+/// Runs the program within an existing application object: style, settings, log, folders, embedded
 /// service, main view and event loop. A file given on the command line is opened in place of the
-/// main window. Returns the process's exit code; a start that fails has shown the user why.
+/// main window. Returns the process's exit code; a failed start was reported in a message box.
 int runProgram(const QStringList &arguments);

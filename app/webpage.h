@@ -4,6 +4,6 @@
 
 #include "base/serviceendpoints.h"
 
-/// The address of a page that the views name: a whole URL stays as it is, a path under
-/// "/teko-server/" is the service's, every other path the maker's web site's.
+/// The URL of a page for the views: an absolute URL is unchanged, a path under "/teko-server/" is
+/// resolved against the service, any other path against the maker's web site.
 [[nodiscard]] QUrl webPage(const QString &name, const ServiceEndpoints &endpoints);

@@ -119,7 +119,7 @@ void Archive::operateFile(int id, bool isMix, QString newExtension)
         return;
     m_pendingRow = id;
     m_pendingExtension = newExtension;
-    // A file may have come or gone since the row was shown.
+    // A file may have been added or removed since the row was shown.
     finishConverting();
     const ResultPaths stored = pathsOf(*record, folder, record->extension);
     const ResultPaths target = pathsOf(*record, folder, newExtension);
@@ -135,7 +135,7 @@ void Archive::carryOut(const ArchiveJob &job, const ArchiveRecord &record, bool 
         openInPlayer(m_store, job.target);
         break;
     case ArchiveJob::Action::Refuse:
-        refuseWithoutFilm(m_pendingExtension, record);
+        refuseMissingVideo(m_pendingExtension, record);
         break;
     case ArchiveJob::Action::Download:
         if (isKnownToService(record)) {
@@ -154,7 +154,7 @@ bool Archive::isKnownToService(const ArchiveRecord &record)
 {
     if (record.id == 0)
         refuse(tr("Archive Error"),
-               tr("The service named no number for this file, by which it could be asked for."));
+               tr("The service reported no number for this file, so that it cannot be fetched."));
     return record.id != 0;
 }
 
@@ -181,8 +181,8 @@ void Archive::getFullFile(int id)
     if (!record || !isKnownToService(*record))
         return;
     const FullRun run = fullRun(*record, m_store.defaultAudioFormat(), isFileHere);
-    if (run.lacksFilm)
-        refuseWithoutFilm(run.extension, *record);
+    if (run.lacksVideo)
+        refuseMissingVideo(run.extension, *record);
     else
         emit reProcessDemo(run.source, record->instrument, run.extension, record->id);
 }
@@ -226,7 +226,7 @@ QString Archive::saveFolderOrShowError()
     return folder;
 }
 
-void Archive::refuseWithoutFilm(const QString &extension, const ArchiveRecord &record)
+void Archive::refuseMissingVideo(const QString &extension, const ArchiveRecord &record)
 {
     refuse(tr("File Format Error"),
            tr("Cannot download and convert file to %1, because original video file is "

@@ -71,8 +71,8 @@ void ArchiveHandler::useDownload()
             doneDownloadedConvert();
         else
             showError(tr("The result could not be saved:\n\n%1").arg(stored));
-    } else if (m_run->isFilmGone()) {
-        // Without the user's own film the stored one cannot be made again, but its sound can be.
+    } else if (m_run->isOriginalVideoMissing()) {
+        // Without the original video the stored one cannot be made again, but its sound can be.
         startWorker(download, m_run->targetPath(), &ConvertingFile::prepareFinal,
                     &ArchiveHandler::doneConvert);
     } else {
@@ -118,7 +118,7 @@ void ArchiveHandler::startWorker(const QString &input, const QString &output,
                           slot);
 }
 
-/// Shows the user when it is not.
+/// Reports an error when it is not.
 bool ArchiveHandler::isMade(const QString &result)
 {
     if (QFile::exists(result))

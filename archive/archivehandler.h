@@ -11,9 +11,9 @@
 class ConvertingFile;
 class ProgramData;
 
-/// The modal window that gets one archived result onto disk: downloads it if need be, converts it,
-/// and closes itself. Whatever ends a job early leaves no process, no download and no partial file
-/// behind; a result that is whole by then stays. One job at a time. GUI thread only.
+/// The modal window that saves one archived result to disk: downloads it if necessary, converts it,
+/// and closes itself. A job that fails or is cancelled leaves no process, download or partial file;
+/// a result that is complete by then stays. One job at a time. GUI thread only.
 class ArchiveHandler final : public ViewWindow
 {
     Q_OBJECT
@@ -23,30 +23,35 @@ public:
     explicit ArchiveHandler(ProgramData &store);
 
     /// Shows the window for a job, which download() or convert() then starts. The stored path is
-    /// the result in the format in which it was saved, the target path in the one that is wanted;
-    /// the source is the user's own file, which may be gone.
+    /// the result in the format in which it was saved, the target path in the requested one; the
+    /// source is the user's own file, which may no longer exist.
     void openWindow(const QString &storedPath, const QString &targetPath,
                     const QString &sourcePath);
 
-    /// Fetches the service's result of that number, the mix if wanted, makes the stored file from
-    /// it and the target from that.
+    /// Downloads the service's result with that number, or its mix, converts it to the stored file
+    /// and that to the target.
     void download(int id, bool isMix);
 
-    /// Makes the target from the stored file.
+    /// Converts the stored file to the target.
     void convert();
 
 signals:
     void loaded();
     /// The target exists now.
     void finishWork();
-    /// The window has closed, whatever became of the job.
+    /// The window has closed, regardless of the outcome.
     void ended();
 
 public slots:
+    /// Shows the progress of the download in percent; at 100 continues with its conversion.
     void downloadingFirst(double percents);
+    /// The stored file was converted or has failed: continues with the target, or reports an error.
     void doneDownloadedConvert();
+    /// The target was converted or has failed: emits finishWork() and closes, or reports an error.
     void doneConvert();
+    /// Ends the job and closes the window.
     void cancelProcess();
+    /// Ends the job, shows the message and closes the window.
     void showError(QString message);
 
 protected:
@@ -61,5 +66,5 @@ private:
 
     ProgramData &m_store;
     TekoServer m_server;
-    std::unique_ptr<ArchiveRun> m_run; ///< none once it has ended
+    std::unique_ptr<ArchiveRun> m_run; ///< null once it has ended
 };

@@ -19,7 +19,7 @@ bool canGivePicture(const ArchiveRecord &record, const QString &stored, const Fi
             && isOriginalHere(record.localFilePath, exists));
 }
 
-/// Whoever has chosen none, or edited the settings, still gets a file.
+/// Falls back to MP3 for an unset or unknown format.
 QString soundFormat(const QString &chosen)
 {
     const bool isOffered = audioFormats().contains(chosen);
@@ -41,8 +41,8 @@ bool isFileHere(const QString &path)
 bool isOriginalPath(const QString &path)
 {
     const QString plain = QDir::fromNativeSeparators(path);
-    // Asking for a file on a share already tells the machine there who the user is. A colon in
-    // front leads to the program's own resources.
+    // Accessing a file on a share tells that machine who the user is. A leading colon is a path in
+    // the program's own resources.
     if (!QDir::isAbsolutePath(plain) || plain.startsWith(u"//"_s) || plain.startsWith(u':'))
         return false;
     const QString suffix = mediaSuffix(plain);
@@ -70,7 +70,7 @@ QString buttonOf(const QString &path, const FileTest &exists)
 QVariantMap archiveRow(const ArchiveRecord &record, const ResultPaths &stored, bool isDemoUser,
                        const FileTest &exists)
 {
-    // With ten thousand rows each look at the disk counts.
+    // Each file check counts with ten thousand rows.
     const bool hasMain = exists(stored.main);
     const bool hasMix = exists(stored.mix);
     const bool isVideo = (isVideoSource(mediaSuffix(record.localFilePath))
@@ -107,7 +107,7 @@ FullRun fullRun(const ArchiveRecord &record, const QString &audioFormat, const F
     FullRun run;
     run.extension =
         isVideoSource(record.extension) && !isHere ? soundFormat(audioFormat) : record.extension;
-    run.lacksFilm = isVideoOutput(run.extension.toLower()) && !isHere;
+    run.lacksVideo = isVideoOutput(run.extension.toLower()) && !isHere;
     run.source = isOriginalPath(record.localFilePath) ? record.localFilePath
                                                       : record.name + u'.' + run.extension;
     return run;

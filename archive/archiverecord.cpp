@@ -43,7 +43,7 @@ ArchiveRecord recordOf(const QVariantMap &map)
             idOf(map.value(u"ai_id"_s))};
 }
 
-/// The key without which a record is of no use; empty when it has all of them.
+/// The first required key that is missing; empty when the record has all of them.
 QString missingKey(const ArchiveRecord &record)
 {
     if (record.name.isEmpty())
@@ -53,7 +53,7 @@ QString missingKey(const ArchiveRecord &record)
     return record.extension.isEmpty() ? u"extension"_s : QString();
 }
 
-/// Windows takes such a name for a device, with any suffix and in any case.
+/// Whether Windows treats the name as a device, with any suffix and in any case.
 bool isDeviceName(const QString &part)
 {
     const QString base = part.section(u'.', 0, 0).trimmed().toUpper();
@@ -65,13 +65,13 @@ bool isDeviceName(const QString &part)
 
 bool isForbidden(QChar c)
 {
-    // The last ones cannot stand in a Windows name; elsewhere songs are called like that.
+    // The last ones are invalid only in Windows names; elsewhere songs are named like that.
     static const bool isWindows = QDir::separator() == u'\\';
     return c.category() == QChar::Other_Control || c == u'/' || c == u'\\'
         || (isWindows && u":*?\"<>|"_s.contains(c));
 }
 
-/// What a file name may begin with.
+/// Whether a file name may begin with it.
 bool isPlainBeginning(const QString &part)
 {
     const bool hasDrive = part.size() > 1 && part[0].isLetter() && part[1] == u':';
@@ -105,7 +105,7 @@ ArchiveRecords archiveRecords(const QVariantList &reply)
 
 bool canNameFiles(const ArchiveRecord &record)
 {
-    // Files are called "vocals - Song.mp3": only an instrument can be taken for a drive or a
+    // Files are named "vocals - Song.mp3": only the instrument can be mistaken for a drive or a
     // device.
     return isPlainBeginning(record.instrument) && isPlainExtension(record.extension)
         && std::ranges::none_of(record.instrument + record.name, isForbidden);

@@ -34,6 +34,6 @@ ArchiveAnswer archiveAnswer(const AccountAnswer &answer)
     if (document.isArray())
         return {{}, document.array().toVariantList()};
     if (answer.text.trimmed().isEmpty())
-        return {ArchiveRequest::tr("The service gave an empty answer."), {}};
+        return {ArchiveRequest::tr("The service returned an empty answer."), {}};
     return {truncatedForDisplay(answer.text), {}};
 }

@@ -40,7 +40,7 @@ void ArchiveRun::download(int id, bool isMix)
     m_server.download(id, downloadPath(), isMix);
 }
 
-bool ArchiveRun::isFilmGone() const
+bool ArchiveRun::isOriginalVideoMissing() const
 {
     return isVideoOutput(mediaSuffix(m_storedPath)) && !isOriginalHere(m_sourcePath);
 }

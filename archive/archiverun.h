@@ -12,15 +12,15 @@
 class ConvertingFile;
 class TekoServer;
 
-/// One archived result on its way to disk. Destroying it is the only way to end it, for whatever
-/// reason: the conversion stops, requests are aborted, the service is asked to cancel a job that
-/// began with a download, and what was downloaded but not converted is removed. GUI thread only.
+/// One archived result that is being downloaded or converted. Always ended by destroying it: the
+/// conversion stops, requests are aborted, the service is asked to cancel a job that began with a
+/// download, and a download that was not converted is removed. GUI thread only.
 class ArchiveRun final
 {
 public:
     /// The server must outlive the run. The stored path is the result in the format in which it was
-    /// saved, the target path in the one that is wanted; the source is the user's own file, which
-    /// may be gone.
+    /// saved, the target path in the requested one; the source is the user's own file, which may no
+    /// longer exist.
     ArchiveRun(TekoServer &server, const QString &storedPath, const QString &targetPath,
                const QString &sourcePath);
     ~ArchiveRun();
@@ -28,14 +28,14 @@ public:
 
     [[nodiscard]] const QString &storedPath() const { return m_storedPath; }
     [[nodiscard]] const QString &targetPath() const { return m_targetPath; }
-    /// Where the download of the stored file goes.
+    /// The download's path.
     [[nodiscard]] QString downloadPath() const;
 
-    /// Starts the download of the service's result of that number, the mix if wanted.
+    /// Starts the download of the service's result with that number, or of its mix.
     void download(int id, bool isMix);
 
-    /// Whether the stored file would need a picture that is no longer here.
-    [[nodiscard]] bool isFilmGone() const;
+    /// Whether the stored file is a video and the user's original of it no longer exists.
+    [[nodiscard]] bool isOriginalVideoMissing() const;
 
     [[nodiscard]] WorkerThread &worker() { return m_worker; }
     [[nodiscard]] std::unique_ptr<ConvertingFile> converter(const QString &input,

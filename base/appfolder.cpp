@@ -20,8 +20,7 @@ bool ensureFolder(const QString &path)
 AppFolderOutcome makeAppFolder(const QString &firstChoice, const QString &secondChoice)
 {
     QString folder = firstChoice;
-    // A second choice that exists already is left alone: what it holds belongs to an earlier
-    // installation.
+    // An existing second choice is left alone: it belongs to an earlier installation.
     if (!ensureFolder(firstChoice) && !QFileInfo::exists(secondChoice)) {
         if (!QDir().mkpath(secondChoice))
             return {{}, noFolder, QStringLiteral("Couldn't create application documents folder")};

@@ -4,8 +4,7 @@
 
 #include <QString>
 
-/// The outcome of making the application folder: either all of it is there, or why the program must
-/// end.
+/// The outcome of creating the application folder: success, or why the program must exit.
 struct AppFolderOutcome
 {
     QString folder;
@@ -15,7 +14,7 @@ struct AppFolderOutcome
     bool operator==(const AppFolderOutcome &) const = default;
 };
 
-/// Makes the application folder, the second choice only where the first cannot be made, and in it
-/// the subfolders for results, opened files, logs and temporary files.
+/// Creates the application folder with its subfolders for results, opened files, logs and temporary
+/// files. The second choice is used only when the first cannot be created.
 [[nodiscard]] AppFolderOutcome makeAppFolder(const QString &firstChoice,
                                              const QString &secondChoice);

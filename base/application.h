@@ -4,11 +4,11 @@
 
 class ProgramData;
 
-/// Sets the names of organisation and application, which folders are called after. Comes before
-/// everything else.
+/// Sets the organisation and application names, from which Qt derives folders. Call it before
+/// anything else.
 void nameApplication();
 
-/// Sends the log to a file if the settings say so. Decided once a run.
+/// Redirects the log to a file if the settings say so. Call once.
 void setUpLogging(const ProgramData &store);
 
 /// Writes version, system and memory to the log.

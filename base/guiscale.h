@@ -5,6 +5,6 @@
 inline constexpr double minGuiScale = 0.6;
 inline constexpr double maxGuiScale = 1.5;
 
-/// The scale at which windows are shown for a stored one: the nearest that can be used, and 1 for a
-/// value that is no positive number.
+/// The scale to use for a stored one: clamped to the range above, and 1 for a value that is no
+/// positive number.
 [[nodiscard]] double usableGuiScale(double stored);

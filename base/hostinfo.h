@@ -13,5 +13,5 @@ struct HostInfo
     quint64 availableMemory = 0; ///< bytes
 };
 
-/// Asks the system; what it does not say stays 0.
+/// Queries the system; values that it does not report stay 0.
 [[nodiscard]] HostInfo hostInfo();

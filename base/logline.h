@@ -8,7 +8,7 @@
 
 #include <optional>
 
-/// The line that the log file gets for a message; nothing for the one message that is never logged.
+/// The line of the log file for a message; empty for the one message that is never logged.
 [[nodiscard]] std::optional<QString> logLine(QtMsgType type, const char *category,
                                              const QString &message);
 

@@ -14,7 +14,7 @@
 [[nodiscard]] const QStringList &audioSourceSuffixes();
 [[nodiscard]] const QStringList &videoSourceSuffixes();
 
-/// Suffixes of results with a picture; shorter than the list of sources.
+/// Suffixes of results with a picture, a subset of the source suffixes.
 [[nodiscard]] const QStringList &videoOutputSuffixes();
 
 /// Both take a lower-cased suffix.
@@ -25,5 +25,5 @@
 [[nodiscard]] const QStringList &videoFormats();
 [[nodiscard]] const QStringList &audioFormats();
 
-/// What can be isolated, as stored and sent, in the order of the picker.
+/// What can be isolated, lower case as sent to the service, in the order of the picker.
 [[nodiscard]] const QStringList &instruments();

@@ -18,7 +18,7 @@ bool MessageWatcher::eventFilter(QObject *object, QEvent *event)
     auto *box = qobject_cast<QMessageBox *>(object);
     if (!box || event->type() != QEvent::Show)
         return false;
-    // Queued: the box is only on its way to its own event loop here.
+    // Queued: exec() has not entered its event loop yet.
     QMetaObject::invokeMethod(
         box,
         [this, box] {

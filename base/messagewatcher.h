@@ -7,9 +7,8 @@
 
 class QMessageBox;
 
-/// Stands in for a user where nobody sits before the screen: answers each message box of the
-/// program with its OK button as soon as it is shown, and reports what it said. Lives on the GUI
-/// thread.
+/// Accepts message boxes automatically in unattended runs: closes each message box of the program
+/// with OK as soon as it is shown, and reports its text. Lives on the GUI thread.
 class MessageWatcher final : public QObject
 {
     Q_OBJECT
@@ -20,6 +19,6 @@ public:
     bool eventFilter(QObject *object, QEvent *event) override;
 
 signals:
-    /// Before the box closes.
+    /// Emitted before the box closes.
     void shown(const QString &title, const QString &text);
 };

@@ -41,8 +41,9 @@ QString localDataAppFolder()
 
 ProgramData &ProgramData::instance()
 {
-    // On the very first run there is no application folder yet and this is "/teko.ini", on purpose.
-    // Left alive at exit: destructors of static objects may still log.
+    // On the very first run the path is "/teko.ini": the store, which decides about logging, is
+    // created before the application folder. Later runs have the file in that folder.
+    // Never destroyed: destructors of static objects may still log.
     static auto *store = new ProgramData(QStringLiteral("%1/teko.ini").arg(currentAppFolder()));
     return *store;
 }
@@ -152,7 +153,7 @@ QString ProgramData::text(const SettingsKey &key) const
 QString ProgramData::folder(const SettingsKey &key) const
 {
     const QString parent = appFolder();
-    // Without an application folder a default would be "/Temp", which is not ours to empty.
+    // Without an application folder a default would be "/Temp", which must not be emptied.
     const QString standard = parent.isEmpty() ? QString() : parent + u'/' + key.fallback;
     const QString path = m_settings.value(key.name, standard).toString();
     if (!path.isEmpty() && !QFileInfo::exists(path))

@@ -20,7 +20,7 @@ class ProgramData
 {
 public:
     using EndpointSource = std::function<ServiceEndpoints()>;
-    /// Calls back from the event loop, unless the context dies first.
+    /// Calls back from the event loop, unless the context is destroyed first.
     using StartWaiter = std::function<void(QObject *context, std::function<void()> started)>;
 
     /// The store, created at the first call and never destroyed.
@@ -34,14 +34,14 @@ public:
 
     /// For writers, and for keys without a getter.
     [[nodiscard]] QSettings &settings() { return m_settings; }
-    /// Writes what was set so far to the file; false when that failed and the file is as it was.
+    /// Writes pending changes to the file; false when that failed and the file is unchanged.
     [[nodiscard]] bool saveSettings();
 
     /// The folder "TEKO" in the documents or else the local data location; empty while neither
     /// exists.
     [[nodiscard]] QString appFolder() const;
-    /// Whether the settings file lies outside the application folder, since there was none when the
-    /// program started: what is saved is lost, or cannot even be written.
+    /// Whether there was no application folder when the program started, so that the settings file
+    /// is outside of it: saved values are not found by later runs, or cannot be written at all.
     [[nodiscard]] bool isFirstSession() const { return m_isFirstSession; }
 
     [[nodiscard]] QString defaultVideoPlayer() const;
@@ -73,17 +73,16 @@ public:
     /// The fixed text under which the account side seals the credentials file.
     [[nodiscard]] const QString &credentialsText() const { return m_credentialsText; }
 
-    /// Asks the source at each call, and never waits: while an embedded service is starting, there
-    /// is no address.
+    /// Calls the source each time and never blocks: empty while an embedded service is starting.
     [[nodiscard]] ServiceEndpoints endpoints() const;
     void setEndpointSource(EndpointSource source) { m_endpointSource = std::move(source); }
 
-    /// Which service the endpoints are of: its address, or empty for the one of this computer,
-    /// whose address changes at each start.
+    /// Identifies the service: its address, or empty for the embedded one, whose address changes at
+    /// each start.
     [[nodiscard]] QString serviceName() const;
 
-    /// Calls back once, from the event loop and unless the context dies first: at once, or as soon
-    /// as an embedded service listens or has failed.
+    /// Calls back once, from the event loop, unless the context is destroyed first: immediately, or
+    /// as soon as an embedded service listens or has failed.
     void whenServiceStarted(QObject *context, std::function<void()> started) const;
     void setStartWaiter(StartWaiter waiter) { m_startWaiter = std::move(waiter); }
 
@@ -91,7 +90,7 @@ public:
     [[nodiscard]] const QString &embeddedServiceLog() const { return m_embeddedServiceLog; }
     void setEmbeddedServiceLog(const QString &path) { m_embeddedServiceLog = path; }
 
-    /// Nothing while no embedded service has announced itself.
+    /// Empty while no embedded service is ready.
     [[nodiscard]] const std::optional<LocalAccount> &localAccount() const { return m_local; }
     void setLocalAccount(std::optional<LocalAccount> account) { m_local = std::move(account); }
 

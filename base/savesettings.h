@@ -6,7 +6,7 @@
 
 class ProgramData;
 
-/// Changes settings and saves them; an invalid value removes its key. When that fails, shows the
-/// user why and sets the values back, but for a first session, in which they hold until the program
-/// ends. Returns whether they were saved. GUI thread only.
+/// Changes settings and saves them; an invalid value removes its key. On failure, shows the user
+/// why and restores the values, except in a first session, in which they apply until the program
+/// exits. Returns whether they were saved. GUI thread only.
 bool saveOrShowError(ProgramData &store, const QVariantMap &changes);

@@ -7,7 +7,7 @@
 /// The address of a path such as "/generate_204" under a base URL; empty when there is no base.
 [[nodiscard]] QUrl urlBelow(const QUrl &base, const QString &path);
 
-/// Where the outside world is. An empty URL means: not available.
+/// URLs of the service, connectivity check and web site. An empty URL means: not available.
 struct ServiceEndpoints
 {
     QUrl base; ///< the processing service, without a trailing slash

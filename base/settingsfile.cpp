@@ -18,18 +18,18 @@ QByteArray contentOf(const QString &path)
 
 bool isReadable(const QByteArray &content)
 {
-    // In a file of its own, because all QSettings objects on one file share what was read.
+    // On a copy, because all QSettings objects on one file share their cache.
     QTemporaryFile copy;
     if (!copy.open() || copy.write(content) != content.size() || !copy.flush())
         return true;
     const QSettings settings(copy.fileName(), QSettings::IniFormat);
-    // Lines are read only when keys are asked for.
+    // Lines are parsed only when keys are requested.
     (void)settings.allKeys();
     return settings.status() == QSettings::NoError;
 }
 
-// At the least a line for each key. What Qt writes has one more, for their section, and ends the
-// last one; a file to which nothing had to be written is as some editor left it.
+// At least one line per key. A file that Qt has just written also has a section line and ends in a
+// newline; one that needed no write is as an editor left it.
 bool isWhole(const QByteArray &content, qsizetype keys, bool isWritten)
 {
     const bool isEnded = content.isEmpty() || content.endsWith('\n');
@@ -77,7 +77,7 @@ bool writeSettings(QSettings &settings)
             putBack(file, before);
         return false;
     }
-    // The status of a QSettings object stays at its first error. A fresh one tries once more what
-    // is still to be written and reports that alone.
+    // The status of a QSettings object stays at its first error. A new one retries what is still to
+    // be written and reports only that.
     return QSettings(file, QSettings::IniFormat).status() == QSettings::NoError;
 }

@@ -6,11 +6,10 @@
 
 class QSettings;
 
-/// Writes what was set to the settings file, together with what other running programs have written
-/// there. False when that failed; the file then holds what it held before.
+/// Writes pending changes to the settings file, merged with what other running programs have
+/// written there. Returns false when that failed; the file then has its previous content.
 [[nodiscard]] bool writeSettings(QSettings &settings);
 
-/// Keeps a copy beside a settings file that has lines which cannot be read, since the next write
-/// drops them: "FILE.damaged", "FILE.damaged-2" and so on. Earlier copies stay; the same content is
-/// kept once.
+/// Copies a settings file with unreadable lines, since the next write drops them, to
+/// "FILE.damaged", "FILE.damaged-2" and so on. Earlier copies stay; the same content is kept once.
 void keepDamagedSettings(const QString &file);

@@ -6,16 +6,16 @@
 
 #include <array>
 
-/// One entry of the settings file: its key, and the value that counts while the file has none. The
-/// fallback of a folder is its name below the application folder.
+/// One entry of the settings file: its key and its default. The default of a folder is its name
+/// below the application folder.
 struct SettingsKey
 {
     QLatin1String name;
     QLatin1String fallback;
 };
 
-/// All entries with a fixed key. Beside them stand the program paths of players, under the player's
-/// name without spaces.
+/// All entries with a fixed key. The file also holds the program paths of players, under the
+/// player's name without spaces.
 namespace SettingsKeys {
 
 inline constexpr SettingsKey videoPlayer{QLatin1String("default_video_player"),

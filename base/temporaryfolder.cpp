@@ -21,7 +21,7 @@ TemporaryFolder::TemporaryFolder(const QString &path)
 {
     if (m_path.isEmpty())
         return;
-    // Never too old: only the end of its program makes a lock void.
+    // Locks never expire by age.
     m_lock.setStaleLockTime(0);
     m_lock.tryLock(0);
     removeFiles();
@@ -53,7 +53,7 @@ bool TemporaryFolder::isUsedByOthers() const
         folder.entryList({lockName(QStringLiteral("*"))}, QDir::Files | QDir::Hidden);
     locks.removeOne(m_lockName);
     for (const QString &name : std::as_const(locks)) {
-        // The lock of a program that has crashed can be taken, and is removed by that.
+        // A lock left by a crashed program can be taken, which removes it.
         QLockFile lock(folder.filePath(name));
         lock.setStaleLockTime(0);
         if (!lock.tryLock(0) && lock.error() == QLockFile::LockFailedError)

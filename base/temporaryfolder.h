@@ -6,16 +6,16 @@
 #include <QString>
 
 /// The folder for temporary files, which all running programs of this user share. While this object
-/// lives, the others know that somebody works in the folder.
+/// lives, a lock file marks the folder as in use.
 class TemporaryFolder final
 {
 public:
-    /// Removes what a program that crashed has left, unless another one works in the folder. An
-    /// empty path stands for a folder that is not available.
+    /// Removes files left by a crashed program, unless another one uses the folder. An empty path
+    /// stands for a folder that is not available.
     explicit TemporaryFolder(const QString &path);
 
-    /// Ends the work in the folder and removes its files, unless another program still works there.
-    /// Folders in it stay; what cannot be removed is left.
+    /// Releases the lock and removes the folder's files, unless another program still uses it.
+    /// Subfolders and files that cannot be removed stay.
     void clear();
 
 private:

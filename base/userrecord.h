@@ -32,12 +32,12 @@ struct UserRecord
     bool operator==(const UserRecord &) const = default;
 };
 
-/// What the service wants to see beside the user's hash; empty until the account side fills it.
+/// Credentials sent with the hash; set by account/.
 struct AccessCredentials
 {
     QString publicKey;
     QString accessToken;
-    bool hasSignedOut = false; ///< by the user's wish: no account is used unasked
+    bool hasSignedOut = false; ///< signed out explicitly: do not sign in automatically
 
     bool operator==(const AccessCredentials &) const = default;
 };

@@ -21,29 +21,30 @@ public:
     /// Sizes are in pixels at scale 1.
     ViewWindow(const QString &title, const QUrl &view, QSize baseSize, Sizing sizing);
 
-    /// Lets the window open over another one and on its screen, from now on. Without that, and when
-    /// the other one is gone, the system chooses the place.
+    /// From now on the window opens centred over that one, on its screen. Without it, or when it no
+    /// longer exists, the system chooses the position.
     void setHome(const HomeWindow *home) { m_home = home; }
 
-    /// Closes the window and emits showParent(), even when the window is hidden,
-    /// for which Qt itself sends no close event.
+    /// Closes the window and emits showParent(), even when the window is hidden, for which Qt sends
+    /// no close event.
     void closeWindow();
 
 protected:
-    /// Sizes the window and its view, no larger than the screen has room for. A visible window that
-    /// grows stays on its screen. The scale is passed in, so that all that one opening does uses
-    /// the same one.
+    /// Resizes the window and its view, to no more than the screen has room for. A visible window
+    /// that grows stays on its screen. The scale is passed in, so that everything in one opening
+    /// uses the same one.
     void applyScale(double wanted);
     [[nodiscard]] QQuickItem *view() const;
     void setViewProperty(const char *name, const QVariant &value);
     [[nodiscard]] QVariant viewProperty(const char *name) const;
 
-    /// Joins the view's root object and a QObject by name; a name that does not exist ends the
+    /// Connects the view's root object and this window by name; a name that does not exist ends the
     /// process. Signatures are those of the SIGNAL() and SLOT() macros.
     void connectView(const char *viewSignal, const char *member);
     void connectToView(const char *signal, const char *viewSignal);
 
-    /// The window has closed, by whatever means. Subclasses stop their work and emit showParent().
+    /// Called when the window has closed, for any reason. Subclasses stop their work and emit
+    /// showParent().
     virtual void windowClosed() = 0;
 
     void showEvent(QShowEvent *event) override;

@@ -4,10 +4,9 @@
 
 #include <QRect>
 
-/// Where a window stands within the space of its screen, moved no farther than it has to be. One
-/// that is too large keeps its title bar in reach.
+/// The position that keeps a window within the available space of its screen, moved as little as
+/// possible. A window that is too large keeps its title bar visible.
 [[nodiscard]] QPoint placeWithin(QRect window, const QRect &space);
 
-/// Where a window of a size stands in place of another one: over its middle, as far as the space
-/// allows.
+/// The position of a window centred over another one, as far as the space allows.
 [[nodiscard]] QPoint placeOver(const QRect &other, QSize size, const QRect &space);

@@ -69,7 +69,7 @@ int runFiles(const BatchOptions &options)
     return exitCode;
 }
 
-/// The log goes to its file if it goes anywhere: standard error is for the user.
+/// Logs only to the log file, if at all: standard error is for the user.
 void setUpLog()
 {
     const ProgramData &store = ProgramData::instance();

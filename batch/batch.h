@@ -4,10 +4,10 @@
 
 #include <QStringList>
 
-/// Keeps Qt's remarks about a machine without a screen off standard error. Comes before the
-/// application object.
+/// Silences Qt's warnings about a machine without a display. Call before the application object is
+/// created.
 void quietPlatform();
 
-/// Everything between the application object and its end: reads the arguments, prepares folders,
-/// settings and service, and runs the files. Returns the process's exit code.
+/// Runs the program within an existing application object: reads the arguments, prepares folders,
+/// settings and service, and processes the files. Returns the process's exit code.
 [[nodiscard]] int runBatch(const QStringList &arguments);

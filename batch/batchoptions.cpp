@@ -48,7 +48,7 @@ BatchOptions refusal(const QString &why)
     return options;
 }
 
-BatchOptions truncatedForDisplay(const QString &text)
+BatchOptions showText(const QString &text)
 {
     BatchOptions options;
     options.action = BatchOptions::Action::ShowText;
@@ -103,12 +103,11 @@ BatchOptions parseBatchOptions(const QStringList &arguments)
     parser.addOptions({instrument, format, save, help, version});
     const bool isRead = parser.parse(arguments);
     if (parser.isSet(help))
-        return truncatedForDisplay(helpText());
+        return showText(helpText());
     if (!isRead)
         return refusal(parser.errorText());
     if (parser.isSet(version))
-        return truncatedForDisplay(
-            QStringLiteral("teko-batch %1\n").arg(QLatin1String(appVersion)));
+        return showText(QStringLiteral("teko-batch %1\n").arg(QLatin1String(appVersion)));
     BatchOptions options;
     options.instrument = parser.value(instrument).toLower();
     options.format = parser.value(format).toUpper();

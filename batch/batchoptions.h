@@ -4,13 +4,13 @@
 
 #include <QStringList>
 
-/// What one call of the command line asks for.
+/// The parsed command line.
 struct BatchOptions
 {
     enum class Action { Process, ShowText, Refuse };
 
     Action action = Action::Process;
-    QString text; ///< what to show, or why the call is refused
+    QString text; ///< the text to show, or why the call is refused
     QString instrument; ///< as the program stores it; empty: as the settings say
     QString format; ///< upper case; empty: as the settings say
     QString saveFolder; ///< absolute; empty: as the settings say

@@ -19,8 +19,6 @@ namespace {
 constexpr int terminalColumns = 79;
 constexpr int allSucceeded = 0;
 constexpr int oneFailed = 1;
-/// How long the end of the program may wait for the service.
-constexpr std::chrono::seconds exitTimeout(3);
 
 } // namespace
 
@@ -61,14 +59,14 @@ int BatchRunner::run(const QStringList &files)
         if (m_isInterrupted || !runFile(file))
             exitCode = oneFailed;
     }
-    m_window.removeUploadedFile(exitTimeout);
+    m_window.removeUploadedFile();
     return exitCode;
 }
 
 void BatchRunner::interrupt()
 {
     m_isInterrupted = true;
-    // Ends whatever the window waits for, too.
+    // Also ends nested event loops of the window.
     m_window.closeWindow();
 }
 
@@ -158,7 +156,7 @@ void BatchRunner::showProgress()
         m_notes << "\r\033[K" << progressBar(progress, name, terminalColumns) << Qt::flush;
         return;
     }
-    // In a log file one line a stage is enough.
+    // In a log file one line per stage is enough.
     if (progress.layer == m_lastStage || stageText(progress).isEmpty())
         return;
     m_lastStage = progress.layer;

@@ -11,21 +11,21 @@
 
 class QEventLoop;
 
-/// Takes files one after the other through the processing window as a user would. GUI thread only.
+/// Processes files one after the other through the processing window, as a user would. GUI thread
+/// only.
 class BatchRunner final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The store answers instrument, format and folder as this call wants them and must outlive the
-    /// runner.
+    /// The store holds this call's settings and must outlive the runner.
     explicit BatchRunner(ProgramData &store);
 
     /// Runs all files and returns the exit code. Result paths go to standard output, everything
-    /// else to standard error. A file that fails does not keep the next from running.
+    /// else to standard error. A file that fails does not stop the next ones.
     [[nodiscard]] int run(const QStringList &files);
 
-    /// Cancels the file that is being processed and leaves out the rest.
+    /// Cancels the file that is being processed and skips the rest.
     void interrupt();
 
 private slots:

@@ -6,5 +6,5 @@
 
 class QSettings;
 
-/// Copies the user's settings for one call and lays the call's own choices over them.
+/// Copies the user's settings for one call and overrides them with its options.
 void applyBatchOptions(const BatchOptions &options, const QSettings &user, QSettings &call);

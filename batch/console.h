@@ -6,20 +6,20 @@
 
 #include <functional>
 
-/// Has what is written in UTF-8 shown as such.
+/// Sets the console code page to UTF-8.
 void useUtf8Console();
 
-/// Whether standard error is read by a person, on a terminal that knows the usual escape codes.
+/// Whether standard error is a terminal that supports the usual escape codes.
 [[nodiscard]] bool isErrorOutputTerminal();
 
-/// Whether windows could be shown here.
+/// Whether a display is available.
 [[nodiscard]] bool hasDisplay();
 
-/// Has the file, and the folder that it is alone in, removed when the user or the system ends the
-/// program at once. One file a process.
+/// Removes the file, and its folder if empty, if the process is killed by a signal (Ctrl+C, SIGTERM
+/// or a closing console). One file per process.
 void removeAtSuddenEnd(const QString &file);
 
 /// Calls back on the context's thread, while the context lives, when the user interrupts the
-/// program (Ctrl+C) or the system ends it. The second time ends the program at once, since the
-/// first may find it waiting for a service that never answers. One context a process.
+/// program (Ctrl+C) or the system terminates it. The second interrupt exits immediately, since the
+/// program may be waiting for a service that never answers. One context per process.
 void onInterrupt(QObject *context, const std::function<void()> &callback);

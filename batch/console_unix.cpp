@@ -16,7 +16,7 @@ int wakeUp[2] = {-1, -1};
 QByteArray scratchFile;
 QByteArray scratchFolder;
 
-// Only what is safe in a signal handler, here and below.
+// Async-signal-safe calls only, here and below.
 void endAtOnce(int number)
 {
     unlink(scratchFile.constData());
@@ -35,7 +35,7 @@ void handleSignal(int number)
 
 } // namespace
 
-// Terminals are set to UTF-8 here.
+// Terminals use UTF-8 on these systems.
 void useUtf8Console() { }
 
 bool isErrorOutputTerminal()

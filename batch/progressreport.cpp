@@ -10,7 +10,7 @@ namespace {
 
 constexpr int barWidth = 24;
 
-// Shares of the bar, in percent: how a song's minutes are spent with the local service, roughly.
+// Shares of the bar in percent, roughly the time that each stage takes with the local service.
 double overallPercent(const BatchProgress &progress)
 {
     if (progress.layer == QStringLiteral("uploading"))

@@ -4,7 +4,7 @@
 
 #include <QString>
 
-/// Where one file stands, as its processing window shows it.
+/// The progress of one file, as its processing window shows it.
 struct BatchProgress
 {
     QString layer;
@@ -18,9 +18,10 @@ struct BatchProgress
 /// "uploading 45.3 %" and the like; empty for a layer without work.
 [[nodiscard]] QString stageText(const BatchProgress &progress);
 
-/// One line of a terminal: a bar over all stages, the stage and the file's name, cut to that many
+/// One terminal line: a bar over all stages, the stage and the file's name, truncated to that many
 /// columns.
 [[nodiscard]] QString progressBar(const BatchProgress &progress, const QString &name, int columns);
 
-/// The text on one line, without what a terminal would obey: file names and messages hold anything.
+/// The text on one line with control and format characters replaced: file names and messages may
+/// contain escape sequences.
 [[nodiscard]] QString printable(const QString &text);

@@ -75,7 +75,7 @@ void run(Options options)
         discardAbandonedBeside(options.data);
     }
     termination.wait();
-    log("Ending");
+    log("Shutting down");
 }
 
 int fail(const std::string &message, int code)

@@ -80,7 +80,7 @@ std::filesystem::path readPath(const std::string &option, const std::string &tex
 {
     if (text.empty())
         throw UsageError(option + " takes a path.");
-    return pathOf(text);
+    return pathFromUtf8(text);
 }
 
 void readSubscription(Options &options, const std::string &text)

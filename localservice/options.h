@@ -13,7 +13,7 @@
 
 namespace localservice {
 
-/// What the command line asks for.
+/// The parsed command line.
 struct Options
 {
     ServerSettings server;
@@ -29,7 +29,7 @@ struct Options
     bool showVersion = false;
 };
 
-/// A command line that makes no sense; what() is a sentence about it.
+/// An invalid command line; what() is an error message.
 class UsageError final : public std::runtime_error
 {
 public:

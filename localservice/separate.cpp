@@ -115,5 +115,6 @@ int main(int argc, char **argv)
     const std::optional<Part> instrument = instrumentFromWord(words[1]);
     if (!instrument)
         return explainUsage("There is no such instrument.");
-    return run({pathOf(words[0]), *instrument, pathOf(words[2]), pathOf(words[3])});
+    return run(
+        {pathFromUtf8(words[0]), *instrument, pathFromUtf8(words[2]), pathFromUtf8(words[3])});
 }

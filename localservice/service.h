@@ -8,7 +8,7 @@
 
 namespace localservice {
 
-/// The whole service, running as long as the object exists.
+/// The whole service; runs as long as the object exists.
 class Service final
 {
 public:

@@ -61,8 +61,7 @@ bool FileProcessing::openWindow(const QString &path)
 {
     qInfo() << "FileProcessing::openWindow" << path;
     m_run.reset();
-    // While this waits the user may close the window or choose another file: their last wish
-    // counts.
+    // While this waits the user may act: the latest action wins.
     m_opening = std::make_unique<QObject>();
     const QPointer<QObject> opening(m_opening.get());
     applyScale(usableGuiScale(m_store.guiScale()));
@@ -82,7 +81,7 @@ bool FileProcessing::openWindow(const QString &path)
     if (!opening)
         return false;
     m_source = {path, {}, false, {}};
-    m_view.uncover();
+    m_view.hideBusyOverlay();
     emit loaded();
     return !opening.isNull();
 }
@@ -226,7 +225,7 @@ void FileProcessing::remainSeconds(int seconds)
 
 void FileProcessing::getRemainsSeconds()
 {
-    // The view still asks while it waits to show the download.
+    // The view still polls while it waits to show the download.
     if (!m_run || m_run->areResultsReady())
         return;
     qInfo() << "FileProcessing::getRemainsSeconds";
@@ -238,7 +237,7 @@ void FileProcessing::filesReady()
     if (!m_run || m_run->areResultsReady())
         return;
     qInfo() << "FileProcessing::filesReady";
-    // A second question about the remaining time may still be open.
+    // A second request for the remaining time may still be open.
     m_server.abort();
     // The drive may have gone since the run began.
     if (!hasUsableFolders())
@@ -266,7 +265,7 @@ void FileProcessing::downloaded(bool isSecond, double percents)
     qInfo() << (isSecond ? "FileProcessing::downloadingSecond" : "FileProcessing::downloadingFirst")
             << percents;
     m_view.setDownloadPercent(isSecond, percents);
-    if (m_run->completesDownloads(isSecond, percents))
+    if (m_run->updateDownloadPercent(isSecond, percents))
         finalConvert();
 }
 
@@ -322,7 +321,7 @@ void FileProcessing::successProcces()
 void FileProcessing::showError(QString message)
 {
     qCritical() << "FileProcessing::showError" << message;
-    // The service did not take what it had acknowledged before: the next run uploads it again.
+    // The service refused an upload that it had acknowledged before: the next run uploads it again.
     if (m_run && m_run->songId() == 0 && m_source.isUploaded)
         forgetUploadedFile();
     m_run.reset();
@@ -377,10 +376,12 @@ void FileProcessing::proceedAnotherInstrument()
     m_view.setLayer("select_instrument");
 }
 
-void FileProcessing::removeUploadedFile(std::chrono::milliseconds timeout)
+void FileProcessing::removeUploadedFile(std::optional<std::chrono::milliseconds> timeout)
 {
-    if (const QString name = m_source.discardWav(); !name.isEmpty())
-        m_server.removeUploaded(name, this, timeout);
+    forgetUploadedFile();
+    // The service of this computer answers at once, and needs time of its own to end.
+    const std::chrono::seconds maxWait(m_store.embeddedServiceLog().isEmpty() ? 3 : 1);
+    m_server.waitForLastAnswers(this, timeout.value_or(maxWait));
 }
 
 void FileProcessing::forgetUploadedFile()

@@ -21,7 +21,7 @@ struct ProcessingRules
 
 bool isWritable(const QString &folder)
 {
-    // Permissions do not tell on network drives and read-only mounts; a file does.
+    // Permissions are not reliable on network drives and read-only mounts.
     return !folder.isEmpty() && QTemporaryFile(folder + QStringLiteral("/teko-XXXXXX")).open();
 }
 
@@ -68,7 +68,7 @@ QString unconvertedText(const QString &result, const QStringList &savedInstead)
     if (savedInstead.isEmpty())
         return text;
     return text + QStringLiteral("\n\n")
-        + ProcessingRules::tr("What the service delivered was saved as it came:\n\n%1")
+        + ProcessingRules::tr("What the service delivered was saved unconverted:\n\n%1")
               .arg(savedInstead.join(u'\n'));
 }
 

@@ -6,23 +6,23 @@
 
 class QRandomGenerator64;
 
-/// A WAV file in that folder under a name of 16 random letters and digits.
+/// The path of a WAV file in that folder, named with 16 random letters and digits.
 [[nodiscard]] QString temporaryWavPath(const QString &folder, QRandomGenerator64 &random);
 
-/// Why a run cannot begin: which of the folders is missing (empty path) or cannot be written to, as
-/// a sentence for the user; empty when both can be used.
+/// An error message when a folder is missing (empty path) or not writable; empty when both can be
+/// used.
 [[nodiscard]] QString unusableFolder(const QString &saveFolder, const QString &tempFolder);
 
-/// Whether a source can be handed to ffmpeg, which takes a text that is no whole path for an
-/// address or a protocol if it looks like one.
+/// Whether a source is an absolute path of an existing file. ffmpeg would open other strings as
+/// URLs or protocols.
 [[nodiscard]] bool isFileOfThisMachine(const QString &path);
 
-/// Why a film cannot be saved in a format with a picture, and what can be chosen instead.
+/// Explains that a source without a picture cannot be saved as a video, and what to choose instead.
 [[nodiscard]] QString noPictureText(const QString &extension);
 
-/// That a result could not be converted, and where the downloads were saved instead, if they were.
+/// Reports that a result could not be converted, and where the downloads were saved instead, if so.
 [[nodiscard]] QString unconvertedText(const QString &result, const QStringList &savedInstead);
 
-/// The stored choice as the window takes it over: "none" for one that it does not offer.
+/// The stored choice, or "none" for one that the window does not offer.
 [[nodiscard]] QString offeredInstrument(const QString &stored);
 [[nodiscard]] QString offeredFormat(const QString &stored, bool isVideo);

@@ -130,7 +130,7 @@ void ProcessingRun::fetchResults(const QString &folder)
                           QFileInfo(m_source.wavPath).size());
 }
 
-bool ProcessingRun::completesDownloads(bool isSecond, double percent)
+bool ProcessingRun::updateDownloadPercent(bool isSecond, double percent)
 {
     m_percents[isSecond ? 1 : 0] = percent;
     if (m_percents[0] != 100.0 || m_percents[1] != 100.0)

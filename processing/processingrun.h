@@ -17,24 +17,24 @@ class PictureProbe;
 class TekoServer;
 struct UserRecord;
 
-/// The file that the user chose, as far as it is prepared. Lasts for several runs.
+/// The file that the user chose and what was prepared from it. Used by several runs.
 struct Source
 {
     QString path; ///< the user's own file
-    QString wavPath; ///< made of it in the temporary folder; empty before the first run
+    QString wavPath; ///< its WAV file in the temporary folder; empty before the first run
     bool isUploaded = false; ///< the service has acknowledged the WAV file
-    std::optional<bool> hasPicture; ///< not known before it was looked at
+    std::optional<bool> hasPicture; ///< empty until it was probed
 
     [[nodiscard]] QString name() const; ///< without folder and last suffix
     [[nodiscard]] bool hasWav() const;
-    /// Deletes the WAV file here. Returns the name that the service may have it under; empty when
-    /// there was none.
+    /// Deletes the local WAV file. Returns its file name, under which the service may have it;
+    /// empty when there was none.
     [[nodiscard]] QString discardWav();
 };
 
-/// One run of a source, from "PROCESS" to its results. Destroying it is the only way to end it, for
-/// whatever reason: the conversion stops, requests are aborted, downloads that were not converted
-/// are removed, and so is a WAV file that the service never acknowledged. GUI thread only.
+/// One run of a source, from "PROCESS" to its results. Always ended by destroying it: the
+/// conversion stops, requests are aborted, downloads that were not converted are removed, and so is
+/// a WAV file that the service never acknowledged. GUI thread only.
 class ProcessingRun final
 {
 public:
@@ -50,23 +50,23 @@ public:
     [[nodiscard]] int songId() const { return m_songId; }
     void setSongId(int id) { m_songId = id; }
 
-    /// Where the workers below run.
+    /// The thread of the workers below.
     [[nodiscard]] WorkerThread &worker() { return m_worker; }
-    /// Picks a name for the WAV file in a folder. Returns whether that is all that can be done
-    /// here: the source was copied, or is no file that could be converted. When that failed, the
-    /// file is missing.
+    /// Chooses a name for the WAV file in a folder and, for a WAV source, copies it. Returns
+    /// whether no conversion is needed or possible; the WAV file is then missing if something
+    /// failed.
     [[nodiscard]] bool prepareWithoutConverting(const QString &folder);
     [[nodiscard]] std::unique_ptr<ConvertingFile> uploadConverter() const;
     [[nodiscard]] std::unique_ptr<PictureProbe> pictureProbe() const;
-    /// Makes a result of its download, which must be one of the results.
+    /// Converts the download of a result, which must be one of results().
     [[nodiscard]] std::unique_ptr<ConvertingFile> finalConverter(const QString &result) const;
 
-    /// Whether the result is to have a picture and the source, a film by its name, has none:
-    /// nothing while that is not known.
+    /// Whether a video result was requested but the source, which has a video suffix, contains no
+    /// picture. Empty while that is not known.
     [[nodiscard]] std::optional<bool> lacksPicture() const;
 
-    /// Uploads the WAV file, or has the service process again the one that it holds. Returns why
-    /// nothing could be sent, or empty.
+    /// Uploads the WAV file, or has the service process the uploaded one again. Returns an error
+    /// message when nothing could be sent, else empty.
     [[nodiscard]] QString send(const UserRecord &user);
 
     /// Picks the results' names in a folder and downloads both, once the service has them ready.
@@ -75,17 +75,16 @@ public:
     [[nodiscard]] const ResultPaths &results() const { return m_results; }
     [[nodiscard]] bool areResultsReady() const { return m_results != ResultPaths(); }
 
-    /// Takes the percentage of a download, the first or the second. True when with it both have
-    /// come to 100, which is reported once.
-    [[nodiscard]] bool completesDownloads(bool isSecond, double percent);
+    /// Stores the percentage of the first or the second download. Returns true once, when both
+    /// reach 100.
+    [[nodiscard]] bool updateDownloadPercent(bool isSecond, double percent);
 
-    /// Gives downloads their final names as they are. Returns the result that could not be saved,
-    /// or empty.
+    /// Renames downloads to their final names, unconverted. Returns the result that could not be
+    /// saved, or empty.
     [[nodiscard]] QString moveDownloads() const;
     /// The first result that is missing; empty when both are there.
     [[nodiscard]] QString missingResult() const;
-    /// Saves as WAV files what the service delivered and could not be converted. Returns their
-    /// paths.
+    /// Saves downloads that could not be converted as WAV files. Returns their paths.
     [[nodiscard]] QStringList saveUnconverted() const;
 
 private:

@@ -28,7 +28,7 @@ void ProcessingView::presentFile(const QString &path, const ProgramData &store)
     set("playerForAudio", store.defaultAudioPlayer());
 }
 
-void ProcessingView::uncover()
+void ProcessingView::hideBusyOverlay()
 {
     set("isChecking", false);
 }

@@ -7,22 +7,21 @@
 class ProgramData;
 class QObject;
 
-/// What the processing window writes to its view, and reads there: the properties of the view's
-/// root object by their meaning. GUI thread only.
+/// Typed access to the properties of the processing view's root object. GUI thread only.
 class ProcessingView final
 {
 public:
     /// The root object must outlive this one.
     explicit ProcessingView(QObject &root);
 
-    /// Presents a file that was just chosen, with the settings' choices for it, under a cover.
+    /// Presents a file that was just chosen, with the defaults from the settings, under the busy
+    /// overlay.
     void presentFile(const QString &path, const ProgramData &store);
-    /// Takes the cover away.
-    void uncover();
+    void hideBusyOverlay();
 
     void setLayer(const char *layer);
     [[nodiscard]] bool isLayer(const char *layer) const;
-    /// Whether the layer shows a run going on.
+    /// Whether the layer shows a run in progress.
     [[nodiscard]] bool isBusy() const;
 
     [[nodiscard]] QString instrument() const;
@@ -34,12 +33,12 @@ public:
     void resetCounters();
     void setUploadPercent(double percent);
     void setDownloadPercent(bool isSecond, double percent);
-    /// Announces a number of seconds, also one that stands there already: the view asks again only
-    /// after an answer.
+    /// Sets the remaining seconds and emits the change signal even for an unchanged value: the view
+    /// polls again only after an answer.
     void setRemainingSeconds(int seconds);
     [[nodiscard]] int remainingSeconds() const;
 
-    /// Shows the conversion with what it is for.
+    /// Shows the conversion layer with a caption.
     void showConverting(const QString &caption);
     void setConvertingText(const QString &caption);
     void setDemo(bool isDemo);

@@ -5,7 +5,7 @@ import QtQuick.Controls.Fusion as Fusion
 import QtQuick.Layouts
 import qml
 
-/// The archive window: earlier results and the ways to get them.
+/// The archive window: lists earlier results.
 WindowView {
     id: root
 
@@ -26,7 +26,7 @@ WindowView {
         files.setValue(idx, "btnMix", m);
     }
 
-    // The rows go before the theme that they look at.
+    // Destroy the rows before the theme that their bindings use.
     Component.onDestruction: list.model = null
 
     ArchiveModel {
@@ -109,7 +109,7 @@ WindowView {
                 Fusion.ScrollBar.vertical: Fusion.ScrollBar {
                 }
 
-                // What a row needs of this file stands around the delegate.
+                // The delegate uses ids of this file.
                 // qmllint disable unqualified
                 delegate: ArchiveRow {
                     id: row

@@ -3,7 +3,7 @@
 import QtQuick
 import QtQuick.Layouts
 
-/// The window that gets one archived result; its controller writes the mode.
+/// The window that downloads or converts one archived result; its controller sets the mode.
 WindowView {
     id: root
 

@@ -4,11 +4,11 @@ import QtQuick
 import qml
 import QtQuick.Layouts
 
-/// One result in the archive's list, with the ways to get it.
+/// One result in the archive's list, with its buttons.
 FocusScope {
     id: row
 
-    // Not named like the ids of the view, which would be hidden from the one who sets them.
+    // Not named like the ids of the view, which these properties would shadow in the delegate.
     required property Properties look
     required property Functions functions
     required property int index
@@ -21,14 +21,14 @@ FocusScope {
     required property string btnInstrument
     required property string btnMix
     required property bool isVideo
-    /// Files may have this name; without that nothing is offered.
+    /// Whether files may have this name; otherwise the row offers nothing.
     required property bool isUsable
     /// The format that was chosen in this row; empty before.
     required property string chosen
 
     readonly property real scf: row.look.scf
     readonly property bool isDemo: row.demoFile !== "no"
-    /// Which take it is: files of both may have the same name.
+    /// Demo or whole file: both may have the same file name.
     readonly property string takeText: row.isDemo ? qsTr("demo, the first 30 seconds") : qsTr("whole file")
     readonly property var formats: row.isVideo ? Vocabulary.allFormats : Vocabulary.audioFormats
     readonly property int formatIndex: Math.max(0, row.formats.indexOf(row.chosen !== "" ? row.chosen : row.extension.toUpperCase()))
@@ -80,7 +80,7 @@ FocusScope {
 
             Text {
                 width: parent.width
-                text: row.isUsable ? qsTr("Files available until ") + row.deleted : qsTr("No file can have this name.")
+                text: row.isUsable ? qsTr("Files available until ") + row.deleted : qsTr("This name cannot be used for files.")
                 textFormat: Text.PlainText
                 font.family: row.look.defaultFont
                 font.pointSize: row.look.fonts.font8_10.pointSize

@@ -26,7 +26,7 @@ Item {
         passwordField.text = "";
         codeField.text = "";
     }
-    /// Puts the cursor into the first field that is still to be filled.
+    /// Puts the cursor into the first empty field.
     function takeFocus() {
         let chosen = null;
         for (const field of [nameField, emailField, codeField, passwordField]) {
@@ -46,7 +46,7 @@ Item {
 
     onModeChanged: focusTimer.restart()
 
-    // Later, when the fields of the mode are to be seen.
+    // Delayed until the fields of the mode are visible.
     Timer {
         id: focusTimer
 

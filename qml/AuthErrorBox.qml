@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// Why a request of the account side came to nothing; invisible while there is nothing to tell.
+/// The error of an account request; invisible while empty.
 Rectangle {
     id: box
 

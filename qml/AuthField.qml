@@ -23,7 +23,7 @@ Item {
 
     implicitWidth: 236 * field.scf
     implicitHeight: 45 * field.scf
-    // Qt leaves the keyboard with an item that is hidden.
+    // Qt keeps focus on a hidden item.
     onVisibleChanged: {
         field.isRevealed = false;
         if (!field.visible)
@@ -68,7 +68,7 @@ Item {
             readOnly: field.readOnly
             echoMode: field.secret && !field.isRevealed ? TextInput.Password : TextInput.Normal
             inputMethodHints: field.secret ? Qt.ImhSensitiveData | Qt.ImhNoPredictiveText : Qt.ImhNone
-            // What the service takes of an address and of a password.
+            // The longest address and password that the service accepts.
             maximumLength: field.secret ? 1024 : 254
             font: field.prop.fonts.font10_13
             color: Colors.textOnLight

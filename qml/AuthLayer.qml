@@ -3,7 +3,7 @@
 import QtQuick
 import backend.UserAuth 1.0
 
-/// Covers the main window while nobody is signed in: signs in, registers, recovers a password.
+/// Covers the main window while signed out: signs in, registers, recovers a password.
 Item {
     id: layer
 
@@ -14,7 +14,7 @@ Item {
     readonly property real scf: layer.prop.scf
 
     function changeMode(mode: string) {
-        layer.userAuth.forgetError();
+        layer.userAuth.clearError();
         form.mode = mode;
     }
     function submit() {
@@ -48,7 +48,7 @@ Item {
     Background {
     }
 
-    // What lies below is out of reach.
+    // Blocks the mouse for the items below.
     MouseArea {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import qml
 
-/// A button drawn by a picture. It is for the mouse alone: it never takes the keyboard focus.
+/// An image button for the mouse only: it never takes the keyboard focus.
 T.AbstractButton {
     id: btn
 
@@ -25,7 +25,7 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.tooltip !== "" ? btn.tooltip : btn.label !== "" ? btn.label.replace("\n", " ") : btn.iconName
-    // The second half of a double click is meant for nothing, least of all for what has come under the mouse.
+    // Ignore the second click of a double click: another item may be under the mouse by then.
     onDoubleClicked: {
     }
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// What the program is doing, how far it has come, and the way out.
+/// Caption, progress and a cancel button for a running step.
 Column {
     id: area
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// Both results on their way.
+/// Both results being downloaded.
 Column {
     id: area
 

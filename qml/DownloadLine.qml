@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// One result on its way from the service.
+/// One result being downloaded from the service.
 Column {
     id: line
 

@@ -5,7 +5,7 @@ import QtQuick.Controls.Fusion as Fusion
 import QtQuick.Templates as T
 import "helpers.js" as Helpers
 
-/// A combo box over a list of texts. With mainVisible false only its list can be seen, which opens at its place.
+/// A combo box over a list of texts. With mainVisible false only its popup is shown, at the same position.
 Fusion.ComboBox {
     id: dropdown
 
@@ -77,7 +77,7 @@ Fusion.ComboBox {
         topMargin: 6 * dropdown.scf
         bottomMargin: 6 * dropdown.scf
         padding: 1
-        // A box that cannot be seen must not be turned by the keyboard.
+        // An invisible box must not react to keys.
         onClosed: {
             if (!dropdown.mainVisible)
                 dropdown.focus = false;

@@ -17,7 +17,7 @@ T.ItemDelegate {
     highlighted: row.ListView.isCurrentItem
     hoverEnabled: true
     font: row.list ? row.list.prop.fonts.font9_12 : Qt.font({})
-    // The second half of a double click is meant for nothing, least of all for what has come under the mouse.
+    // Ignore the second click of a double click: another item may be under the mouse by then.
     onDoubleClicked: {
     }
     Accessible.role: Accessible.ListItem

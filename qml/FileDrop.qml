@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// Where files are dropped.
+/// The area where files can be dropped.
 DropArea {
     id: area
 
@@ -10,7 +10,7 @@ DropArea {
 
     signal fileDropped(string path)
 
-    /// A name that is not UTF-8 stays encoded. No such file can be opened, which the processing window reports.
+    /// A name that is not UTF-8 stays percent-encoded; the processing window reports that it cannot be opened.
     function decoded(file: string): string {
         try {
             return decodeURIComponent(file);
@@ -22,7 +22,7 @@ DropArea {
     function localPath(url: string, osName: string): string {
         const text = area.decoded(url);
         console.info("Drag file: " + text);
-        // The machine itself may be named; another machine has two slashes, and keeps them.
+        // "localhost" is dropped; the two slashes of another host (a share) stay.
         const file = text.replace(/^file:\/\/localhost\//i, "file:///");
         const prefix = osName !== "win" ? "file://" : file.startsWith("file:///") ? "file:///" : "file:";
         return file.startsWith(prefix) ? file.slice(prefix.length) : file;
@@ -32,7 +32,7 @@ DropArea {
         if (!drop.hasUrls)
             return;
         drop.accept();
-        // Later: the other program waits until its drop is over.
+        // Later: the source program blocks until the drop has been handled.
         Qt.callLater(area.fileDropped, area.localPath(drop.urls[0], area.prop.osName));
     }
 }

@@ -4,7 +4,7 @@ import QtQuick
 import qml
 import QtQuick.Layouts
 
-/// The processing window: layers of which exactly one is visible. Its properties are the state that the controller writes.
+/// The processing window: layers of which exactly one is visible. Its properties are the state that the controller sets.
 WindowView {
     id: root
 
@@ -21,7 +21,7 @@ WindowView {
     property string playerForAudio: "Default Audio Player"
     property bool isVideo: true
     property bool isDemo: true
-    /// Whether the service is still being asked, so that nothing can be begun.
+    /// Whether the service is still being checked; the user cannot start anything meanwhile.
     property bool isChecking: false
 
     readonly property bool busy: Vocabulary.isBusy(root.currentLayer)
@@ -44,10 +44,10 @@ WindowView {
         root.checkRemains();
     }
     onForceProcessAnotherFile: root.openAnotherFile()
-    // Announced for every answer. A binding would not hear one that repeats the last number.
+    // Emitted for every answer; a binding would miss one that repeats the last number.
     onRemainingProcessingTimeChanged: estimate.takeAnswer(root.remainingProcessingTime)
     onResetProccesing: estimate.resetData()
-    // A layer that is set at once overtakes one that is still delayed: a short conversion, or a cancel.
+    // A layer that is set directly cancels a delayed one: a short conversion, or a cancel.
     onCurrentLayerChanged: layerTimer.stop()
     onChangeLayerWithDelay: l => {
         layerTimer.layer = l;

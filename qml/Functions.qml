@@ -16,7 +16,7 @@ QtObject {
     }
 
     /// The colour of the background behind an item, so that a panel looks transparent over it.
-    /// Positions are not observed: a change of recalc makes a binding ask again.
+    /// Positions are not observed: change recalc to re-evaluate a binding.
     function interpolateColor(bg, item, offset, recalc) {
         return Helpers.backgroundColor(bg, item.mapToItem(null, 0, 0).y + offset);
     }

@@ -67,7 +67,7 @@ Controls.Menu {
         onTriggered: {
             menu.prop.loggingActive = logging.checked;
             menu.backendLoader.toggleLogging(logging.checked);
-            // What was really stored.
+            // Show the stored value: saving may have failed.
             menu.prop.loggingActive = menu.backendLoader.getLoggingStatus();
         }
     }

@@ -3,7 +3,7 @@
 import QtQuick
 import qml
 
-/// A picture in its states; a picture that is not in the resources shows nothing.
+/// An image with one picture per state; a missing picture shows nothing.
 Image {
     id: icon
 

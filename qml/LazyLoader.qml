@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// A part of a view that is made when it is first wanted, so that the view itself is there sooner.
+/// A part of a view that is created on first use, so that the view loads faster.
 Loader {
     id: loader
 

@@ -2,13 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// Covers a view and swallows its clicks and keys while the view waits for something. It shows itself only when that takes a
-/// while.
+/// Covers a view and blocks mouse and keyboard while the view waits. It becomes visible only after a short delay.
 Rectangle {
     id: hover
 
     required property Properties prop
-    /// Had the keyboard before, and gets it back.
+    /// The item that had the focus before and gets it back.
     property Item covered: null
 
     function takeKeyboard() {
@@ -16,7 +15,7 @@ Rectangle {
         hover.forceActiveFocus();
     }
     function giveKeyboardBack() {
-        // Somebody else may have taken it already.
+        // Another item may have taken it already.
         if (hover.activeFocus && hover.covered)
             hover.covered.forceActiveFocus();
         hover.focus = false;

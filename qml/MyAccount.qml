@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// The account window: who is signed in, what their subscription is worth, and the change of both.
+/// The account window: shows the user and their subscription, and edits the account.
 WindowView {
     id: root
 
@@ -51,13 +51,13 @@ WindowView {
     }
 
     focus: true
-    // The fields are hidden now, which does not take the keyboard from them.
+    // The fields are hidden now, but would keep the focus.
     onIsEditingChanged: {
         root.showUser();
         if (!root.isEditing)
             root.forceActiveFocus();
     }
-    // News that arrive while the user types must not take away what was typed.
+    // Changes from the service must not overwrite the user's input while they edit.
     onUserNameChanged: root.isEditing || root.showUser()
     onUserEmailChanged: root.isEditing || root.showUser()
     Keys.onReturnPressed: root.submit()

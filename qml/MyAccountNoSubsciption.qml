@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// What a demo account may do.
+/// The offer for a demo account.
 SubscriptionOffer {
     title: qsTr("This is a demo account.")
     note: qsTr("Only the first 30 seconds of each file are processed. A subscription unlocks full files.")

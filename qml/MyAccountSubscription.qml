@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// What an active subscription is worth.
+/// The details of an active subscription.
 Item {
     id: pane
 

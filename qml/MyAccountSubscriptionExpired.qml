@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// What is left after a subscription.
+/// The offer after an expired subscription.
 SubscriptionOffer {
     title: qsTr("Your subscription has expired.")
     note: qsTr("Until you renew it, only the first 30 seconds of each file are processed.")

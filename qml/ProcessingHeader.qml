@@ -3,7 +3,7 @@
 import QtQuick
 import QtQuick.Layouts
 
-/// The way home, the file's name, and the way to another file.
+/// Home button, file name, and a button to select another file.
 RowLayout {
     id: header
 

@@ -3,7 +3,7 @@
 import QtQuick
 import qml
 
-/// A bar whose filled part moves even while the percentage stands still.
+/// A progress bar whose filled part is animated even while the percentage does not change.
 Rectangle {
     id: bar
 

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// How far the service has come with a file, guessed between its answers. The timers do nothing but call the ticks.
+/// The progress of a job at the service, interpolated between its answers. The timers only call the ticks.
 Item {
     id: estimate
 
-    /// Whether the estimate is being watched.
+    /// Whether the estimate is visible.
     required property bool active
 
     property int seconds: -1
@@ -29,16 +29,16 @@ Item {
         pollingTimer.interval = estimate.intervalFor(0);
     }
 
-    /// The nearer the end, the more often the service is asked; in milliseconds.
+    /// The polling interval in milliseconds; shorter towards the end.
     function intervalFor(remaining: int): int {
         return remaining > 100 ? 60000 : remaining > 40 ? 20000 : remaining > 20 ? 5000 : 2000;
     }
 
-    /// Takes an answer of the service, in seconds; to be called for every one, be it a number as before.
+    /// Takes an answer of the service, in seconds. Call it for every answer, also an unchanged one.
     function takeAnswer(remaining: int) {
         if (!estimate.active)
             return;
-        // A first answer that took longer than a second finds the countdown at its end already.
+        // When the first answer took longer than a second, the countdown has already ended.
         if (estimate.seconds === -1 || estimate.totalSeconds === -1)
             estimate.totalSeconds = remaining;
         estimate.seconds = remaining;

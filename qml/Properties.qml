@@ -3,7 +3,7 @@
 import QtQuick
 import "OS" as OS
 
-/// What a view and all components in it know in common.
+/// Properties shared by a view and all its components.
 QtObject {
     id: properties
 

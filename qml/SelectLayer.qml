@@ -22,7 +22,7 @@ Column {
 
     function openFormats() {
         formats.currentIndex = formats.model.indexOf(area.selectedOutputFormat.toUpperCase());
-        // The open list answers the arrow keys, Return and Escape by its box.
+        // The box handles arrow keys, Return and Escape for its open list.
         formats.forceActiveFocus();
         formats.popup.open();
     }

@@ -3,7 +3,7 @@
 import QtQuick
 import qml
 
-/// What is being made of the file, while the program is busy with it.
+/// The chosen instrument and format, shown during a run.
 Panel {
     id: label
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// What can be done with all settings at once. Placed by hand: layouts of Qt 6.4 keep the earlier size of some items when
-/// the scale changes while the window is hidden.
+/// The buttons of the settings window. Positioned without a layout: layouts of Qt 6.4 keep the earlier size of some items
+/// when the scale changes while the window is hidden.
 Item {
     id: row
 

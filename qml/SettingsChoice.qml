@@ -11,13 +11,13 @@ ColumnLayout {
     required property string label
     required property list<string> entries
     required property real boxWidth
-    /// What is stored for the first entry; empty when it is stored as it is shown.
+    /// The stored value of the first entry; empty when it equals the shown text.
     property string firstValue
     /// The entry that shows for a stored value that is not in the list.
     property int unknownIndex: -1
-    /// What the settings hold while the box cannot show it.
+    /// The stored value when it is not in the list.
     property string unknownValue
-    /// Whether a choice may ask something of the user: then keys that would turn the closed box open its list instead.
+    /// Whether a choice may open a dialog: then keys that would change the closed box open its list instead.
     property bool mayAsk: false
     readonly property string value: {
         if (choice.unknownValue !== "" || box.currentIndex < 0)
@@ -55,7 +55,7 @@ ColumnLayout {
         prop: choice.prop
         model: choice.entries
         Accessible.name: choice.label
-        // Space opens the list by itself.
+        // ComboBox handles Space itself.
         Keys.onPressed: event => {
             event.accepted = choice.mayAsk && !box.popup.visible && (event.text > " " || [Qt.Key_Up, Qt.Key_Down, Qt.Key_Home, Qt.Key_End].includes(event.key));
             if (event.accepted)
@@ -63,7 +63,7 @@ ColumnLayout {
         }
         onActivated: {
             choice.unknownValue = "";
-            // The answer may be a dialog, behind which the list would stay open.
+            // The handler may open a dialog, behind which the list would stay open.
             box.popup.close();
             choice.chosen(box.currentText);
         }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// The way home and the heading of the settings window.
+/// Home button and heading of the settings window.
 Item {
     id: header
 

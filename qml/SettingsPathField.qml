@@ -15,7 +15,7 @@ ColumnLayout {
 
     signal chooseNewPath(string type, string value)
 
-    /// Shows a folder from its beginning.
+    /// Shows a folder, scrolled to its beginning.
     function show(path: string) {
         input.text = path;
         input.cursorPosition = 0;

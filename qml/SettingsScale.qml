@@ -12,7 +12,7 @@ GroupBox {
 
     signal saveScf(real scf)
 
-    /// Forgets a choice that was not applied.
+    /// Discards a choice that was not applied.
     function reset() {
         box.currentIndex = box.shownIndex;
     }

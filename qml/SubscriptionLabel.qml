@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// One line about the subscription: what it is and its value. Without a value there is no line.
+/// A label and a value of the subscription; hidden without a value.
 Row {
     id: line
 

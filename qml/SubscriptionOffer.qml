@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// Tells what the user lacks, and how to get it.
+/// Explains the limits of the account and offers a subscription.
 Item {
     id: offer
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// Both results are there, and what can be done with them.
+/// The results of a successful run, with buttons to open them.
 Item {
     id: area
 
@@ -21,7 +21,7 @@ Item {
     readonly property string mainLabel: qsTr("Open ") + area.instrument + qsTr(" In\n") + area.player
     readonly property string mixLabel: qsTr("Open Mix In\n") + area.player
     readonly property string folderLabel: qsTr("Open Containing\nFolder")
-    /// All labels have the size that the longest of their lines leaves room for.
+    /// One font for all labels, small enough for their longest line.
     readonly property font labelFont: Qt.font({
             "family": area.prop.defaultFont,
             "pointSize": longest.font.pointSize * Math.min(1, 106 * area.scf / longest.implicitWidth)

@@ -10,7 +10,7 @@ T.AbstractButton {
     required property Properties prop
     property bool isCustomHovered: false
     readonly property bool shownHovered: btn.hovered || btn.isCustomHovered
-    /// How far the label gives way to something at its left.
+    /// How far the label is shifted to make room for something at its left.
     property real labelShift: 0
 
     readonly property color backgroundFrom: !btn.enabled ? Colors.buttonDisabledTop : btn.down ? Colors.buttonBottom : btn.shownHovered ? Colors.buttonHoveredTop : Colors.buttonTop
@@ -23,12 +23,12 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: btn.text
-    // The second half of a double click is meant for nothing, least of all for what has come under the mouse.
+    // Ignore the second click of a double click: another item may be under the mouse by then.
     onDoubleClicked: {
     }
     Keys.onReturnPressed: btn.clicked()
     Keys.onEnterPressed: btn.clicked()
-    // Qt leaves the keyboard with an item that is hidden.
+    // Qt keeps focus on a hidden item.
     onVisibleChanged: {
         if (!btn.visible)
             btn.focus = false;

@@ -3,7 +3,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// Text that answers a click, like a link.
+/// Clickable text, like a link.
 T.AbstractButton {
     id: link
 
@@ -16,12 +16,12 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Link
     Accessible.name: link.text
-    // The second half of a double click is meant for nothing, least of all for what has come under the mouse.
+    // Ignore the second click of a double click: another item may be under the mouse by then.
     onDoubleClicked: {
     }
     Keys.onReturnPressed: link.clicked()
     Keys.onEnterPressed: link.clicked()
-    // Qt leaves the keyboard with an item that is hidden.
+    // Qt keeps focus on a hidden item.
     onVisibleChanged: {
         if (!link.visible)
             link.focus = false;

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// A labelled value that can be edited while its window says so.
+/// A labelled value that can be edited while its window is in editing mode.
 Item {
     id: field
 

@@ -3,7 +3,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-/// What an item says about itself while the mouse rests on it; below it, where it covers no caption.
+/// An item's tooltip, placed below it so that it covers no caption.
 T.ToolTip {
     id: tip
 

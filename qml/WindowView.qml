@@ -3,13 +3,13 @@
 import QtQuick
 import "OS" as OS
 
-/// What the views of all windows share: the theme at the window's scale, and the background. Parts that look transparent take
-/// the view itself.
+/// The base of all windows' views: the theme at the window's scale, and the background. Parts that look transparent need the
+/// view itself.
 Item {
     id: base
 
     property double scf: 1
-    /// Counts up when the view has been laid out anew: a panel can match the background only then.
+    /// Incremented after each layout of the view: a panel can match the background only then.
     property int gradiendVar: 0
     readonly property alias prop: prop
     readonly property alias mainFunctions: mainFunctions

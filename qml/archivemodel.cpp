@@ -11,7 +11,7 @@ namespace {
 struct Role
 {
     const char *name;
-    QVariant unset; ///< its value in a row that does not tell; says the type as well
+    QVariant unset; ///< default if the key is missing; also defines the type
 };
 
 const QList<Role> &roles()

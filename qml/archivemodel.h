@@ -6,7 +6,7 @@
 #include <QQmlEngine>
 #include <QVariantList>
 
-/// Tells the linter of the views what the model is, which Qt 6.4 leaves out.
+/// Declares the model's base type for qmllint, which Qt 6.4 does not.
 struct ItemModelType
 {
     Q_GADGET
@@ -14,7 +14,7 @@ struct ItemModelType
     QML_ANONYMOUS
 };
 
-/// The rows of the archive's list. Unlike a ListModel it takes ten thousand of them at once.
+/// The rows of the archive's list. Unlike a ListModel it is fast enough for ten thousand of them.
 class ArchiveModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -30,9 +30,9 @@ public:
 
     [[nodiscard]] int count() const { return int(m_rows.size()); }
 
-    /// Takes a list of maps, whose keys are the roles, instead of the rows so far.
+    /// Replaces the rows with a list of maps, whose keys are the roles.
     Q_INVOKABLE void setRows(const QVariant &rows);
-    /// Changes one value; nothing for a row or role that does not exist.
+    /// Changes one value; does nothing for a row or role that does not exist.
     Q_INVOKABLE void setValue(int row, const QString &role, const QVariant &value);
 
 signals:

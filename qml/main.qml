@@ -25,11 +25,11 @@ Controls.ApplicationWindow {
         backendLoader.onCompleted();
         prop.loggingActive = backendLoader.getLoggingStatus();
         userAuth.initialCheck();
-        // Not before it has its size, by which the system finds its place.
+        // Show only after the size is set: the system chooses the position by it.
         root.visible = true;
     }
     Component.onDestruction: backendLoader.clearMemory()
-    // They may come back from where a subscription is sold.
+    // The user may come back from buying a subscription in the browser.
     onActiveChanged: if (root.active)
         userAuth.recheck()
 
@@ -117,7 +117,7 @@ Controls.ApplicationWindow {
 
         onHideMainWindow: root.visible = false
         onShowMainWindow: {
-            // A place that was set is where it comes back, and not where the system finds room beside the other window.
+            // Explicit setX/Y restores the position; otherwise the system would choose a new one.
             root.setX(root.x);
             root.setY(root.y);
             root.visible = true;
@@ -132,7 +132,7 @@ Controls.ApplicationWindow {
 
         onSignedIn: root.setSignedIn(true)
         onSignedOut: root.setSignedIn(false)
-        // A file that was given at the start has the user's attention by now.
+        // Skip the greeting if a file window is open.
         onWelcomed: if (root.visible)
             backendLoader.showInitialMessage()
     }
@@ -144,7 +144,7 @@ Controls.ApplicationWindow {
     FileDrop {
         anchors.fill: parent
         prop: prop
-        // A cover does not keep drops away, and before the account is known there may be no service yet.
+        // An overlay does not block drops, and before the account is known there may be no service yet.
         enabled: prop.isActiveProduct && !initialLoader.visible
         onFileDropped: path => backendLoader.loadFile(path)
     }

@@ -6,7 +6,7 @@
 #include <QQmlEngine>
 #include <QUrl>
 
-/// Tells the views which pictures the program has; Image complains about files that are missing.
+/// Reports which pictures exist; Image would warn about missing files.
 class PictureFiles final : public QObject
 {
     Q_OBJECT

@@ -25,8 +25,8 @@ public:
     /// Those with a picture first.
     [[nodiscard]] QStringList allFormats() const;
 
-    /// Whether that layer of the processing window shows a run going on.
+    /// Whether that layer of the processing window shows a run in progress.
     Q_INVOKABLE [[nodiscard]] bool isBusy(const QString &layer) const;
-    /// In upper or lower case, which the archive uses.
+    /// Takes upper or lower case; the archive uses lower case.
     Q_INVOKABLE [[nodiscard]] bool isAudio(const QString &format) const;
 };

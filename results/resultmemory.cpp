@@ -69,7 +69,7 @@ bool ResultMemory::isAnothers(int jobId, const QString &path) const
 
 QString ResultMemory::key(int jobId, const char *which) const
 {
-    // An address has slashes, which part the groups of a settings file.
+    // An address has slashes, which separate groups in a settings file.
     const QString service = QString::fromLatin1(QUrl::toPercentEncoding(m_store.serviceName()));
     return QStringLiteral("%1/%2/%3")
         .arg(service.isEmpty() ? QStringLiteral("local") : service)

@@ -10,20 +10,20 @@
 
 class ProgramData;
 
-/// Remembers, from one start to the next, under which names this installation has saved the results
-/// of a job: several runs of one song differ only by a number in brackets. GUI thread only.
+/// Remembers across program runs under which names this installation has saved the results of a
+/// job: several runs of one song differ only by a number in brackets. GUI thread only.
 class ResultMemory final
 {
 public:
-    /// Keeps what it knows in the application folder. The store must outlive this object.
+    /// Stored in results.ini in the application folder. The store must outlive this object.
     explicit ResultMemory(const ProgramData &store);
 
-    /// Takes the final paths of a job of the current service.
+    /// Stores the final paths of a job of the current service.
     void remember(int jobId, const ResultPaths &paths);
 
-    /// Where the results of a job of the current service lie, or would lie in a format other than
-    /// the one that was saved: under a name that no other job's result has. Nothing for a job that
-    /// is not known or whose folder has gone.
+    /// The paths of the results of a job of the current service, in the saved or another format,
+    /// under names that no other job's results have; the files need not exist. Empty for an unknown
+    /// job or when the folder no longer exists.
     [[nodiscard]] std::optional<ResultPaths> find(int jobId, const QString &extension) const;
 
 private:

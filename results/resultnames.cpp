@@ -4,12 +4,12 @@
 
 namespace {
 
-// File systems take 255 bytes a name; what a run adds to the source's name at most: a number in
-// brackets, the download's ".wav" and the six characters of a side file.
+// File systems limit a name to 255 bytes. Added to the source's name, at most: a number in
+// brackets, the download's ".wav" and QSaveFile's six random characters.
 constexpr qsizetype maxNameLength = 255;
 constexpr qsizetype maxAddedLength = sizeof(" (99999)") + sizeof(".wav") + sizeof(".XXXXXX");
 
-// A source whose results could not be written at all gives the head of its name.
+// Truncated when the result name would exceed 255 bytes.
 QString truncatedSource(const ResultName &name)
 {
     const qsizetype taken =
@@ -23,7 +23,7 @@ QString truncatedSource(const ResultName &name)
 
 ResultPaths numberedPaths(const ResultName &name, int number)
 {
-    // One substitution for all places: a name that holds "%1" itself stays as it is.
+    // One arg() call for all places, so that a "%1" in a name is not replaced.
     const auto fill = [&](const QString &pattern) {
         return pattern.arg(name.folder, name.instrument, truncatedSource(name), name.extension,
                            QString::number(number));

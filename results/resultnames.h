@@ -15,7 +15,7 @@ struct ResultPaths
     bool operator==(const ResultPaths &) const = default;
 };
 
-/// What both names are made of.
+/// The parts of both names.
 struct ResultName
 {
     QString folder;
@@ -24,8 +24,8 @@ struct ResultName
     QString extension; ///< lower case, without a dot
 };
 
-/// "FOLDER/vocals - Song.mp3" and "FOLDER/Mix Without vocals - Song.mp3". A source name too long
-/// for a file system to take the results' names is cut at its end.
+/// "FOLDER/vocals - Song.mp3" and "FOLDER/Mix Without vocals - Song.mp3". A source name
+/// that would make the results' names too long for a file system is truncated.
 [[nodiscard]] ResultPaths resultPaths(const ResultName &name);
 
 /// The same names, or with the first number in brackets for which neither of the two exists.

@@ -9,12 +9,12 @@ class ProgramData;
 /// The settings key under which the program path of a player is stored: its name without spaces.
 [[nodiscard]] QString playerKey(const QString &playerName);
 
-/// Opens a result in the program that the settings name for its kind, film or sound, or in the
-/// system's default application when there is none or it is gone. Neither is watched; a failed
-/// start is not reported.
+/// Opens a result in the player that the settings name for video or audio, or in the system's
+/// default application when none is set or it does not exist. A failed start is not reported.
 void openInPlayer(const ProgramData &store, const QString &file);
 
-/// Opens what the success layer names: "folder", "mix", or for any other text the instrument.
+/// Opens a result by its name in the success layer: "folder", "mix", or for any other text the
+/// instrument.
 /// Returns the file that is missing, or empty.
 [[nodiscard]] QString openResult(const ProgramData &store, const ResultPaths &paths,
                                  const QString &type);

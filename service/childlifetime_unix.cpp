@@ -4,6 +4,6 @@
 
 #include <QProcess>
 
-/// These systems have no request to be ended with a parent. QProcess ends its child when the
-/// program leaves in order; after a crash ffmpeg finishes the file at hand and ends by itself.
+/// These systems cannot kill a child together with its parent. QProcess kills its child when the
+/// program exits normally; after a crash ffmpeg finishes its file and exits.
 void bindLifetimeToParent(QProcess &) { }

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// By which an untouched file differs from one that ffmpeg began to write.
+/// Tells an untouched file from one that ffmpeg has begun to write.
 struct FileState
 {
     explicit FileState(const QString &path)
@@ -28,8 +28,8 @@ struct FileState
     QDateTime modified;
 };
 
-/// Whether the disk still takes one block. One that does not has cut off what was written last, of
-/// which ffmpeg reports only a part: a Matroska file without its end counts as a success there.
+/// Whether one more block can be written. If not, the last output may be truncated, which ffmpeg
+/// does not always report: it exits with 0 for a Matroska file without its end.
 bool hasRoomBeside(const QString &path)
 {
     const QByteArray sample(4096, 'x');
@@ -61,7 +61,7 @@ void ConvertingFile::prepareToUpload()
 void ConvertingFile::prepareFinal()
 {
     const bool ran = runPlan(resultPlan(m_files));
-    // What could not be converted is all that the user has of the result.
+    // An input that could not be converted is kept: it is the only copy of the result.
     if (isCancelled() || QFile::exists(m_files.output))
         removeIfThere(m_files.input);
     if (ran)
@@ -98,9 +98,9 @@ bool ConvertingFile::runPlan(const ConversionPlan &plan)
         removeIfThere(plan.temporary);
         run(plan.firstPass, plan.temporary);
     }
-    const bool goOn = !isCancelled();
-    if (goOn)
+    const bool isFinalPassNeeded = !isCancelled();
+    if (isFinalPassNeeded)
         run(plan.finalPass, m_files.output);
     removeIfThere(plan.temporary);
-    return goOn;
+    return isFinalPassNeeded;
 }

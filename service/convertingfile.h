@@ -9,8 +9,8 @@
 #include <atomic>
 
 /// Worker for one conversion. Each slot blocks the thread it runs in until ffmpeg has ended. A
-/// failure is not signalled: the receiver of the signal looks whether the output exists. What a
-/// conversion that failed, was cancelled or filled the disk has written is removed; an earlier file
+/// failure is not signalled: the receiver of the signal checks whether the output exists. Partial
+/// output of a conversion that failed, was cancelled or filled the disk is removed; an earlier file
 /// of that name which ffmpeg did not touch stays.
 class ConvertingFile final : public QObject
 {
@@ -24,19 +24,22 @@ public:
                    const QString &original, bool main);
 
 signals:
+    /// prepareToUpload() has finished, successfully or not.
     void doneUploadConverting();
+    /// convertFile(), or prepareFinal() for the instrument, has finished, successfully or not.
     void doneMain();
+    /// prepareFinal() for the mix has finished, successfully or not.
     void doneMix();
 
 public slots:
-    /// The user's file into the WAV that is uploaded. Always emits doneUploadConverting().
+    /// Converts the user's file to the WAV that is uploaded. Always emits doneUploadConverting().
     void prepareToUpload();
-    /// A downloaded result into the chosen format. The input is removed, unless the conversion
-    /// failed. Emits doneMain() or doneMix(), or nothing when cancelled before the last run of
-    /// ffmpeg.
+    /// Converts a downloaded result to the chosen format. The input is removed, unless the
+    /// conversion failed. Emits doneMain() or doneMix(), or nothing when cancelled before the last
+    /// run of ffmpeg.
     void prepareFinal();
-    /// A stored result into another format; the input stays. Emits doneMain(), or nothing when
-    /// cancelled before the last run of ffmpeg.
+    /// Converts a stored result to another format; the input stays. Emits doneMain(), or nothing
+    /// when cancelled before the last run of ffmpeg.
     void convertFile();
 
 private:

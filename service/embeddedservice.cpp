@@ -16,7 +16,7 @@
 namespace {
 
 constexpr qsizetype maxLineLength = 1 << 16;
-constexpr int graceMs = 3000;
+constexpr int graceMs = 2000;
 constexpr qint64 maxLogBytes = 1 << 20;
 constexpr std::chrono::seconds startTimeout(20);
 
@@ -101,7 +101,7 @@ void EmbeddedService::abortStart()
 void EmbeddedService::readOutput()
 {
     const QByteArray output = m_process.readAllStandardOutput();
-    // What comes after the first line is taken as well, so that it does not pile up in memory.
+    // Output after the first line is read and discarded, so that it does not pile up in memory.
     if (m_state != State::Starting)
         return;
     m_firstLine += output;
@@ -112,7 +112,7 @@ void EmbeddedService::readOutput()
     m_firstLine.clear();
     if (!m_announcement) {
         m_process.closeWriteChannel();
-        return fail(tr("The processing service of this computer gave no address."));
+        return fail(tr("The processing service of this computer did not report its address."));
     }
     settle(State::Ready);
 }

@@ -9,7 +9,7 @@
 
 #include <optional>
 
-/// What the embedded service says about itself when it is ready.
+/// What the embedded service reports when it is ready.
 struct ServiceAnnouncement
 {
     QUrl url; ///< where it listens, without a trailing slash
@@ -22,8 +22,9 @@ struct ServiceAnnouncement
 /// Reads the one JSON line; nothing when it is anything else or names no address on this machine.
 [[nodiscard]] std::optional<ServiceAnnouncement> parseAnnouncement(const QByteArray &line);
 
-/// The processing service as a child process. It ends with this object, and by its closed standard
-/// input also when this process crashes. When it ends by itself it is started again, twice at most.
+/// The processing service as a child process. It is stopped with this object; it also exits when
+/// its standard input closes because this process crashed. When it exits unexpectedly it is
+/// restarted, twice at most.
 class EmbeddedService final : public QObject
 {
     Q_OBJECT
@@ -33,8 +34,8 @@ public:
     EmbeddedService(const QString &program, const QString &dataFolder, QObject *parent = nullptr);
     ~EmbeddedService() override;
 
-    /// Starts the service and returns at once. For one call only. A service that stays silent for
-    /// too long has failed and is ended.
+    /// Starts the service and returns at once. Call once. Times out if the service prints no line;
+    /// it is then killed, and failed() is emitted.
     void start();
 
     /// Whether it was started but has neither announced itself nor failed yet.
@@ -52,10 +53,10 @@ public:
 signals:
     /// After each start that succeeded.
     void ready();
-    /// The service cannot be started, or has ended by itself too often, with a text for the user.
-    /// Comes once, from the event loop, never from inside another call.
+    /// The service cannot be started, or has exited unexpectedly too often, with a text for the
+    /// user. Emitted once, from the event loop, never from inside another call.
     void failed(const QString &message);
-    /// A start is over in one way or the other; after ready().
+    /// Emitted when a start attempt finished, successful or not; after ready().
     void settled();
 
 private:

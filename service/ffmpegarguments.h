@@ -11,7 +11,7 @@ struct ConversionFiles
 {
     QString input; ///< what is converted: a downloaded WAV or a stored result
     QString output; ///< its suffix selects the format
-    QString original; ///< the user's file; gives the picture when the output is a video
+    QString original; ///< the user's file; source of the picture when the output is a video
 };
 
 /// One or two runs of ffmpeg that make one output.
@@ -24,14 +24,14 @@ struct ConversionPlan
     bool operator==(const ConversionPlan &) const = default;
 };
 
-/// Any source into the WAV that is uploaded.
+/// Converts any source to the WAV that is uploaded.
 [[nodiscard]] QStringList uploadArguments(const QString &input, const QString &output);
 
-/// A look at the first picture of a file, which fails when there is none. Writes nothing.
+/// Reads the first video frame of a file; fails when there is none. Writes nothing.
 [[nodiscard]] QStringList pictureArguments(const QString &file);
 
-/// A downloaded result WAV into the chosen format.
+/// Converts a downloaded result WAV to the chosen format.
 [[nodiscard]] ConversionPlan resultPlan(const ConversionFiles &files);
 
-/// A result that is stored on disk into another format.
+/// Converts a result that is stored on disk to another format.
 [[nodiscard]] ConversionPlan archivedPlan(const ConversionFiles &files);

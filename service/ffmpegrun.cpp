@@ -19,7 +19,7 @@ void waitForEnd(QProcess &process, const std::atomic<int> &cancelFlag)
     if (cancelFlag.load(std::memory_order_relaxed) != 1)
         return;
     process.terminate();
-    // A console program on Windows does not hear the polite request at all.
+    // Windows console programs ignore terminate().
     if (!process.waitForFinished(500))
         process.kill();
 }

@@ -11,8 +11,8 @@ class QObject;
 /// The ffmpeg beside this program.
 [[nodiscard]] QString ffmpegProgram();
 
-/// Runs a program to its end and blocks the calling thread meanwhile. Its output goes nowhere and
-/// its input is at its end. A cancel flag of 1 stops it: within 100 ms it is asked to, 500 ms later
-/// it is made to. Returns whether it ran to its own end and reported success.
+/// Runs a program and blocks the calling thread until it has ended. stdout and stderr are
+/// discarded, stdin is the null device. When the cancel flag becomes 1, terminate() is called
+/// within 100 ms and kill() 500 ms later. Returns whether the program exited normally with code 0.
 [[nodiscard]] bool runFfmpeg(QObject *parent, const QString &program, const QStringList &arguments,
                              const std::atomic<int> &cancelFlag);

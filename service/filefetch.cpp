@@ -11,7 +11,7 @@
 namespace {
 
 constexpr qint64 stepSize = 256LL * 1024;
-/// How much may wait between the socket and the file: a bound for memory, at some cost of speed.
+/// The limit of the reply's read buffer: bounds the memory used, at some cost in speed.
 constexpr qint64 maxBuffered = 4LL * 1024 * 1024;
 
 bool isWebUrl(const QUrl &url)
@@ -40,7 +40,7 @@ FileFetch::~FileFetch()
 void FileFetch::start(const QUrl &url)
 {
     if (!isWebUrl(url)) {
-        const QString reason = tr("The service gave no usable address of the file.");
+        const QString reason = tr("The service returned no usable address for the file.");
         QMetaObject::invokeMethod(
             this, [this, reason] { failDownload(reason); }, Qt::QueuedConnection);
         return;
@@ -51,7 +51,7 @@ void FileFetch::start(const QUrl &url)
     }
     m_buffer.resize(stepSize);
     QNetworkRequest request = plainRequest(url);
-    // Allowed here, where no session is shown: results may lie on another host.
+    // Allowed here, where no session is sent: results may be on another host.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setRawHeader("Accept-Encoding", "identity");
@@ -83,7 +83,7 @@ void FileFetch::readAvailable()
 
 bool FileFetch::store(qint64 size)
 {
-    // A disk that is about to be full takes a part without an error. Only the next write says why.
+    // On a nearly full disk a write may be partial without an error; only the next one reports why.
     qint64 stored = 0;
     while (stored < size) {
         const qint64 taken = m_file.write(m_buffer.constData() + stored, size - stored);
@@ -122,7 +122,7 @@ int FileFetch::status() const
 
 bool FileFetch::isWhole() const
 {
-    // Qt takes a malformed length or chunk for the end of the body, without an error.
+    // Qt treats a malformed length or chunk as the end of the body, without an error.
     const qint64 arrived = m_received + m_reply->bytesAvailable();
     if (status() != 200 || arrived == 0)
         return false;
@@ -132,8 +132,7 @@ bool FileFetch::isWhole() const
 
 void FileFetch::commit()
 {
-    // The flush matters: a disk that is full only by now is not reported by commit() in Qt 6.4
-    // (QTBUG-75077).
+    // In Qt 6.4 commit() alone does not report a disk that is full (QTBUG-75077); flush() does.
     if (!m_file.flush() || !m_file.commit())
         return failDownload(m_file.errorString());
     stop();

@@ -8,26 +8,27 @@
 
 class QNetworkReply;
 
-/// Fetches one URL into one file, which takes its name only when it is whole; anything else leaves
-/// nothing behind. Deletes itself after the last signal; deleting it earlier aborts the fetch.
+/// Fetches one URL into one file, which gets its name only when it is complete; a failed or aborted
+/// fetch leaves no file. Deletes itself after the last signal; deleting it earlier aborts the
+/// fetch.
 class FileFetch final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The expected size in bytes serves the percentage alone; -1 is unknown.
+    /// The expected size in bytes is used only for the percentage; -1: unknown.
     FileFetch(const QString &path, qint64 expectedSize, QObject *parent);
     ~FileFetch() override;
 
-    /// Fetches from an http or https URL, following redirects but from https to http. No signal
-    /// comes before this has returned.
+    /// Fetches from an http or https URL, following redirects except from https to http. Emits
+    /// nothing before it has returned.
     void start(const QUrl &url);
-    /// Ends the fetch without a further signal and leaves nothing behind. May be called from a slot
-    /// of a signal of this object.
+    /// Aborts the fetch without a further signal and removes the partial file. May be called from a
+    /// slot connected to this object.
     void abort();
 
 signals:
-    /// 0 to 99.8 while the file arrives, and 100 once it has its name.
+    /// 0 to 99.8 while the file is being received, and 100 once it has its name.
     void progress(double percent);
     /// The fetch has failed, with a text for the user.
     void failed(const QString &message);

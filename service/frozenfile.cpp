@@ -40,7 +40,7 @@ qint64 FrozenFile::readData(char *data, qint64 maxSize)
     const qint64 wanted = qMin(maxSize, m_size - pos());
     if (wanted <= 0)
         return 0;
-    // A request that was aborted may still ask.
+    // A request that was aborted may still call read().
     if (!m_file.isOpen())
         return fail(tr("The file is no longer being read."));
     const qint64 got = m_file.read(data, wanted);
@@ -48,7 +48,7 @@ qint64 FrozenFile::readData(char *data, qint64 maxSize)
         return fail(m_file.errorString());
     if (got == 0)
         return fail(tr("The file became shorter while it was being read."));
-    // On Windows an open file cannot be removed, and the answer may be long in coming.
+    // On Windows an open file cannot be removed, and the reply may take long.
     if (pos() + got == m_size)
         m_file.close();
     return got;

@@ -5,10 +5,10 @@
 #include <QFile>
 #include <QIODevice>
 
-/// A file to upload, with the size that it had when it was opened. When the file yields less than
-/// that, reading fails and errorString() says why; bytes added later are not read.
-/// It can be read once only: a request body that cannot be rewound is never silently sent twice.
-/// The file is released as soon as it was read to its end.
+/// A file to upload, with the size that it had when it was opened. When the file becomes shorter,
+/// reading fails and errorString() says why; bytes added later are not read.
+/// It can be read only once: a request body that cannot be rewound is never silently sent twice.
+/// The file is closed as soon as it was read to its end.
 class FrozenFile final : public QIODevice
 {
     Q_OBJECT

@@ -6,8 +6,8 @@
 
 #include <atomic>
 
-/// Worker that finds out whether a file has a picture: by its name a phone's recording may be a
-/// film, but hold sound alone.
+/// Worker that finds out whether a file has a picture: a recording with a video suffix may contain
+/// only sound.
 class PictureProbe final : public QObject
 {
     Q_OBJECT

@@ -22,7 +22,7 @@ struct Remains
 };
 [[nodiscard]] Remains remainsReply(const QString &body);
 
-/// Where the two results of a job lie; either may be empty.
+/// The addresses of the two results of a job; either may be empty.
 struct ResultUrls
 {
     QString first; ///< the instrument
@@ -30,7 +30,7 @@ struct ResultUrls
 
     bool operator==(const ResultUrls &) const = default;
 };
-/// Nothing when the text is anything but two parts joined by a bar.
+/// Empty unless the text is two parts joined by a bar.
 [[nodiscard]] std::optional<ResultUrls> resultUrls(const QString &body);
 
 /// The files that may still be processed today; -1 when the text is not a number.
@@ -43,5 +43,5 @@ struct ResultUrls
 /// Sizes in bytes; an expected size of -1 is unknown.
 [[nodiscard]] double downloadPercent(qint64 received, qint64 total, qint64 expectedSize);
 
-/// A text from outside as a message box can show it: unchanged while it is of a readable length.
+/// A text from outside, truncated if it is too long for a message box.
 [[nodiscard]] QString truncatedForDisplay(const QString &text);

@@ -6,7 +6,7 @@
 
 class QProcessEnvironment;
 
-/// What one place says about the outside world's addresses, as it was written; empty: nothing.
+/// Addresses from one configuration source, as written there; empty: not configured.
 struct ConfiguredAddresses
 {
     QString service;
@@ -19,12 +19,12 @@ struct ConfiguredAddresses
     [[nodiscard]] static ConfiguredAddresses from(const ProgramData &settings);
 };
 
-/// An address to which paths are appended: without a query, a fragment and closing slashes. An
-/// address without a scheme means http; one that is no web address, or holds a user name or a
-/// password, returns an empty URL.
+/// An address to which paths are appended: without query, fragment and trailing slashes. An
+/// address without a scheme means http. Returns an empty URL for one that is no web address or
+/// contains a user name or a password.
 [[nodiscard]] QUrl baseUrl(const QString &address);
 
-/// The service's address that was chosen when the program was built; usually empty.
+/// The service's address that was set when the program was built; usually empty.
 [[nodiscard]] QString compiledInServiceAddress();
 
 /// Whether no address of a service is configured, so that the embedded one is meant.
@@ -38,9 +38,9 @@ struct ConfiguredAddresses
                                      const ConfiguredAddresses &settings,
                                      const QString &compiledIn);
 
-/// The environment wins over the settings, and these over the compiled-in address and, at last, the
-/// embedded service's (empty while it does not run). An address that is configured but unusable
-/// returns an empty URL, never a different service.
+/// The environment takes precedence over the settings, these over the compiled-in address, and that
+/// over the embedded service's (empty while it does not run). A configured but unusable address
+/// yields an empty URL, never a different service.
 [[nodiscard]] ServiceEndpoints resolveEndpoints(const ConfiguredAddresses &environment,
                                                 const ConfiguredAddresses &settings,
                                                 const QString &compiledIn, const QUrl &embedded);

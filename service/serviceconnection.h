@@ -7,9 +7,9 @@
 
 #include <memory>
 
-/// Tells a store where the service is, for as long as this object lives, and runs the embedded
-/// service where none is configured. A service that cannot start, and an address that cannot be
-/// used, are shown once in a message box. GUI thread only.
+/// Provides the service endpoints to ProgramData as long as this object lives, and runs the
+/// embedded service when none is configured. A service that cannot start, or an address that cannot
+/// be used, is reported once in a message box. GUI thread only.
 class ServiceConnection final : public QObject
 {
     Q_OBJECT

@@ -9,12 +9,13 @@
 #include "service/textreply.h"
 #include "service/uploadform.h"
 
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QFileInfo>
 #include <QHttpMultiPart>
 #include <QNetworkReply>
 
-/// Where one result goes.
+/// One result to download.
 struct TekoServer::FetchTarget
 {
     QString path;
@@ -23,7 +24,7 @@ struct TekoServer::FetchTarget
     Progress progress;
 };
 
-/// What one kind of job request says when it fails.
+/// Texts for the failure of one kind of job request.
 struct TekoServer::JobTexts
 {
     const char *error; ///< log label, and before two line breaks the beginning of the message
@@ -138,7 +139,9 @@ void TekoServer::cancel(int songId)
 {
     qInfo() << "TekoServer::cancel";
     ignoreSslErrorsOfCurrent();
-    collectText(post("cancel.php", songField(songId)), this, [](const TextAnswer &answer) {
+    QNetworkReply *reply = post("cancel.php", songField(songId));
+    keepOpen(reply);
+    collectText(reply, this, [](const TextAnswer &answer) {
         if (answer.error.isEmpty())
             qInfo() << "Successfully canceled!";
         else
@@ -165,7 +168,7 @@ void TekoServer::downloadBoth(int songId, const QString &firstPath, const QStrin
 void TekoServer::abort()
 {
     m_requests = std::make_unique<QObject>();
-    // A request that was sent as a whole goes on: the service may have accepted it.
+    // A completely sent request continues: the service may have accepted it.
     if (!m_source || m_source->atEnd())
         return;
     if (m_currentReply)
@@ -176,16 +179,30 @@ void TekoServer::abort()
 void TekoServer::requestRemoval(const QString &fileName)
 {
     qInfo() << "TekoServer::requestRemoval";
-    collectText(post("removeUploaded.php", nameField(fileName)), this, logRemoval);
+    QNetworkReply *reply = post("removeUploaded.php", nameField(fileName));
+    keepOpen(reply);
+    collectText(reply, this, logRemoval);
 }
 
-void TekoServer::removeUploaded(const QString &fileName, const QObject *context,
-                                std::optional<std::chrono::milliseconds> timeout)
+void TekoServer::removeUploaded(const QString &fileName, const QObject *context)
 {
     qInfo() << "TekoServer::removeUploaded";
     QNetworkReply *reply = post("removeUploaded.php", nameField(fileName));
     collectText(reply, this, logRemoval);
-    waitForFinished(reply, context, timeout);
+    waitForFinished(reply, context);
+}
+
+void TekoServer::waitForLastAnswers(const QObject *context, std::chrono::milliseconds timeout)
+{
+    qInfo() << "TekoServer::waitForLastAnswers";
+    const QDeadlineTimer deadline(timeout);
+    const QPointer<const QObject> waiting(context);
+    // An answer may lead to further requests.
+    while (waiting && !m_lastAnswers.isEmpty() && !deadline.hasExpired()) {
+        const QPointer<QNetworkReply> reply = m_lastAnswers.takeFirst();
+        if (reply && reply->isRunning())
+            waitForFinished(reply, context, std::chrono::milliseconds(deadline.remainingTime()));
+    }
 }
 
 int TekoServer::processedFilesRemains(const QString &hash, const QObject *context)
@@ -204,6 +221,12 @@ QNetworkReply *TekoServer::post(const char *path, const FormFields &fields)
     return m_network->post(withSession(formRequest(url), m_store.user().hash), formBody(fields));
 }
 
+void TekoServer::keepOpen(QNetworkReply *reply)
+{
+    m_lastAnswers.removeIf([](const QPointer<QNetworkReply> &each) { return !each; });
+    m_lastAnswers << reply;
+}
+
 void TekoServer::ignoreSslErrorsOfCurrent()
 {
     if (m_currentReply)
@@ -219,18 +242,20 @@ void TekoServer::reportUpload(qint64 sent, qint64 total)
 void TekoServer::expectJob(QNetworkReply *reply, const JobTexts &texts)
 {
     m_currentReply = reply;
-    // Heard also after an abort: a job that nobody wants any more must not run.
+    keepOpen(reply);
+    // Handled even after abort(): an accepted job must be cancelled.
     collectText(reply, this,
-                [this, reply, &texts, wanted = QPointer<QObject>(m_requests.get()),
+                [this, reply, &texts, isActive = QPointer<QObject>(m_requests.get()),
                  source = &texts == &uploadTexts ? m_source : nullptr](TextAnswer answer) {
                     if (m_currentReply == reply)
                         m_currentReply.clear();
                     if (source && source->hasFailed())
                         answer.error = source->errorString();
-                    if (wanted)
+                    if (isActive)
                         jobAnswered(texts, answer);
                     else
-                        unwantedJobAnswered(texts, answer, source ? source->fileName() : QString());
+                        jobAnsweredAfterAbort(texts, answer,
+                                              source ? source->fileName() : QString());
                 });
 }
 
@@ -255,8 +280,8 @@ void TekoServer::jobAnswered(const JobTexts &texts, const TextAnswer &answer)
     emit showError(truncatedForDisplay(answer.body));
 }
 
-void TekoServer::unwantedJobAnswered(const JobTexts &texts, const TextAnswer &answer,
-                                     const QString &uploadedFile)
+void TekoServer::jobAnsweredAfterAbort(const JobTexts &texts, const TextAnswer &answer,
+                                       const QString &uploadedFile)
 {
     const int id = answer.error.isEmpty() ? ::songId(answer.body) : 0;
     if (id == 0) {
@@ -317,7 +342,7 @@ void TekoServer::fetchResults(const TextAnswer &answer, const QList<FetchTarget>
         connect(fetch, &FileFetch::failed, this, &TekoServer::showError);
         connect(m_requests.get(), &QObject::destroyed, fetch, &FileFetch::abort);
         const QUrl location(target.isSecondUrl ? urls->second : urls->first);
-        // It may be relative to the address that was asked.
+        // It may be relative to the address of the request.
         const QUrl asked = m_store.endpoints().operation(QStringLiteral("download.php"));
         fetch->start(location.isEmpty() ? location : asked.resolved(location));
     }

@@ -16,8 +16,8 @@ class ProgramData;
 class QNetworkReply;
 
 /// The HTTP client of the processing service. Every result comes through a signal, on this thread;
-/// requests that are still open when the object dies are aborted silently. Nothing is repeated, and
-/// nothing has a time limit but where one is named.
+/// requests that are still open when the object is destroyed are aborted silently. Nothing is
+/// retried, and only calls with a timeout parameter have a time limit.
 class TekoServer final : public QObject
 {
     Q_OBJECT
@@ -39,31 +39,32 @@ public:
     /// Asks for the whole of a file that was processed as a demo.
     void repeatDemoFile(const QString &hash, const QString &extension, int songId);
 
-    /// Asks how long the job still takes: remainSeconds() or filesReady().
+    /// Asks how long the job still takes: emits remainSeconds() or filesReady().
     void remains(int songId);
-    /// Ends a job. The answer is only logged.
+    /// Cancels a job. The answer is only logged.
     void cancel(int songId);
 
     /// Fetches one result, the mix when second is true; reports through downloadingFirst() in
     /// both cases. A file that is already at the path is removed at once.
     void download(int songId, const QString &path, bool second);
-    /// Fetches both results at once. The expected size in bytes serves the percentages.
+    /// Fetches both results at once. The expected size in bytes is used only for the percentages.
     void downloadBoth(int songId, const QString &firstPath, const QString &secondPath,
                       qint64 expectedSize);
 
-    /// Ends all that was asked for but cancels and removals: no signal comes of it any more,
-    /// uploads and downloads are aborted and leave nothing on the disk. A job that the service
-    /// accepts all the same, since it had the whole request already, is cancelled when its number
-    /// comes, and an upload of it removed.
+    /// Aborts all requests except cancels and removals; emits nothing for them afterwards, and
+    /// partial downloads are removed from disk. A job that the service accepts nevertheless, since
+    /// it already had the whole request, is cancelled when its number arrives, and its upload is
+    /// removed.
     void abort();
 
     /// Asks the service to delete an uploaded file. The answer is only logged.
     void requestRemoval(const QString &fileName);
-    /// requestRemoval() that waits for the answer in a local event loop, at most for the timeout if
-    /// there is one and while the context lives: the caller must expect that its own object may be
-    /// gone afterwards.
-    void removeUploaded(const QString &fileName, const QObject *context,
-                        std::optional<std::chrono::milliseconds> timeout = {});
+    /// requestRemoval() that waits for the answer in a local event loop while the context lives:
+    /// the caller must expect that its own object may be gone afterwards.
+    void removeUploaded(const QString &fileName, const QObject *context);
+    /// Waits in the same way until the service has answered all removals and cancels, and the jobs
+    /// that abort() left to be cancelled, at most for the timeout.
+    void waitForLastAnswers(const QObject *context, std::chrono::milliseconds timeout);
     /// The files that may still be processed today; -1 when the service does not say. Waits in the
     /// same way.
     [[nodiscard]] int processedFilesRemains(const QString &hash, const QObject *context);
@@ -95,13 +96,15 @@ private:
     static const JobTexts demoTexts;
 
     QNetworkReply *post(const char *path, const FormFields &fields);
+    /// Has waitForLastAnswers() wait for it.
+    void keepOpen(QNetworkReply *reply);
     void ignoreSslErrorsOfCurrent();
 
     void reportUpload(qint64 sent, qint64 total);
     void expectJob(QNetworkReply *reply, const JobTexts &texts);
     void jobAnswered(const JobTexts &texts, const TextAnswer &answer);
-    void unwantedJobAnswered(const JobTexts &texts, const TextAnswer &answer,
-                             const QString &uploadedFile);
+    void jobAnsweredAfterAbort(const JobTexts &texts, const TextAnswer &answer,
+                               const QString &uploadedFile);
     void remainsAnswered(const TextAnswer &answer);
     void askForResults(int songId, const QList<FetchTarget> &targets);
     void fetchResults(const TextAnswer &answer, const QList<FetchTarget> &targets);
@@ -111,6 +114,7 @@ private:
     QString m_errorText;
     QNetworkAccessManager *const m_network;
     QPointer<QNetworkReply> m_currentReply;
+    QList<QPointer<QNetworkReply>> m_lastAnswers; ///< what is open at the end must still come
     QPointer<FrozenFile> m_source; ///< of the upload that is being sent
-    std::unique_ptr<QObject> m_requests; ///< whose death is the end of what was asked for
+    std::unique_ptr<QObject> m_requests; ///< context of open requests; resetting it aborts them
 };

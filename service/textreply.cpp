@@ -70,10 +70,10 @@ private:
     {
         if (!m_isCut && m_reply->isOpen())
             m_body += m_reply->read(m_maxBytes - m_body.size());
-        // After a cut the reply reports the abort, which is not what the service said.
+        // After a cut the reply's error is our own abort, not an answer of the service.
         const QString error = m_isCut ? statusText(*m_reply) : failureText(*m_reply);
         m_reply->deleteLater();
-        // A local copy, since whoever is called may delete the reply and with it this object.
+        // A local copy, since the handler may delete the reply and with it this object.
         const auto handler = std::move(m_handler);
         handler({error, QString::fromUtf8(m_body)});
     }
@@ -114,7 +114,7 @@ QNetworkRequest formRequest(const QUrl &url)
 
 QNetworkRequest withSession(QNetworkRequest request, const QString &hash)
 {
-    // Or else a cookie that the service has set takes the place of this one.
+    // Otherwise a cookie that the service has set would replace this one.
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     // A hash comes from outside: encoded it can begin neither another cookie nor another header.
     if (!hash.isEmpty())
@@ -161,7 +161,7 @@ bool waitForFinished(QNetworkReply *reply, const QObject *context,
 TextAnswer waitForText(QNetworkReply *reply, const QObject *context)
 {
     TextAnswer answer{TextReply::tr("The request was interrupted."), {}};
-    QObject waiting; // whose end aborts the reply
+    QObject waiting; // destroying it aborts the reply
     collectText(reply, &waiting, [&answer](const TextAnswer &received) { answer = received; });
     waitForFinished(reply, context);
     return answer;

@@ -16,14 +16,14 @@ class QNetworkReply;
 class QNetworkRequest;
 class QUrl;
 
-/// What a short request brought.
+/// The outcome of a short request.
 struct TextAnswer
 {
     QString error; ///< why there is no answer; empty: the service has answered
     QString body; ///< the answer's text, or as much of it as is worth keeping
 };
 
-/// More than any short answer of the service has.
+/// The most bytes read of a short answer; no valid one is longer.
 inline constexpr qint64 maxTextBytes = 0x10000;
 
 using FormFields = QList<std::pair<QString, QString>>;
@@ -44,18 +44,19 @@ using FormFields = QList<std::pair<QString, QString>>;
 /// 2xx is always one, a redirect and a reply that is no HTTP included.
 [[nodiscard]] QString failureText(const QNetworkReply &reply);
 
-/// Reads a reply while it arrives, at most so many bytes of it, then calls the handler once, on
-/// this thread. When the context dies first, the reply is aborted and the handler is not called.
+/// Reads at most maxBytes of a reply while it arrives, then calls the handler once, on this
+/// thread. When the context is destroyed first, the reply is aborted and the handler is not called.
 /// The reply deletes itself in both cases.
 void collectText(QNetworkReply *reply, QObject *context,
                  std::function<void(const TextAnswer &)> handler, qint64 maxBytes = maxTextBytes);
 
-/// Waits in a local event loop until the reply has finished: true. False when before that the reply
-/// or the context is gone, the timeout has passed or the program quits; the reply then goes on.
+/// Waits in a local event loop and returns true when the reply has finished. Returns false when the
+/// reply or the context is destroyed, the timeout expires or the program quits before that; the
+/// reply then continues.
 bool waitForFinished(QNetworkReply *reply, const QObject *context,
                      std::optional<std::chrono::milliseconds> timeout = {});
 
-/// collectText() for a caller that waits in a local event loop, without a time limit. The end of
-/// the context or of the program is a failure and aborts the reply. The caller must expect that its
-/// own object may be gone afterwards.
+/// collectText() for a caller that waits in a local event loop, without a time limit. When the
+/// context is destroyed or the program quits, the reply is aborted and an error returned. The
+/// caller must expect that its own object may be gone afterwards.
 [[nodiscard]] TextAnswer waitForText(QNetworkReply *reply, const QObject *context);

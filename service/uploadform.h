@@ -10,7 +10,7 @@ class FrozenFile;
 class QHttpMultiPart;
 
 /// The Content-Disposition of a file part. A double quote or a line break in the name is written
-/// as %22, %0D or %0A, as browsers do, so that a name never ends its value or its header.
+/// as %22, %0D or %0A, as browsers do, so that a name cannot terminate its value or its header.
 [[nodiscard]] QString fileDisposition(const QString &fileName);
 
 /// The body of an upload: the opened file, named as it was opened, as "uploadedFile", then one part

@@ -11,8 +11,8 @@
 /// the GUI's. A worker's signal reaches the owner only while that worker is the current one: what a
 /// replaced worker had already sent is dropped.
 ///
-/// Stopping waits for the worker's slot without a limit, so the owner first asks the worker to
-/// end.
+/// Stopping waits for the worker's slot without a limit, so the owner sets the worker's cancel flag
+/// first.
 class WorkerThread final : public QObject
 {
 public:
@@ -27,13 +27,13 @@ public:
                void (Worker::*done)(Values...), Receiver *receiver,
                void (Receiver::*slot)(Values...));
 
-    /// Disposes of the worker and ends its thread; does nothing when there is none.
+    /// Deletes the worker and ends its thread; does nothing when there is none.
     void stop();
 
 private:
     void launch();
 
-    std::unique_ptr<QThread> m_thread; ///< what its worker has sent is dropped with it
+    std::unique_ptr<QThread> m_thread; ///< also the context of the worker's signals
     QObject *m_worker = nullptr; ///< deleted by its own thread
 };
 

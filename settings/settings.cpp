@@ -24,9 +24,9 @@ QVariantMap mapFromView(const QVariant &data)
     return data.toMap();
 }
 
-// What the user left alone is stored only while that changes nothing: an empty field stands for a
-// folder that is not available now and may be tomorrow, and another running program may have stored
-// something else since.
+// A value that the user did not change is not stored if it differs from the file: an empty field
+// may stand for a folder that is temporarily unavailable, and another running program may have
+// stored a new value.
 bool isToStore(const QString &value, const QVariant &shown, const QVariant &stored)
 {
     return value != shown.toString() || (!value.isEmpty() && value == stored.toString());
@@ -134,7 +134,8 @@ void Settings::save(const QVariant &values)
         if (isToStore(entry->toString(), m_programSettings.value(key), stored.value(key)))
             changes.insert(key, entry.value());
     }
-    // Otherwise what was typed stays on the screen. A first session could never save it.
+    // After a failed save the window keeps the input, except in a first session, which can never
+    // save it.
     if (saveOrShowError(m_store, changes) || m_store.isFirstSession())
         closeWindow();
 }

@@ -9,8 +9,8 @@
 
 class ProgramData;
 
-/// The settings window: shows the stored values in its view and writes back what the user chose. A
-/// value that cannot be stored is reported in a message box. GUI thread only.
+/// The settings window: shows the stored values in its view and stores the user's changes. A failed
+/// save is reported in a message box. GUI thread only.
 class Settings final : public ViewWindow
 {
     Q_OBJECT
@@ -19,10 +19,10 @@ public:
     /// The store must outlive the window.
     explicit Settings(ProgramData &store, FileDialogs dialogs = FileDialogs::system());
 
-    /// Shows the window with what the store holds now.
+    /// Shows the window with the stored values.
     void openWindow();
 
-    /// Reads what the view edits from the store.
+    /// Reads the values that the view edits from the store.
     void loadProgramSettings();
 
     /// Where a sibling program is installed; empty when it is in none of the usual places.
@@ -31,22 +31,29 @@ public:
 signals:
     /// The window has closed.
     void showParent();
+    /// The values to show, a map by settings key.
     void setProgramSettings(QVariant data);
+    /// The window is shown.
     void loaded();
-    /// No program was found: the box of "audio" or else of "video" goes back to the system's
-    /// player.
+    /// No program was found: the box of "audio" or "video" is reset to the system's player.
     void resetOpening(QString field);
+    /// The user has chosen this folder for that settings key.
     void updatePathField(QString path, QString key);
 
 public slots:
+    /// Applies and stores the interface scale.
     void saveScf(double scf);
+    /// Closes the window without storing.
     void cancel();
+    /// Removes all edited values and the scale from the settings file and shows the defaults.
     void defaultSettings();
-    /// Makes sure that a player which the user picked can be found, asking them where it is if need
-    /// be.
+    /// Finds the program of the player with the display name `key`, asking the user for its path if
+    /// necessary, and stores it. Emits resetOpening(field) when there is none.
     void checkPathIsExisted(QString key, const QString &field);
+    /// Lets the user choose a folder, starting at `path`; emits updatePathField() for a new one.
     void chooseNewPath(const QString &settingsKey, const QString &path);
-    /// Stores what the user chose and closes the window, which stays when that fails.
+    /// Stores the changed values of a map by settings key and closes the window. When saving fails,
+    /// the window stays open.
     void save(const QVariant &values);
 
 protected:
@@ -60,5 +67,5 @@ private:
 
     ProgramData &m_store;
     const FileDialogs m_dialogs;
-    QVariantMap m_programSettings; ///< what the view was given
+    QVariantMap m_programSettings; ///< the values that the view was given
 };

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-/// Where a sibling program of that name may be installed, in the order in which to look.
+/// The paths where a sibling program of that name may be installed, in search order.
 [[nodiscard]] QStringList siblingCandidates(const QString &name);
 
 /// The versions of a sibling program, newest first, by its display name without spaces; empty when

@@ -15,7 +15,7 @@ constexpr const char *unknownSession =
     "The service does not know this sign-in. Please sign in again.";
 constexpr const char *unknownJob = "The service does not know this file.";
 
-// 0, which no job has, for whatever is not a number.
+// 0, which no job has, for text that is no number.
 std::int32_t parseNumber(const std::string &text)
 {
     std::int32_t number = 0;

@@ -8,7 +8,7 @@
 
 namespace localservice {
 
-/// What is known about a request beside its form.
+/// The data of a request besides its form.
 struct RequestContext
 {
     std::string address; ///< of the client; see clientNetwork()

@@ -15,7 +15,7 @@ namespace localservice {
 }
 
 /// The path that UTF-8 text names.
-[[nodiscard]] inline std::filesystem::path pathOf(const std::string &text)
+[[nodiscard]] inline std::filesystem::path pathFromUtf8(const std::string &text)
 {
     return std::u8string(text.begin(), text.end());
 }

@@ -8,8 +8,8 @@
 
 namespace localservice {
 
-/// What a client is counted by: its IPv4 address, or the first 64 bits of its IPv6 address, since
-/// such a network usually belongs to one client.
+/// The key that identifies a client for limits: its IPv4 address, or the first 64 bits of its IPv6
+/// address, since such a network usually belongs to one client.
 [[nodiscard]] std::string networkOf(const Poco::Net::IPAddress &address);
 
 /// The network of a client: of the connection's peer, or, when that is the trusted proxy ("":

@@ -9,7 +9,7 @@
 
 namespace localservice {
 
-/// A request that is not well formed; what() is a sentence about it.
+/// A malformed request; what() is an error message.
 class BadRequest final : public std::runtime_error
 {
 public:

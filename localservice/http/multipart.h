@@ -25,7 +25,7 @@ public:
     /// `boundary` is the one of the Content-Type header; `sink` must outlive the parser.
     MultipartParser(std::string_view boundary, Sink &sink);
 
-    /// Takes the next bytes of the body; throws BadRequest when they make no sense.
+    /// Takes the next bytes of the body; throws BadRequest when they are malformed.
     void feed(std::string_view bytes);
     /// Whether the closing boundary has been seen.
     [[nodiscard]] bool isComplete() const { return m_state == State::End; }
@@ -43,7 +43,7 @@ private:
     Sink &m_sink;
     State m_state = State::Preamble;
     std::string m_buffer;
-    std::string_view m_rest; // what of the buffer is not yet used
+    std::string_view m_rest; // the unparsed part of the buffer
 };
 
 /// The boundary of a multipart Content-Type header; throws BadRequest when there is none.

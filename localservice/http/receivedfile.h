@@ -39,7 +39,7 @@ private:
 class ReceivedFile final
 {
 public:
-    /// `folder` is where it is put; at most `mostBytes` are taken.
+    /// `folder` is where it is put; at most `maxFileBytes` are taken.
     ReceivedFile(std::filesystem::path folder, std::uint64_t maxFileBytes, ArrivingFiles &arriving);
     ReceivedFile(const ReceivedFile &) = delete;
     ReceivedFile &operator=(const ReceivedFile &) = delete;

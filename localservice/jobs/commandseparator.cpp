@@ -69,7 +69,7 @@ std::vector<std::string> commandOf(const std::vector<std::string> &words,
 bool runSeparator(const std::vector<std::string> &command, const SeparationTask &task,
                   JobControl &control)
 {
-    const std::string program = utf8(pathOf(command.front()).filename());
+    const std::string program = utf8(pathFromUtf8(command.front()).filename());
     SeparatorOutput output(control.progress, [&program](std::string_view line) {
         log(program + ": " + std::string(line));
     });

@@ -128,14 +128,15 @@ void JobRunner::run(const Job &job, Running &running)
             fail(job, failure);
         purgeUploads();
     } catch (const Poco::Exception &error) {
-        log("Could not note the end of job " + std::to_string(job.id) + ": " + error.displayText());
+        log("Could not record the end of job " + std::to_string(job.id) + ": "
+            + error.displayText());
     }
 }
 
 JobRunner::Failure JobRunner::attempt(const Job &job, Running &running)
 {
     try {
-        finish(job, running);
+        process(job, running);
         return {};
     } catch (const Refusal &refusal) {
         return {refusal.what(), false};
@@ -169,7 +170,7 @@ void JobRunner::fail(const Job &job, const Failure &failure)
     m_jobs.move(job.id, JobState::Running, JobState::Queued);
 }
 
-void JobRunner::finish(const Job &job, Running &running)
+void JobRunner::process(const Job &job, Running &running)
 {
     const bool isDone = separateJob(job, running);
     if (isDone)

@@ -32,7 +32,7 @@ public:
 /// How much of a song a demo covers.
 inline constexpr double demoSeconds = 30;
 
-/// What a runner is allowed to do.
+/// The settings of a runner.
 struct RunnerSettings
 {
     int workers = 1;
@@ -62,7 +62,7 @@ public:
     /// Whole seconds until a waiting or running job is ready. They do not rise unless a job was
     /// added meanwhile.
     [[nodiscard]] int secondsLeft(const Job &job);
-    /// Deletes the uploads that are removed and no longer needed.
+    /// Deletes the uploads that are removed and no longer needed, and refills the disk reserve.
     void purgeUploads();
 
 private:
@@ -91,7 +91,7 @@ private:
     void run(const Job &job, Running &running);
     [[nodiscard]] Failure attempt(const Job &job, Running &running);
     void fail(const Job &job, const Failure &failure);
-    void finish(const Job &job, Running &running);
+    void process(const Job &job, Running &running);
     [[nodiscard]] bool separateJob(const Job &job, Running &running);
     [[nodiscard]] double remaining(const Running &running) const;
     [[nodiscard]] double estimate(const Job &job);

@@ -8,10 +8,10 @@ namespace localservice {
 inline constexpr int guardianNotStarted = 127;
 inline constexpr int guardianCancelled = 126;
 
-/// What a process does that was forked to run a program: executes it in a child of its own,
-/// outlives the service, and ends the program with all its descendants when the other end of the
-/// pipe `lifeline` is closed, by a cancel or by the service's death. The program's output goes to
-/// `output`. Never returns, and calls nothing that a fork of a program with threads may not call.
+/// The body of a process that was forked to run a program: executes it in a child of its own,
+/// outlives the service, and terminates the program with all its descendants when the other end of
+/// the pipe `lifeline` is closed, by a cancel or by the service's death. The program's output goes
+/// to `output`. Never returns, and calls only async-signal-safe functions.
 [[noreturn]] void guardChild(char *const *arguments, int lifeline, int output);
 
 } // namespace localservice

@@ -18,9 +18,8 @@ using OutputHandler = std::function<void(std::string_view)>;
 
 /// Runs a program (the first word, searched in PATH) with its arguments, without a shell, and waits
 /// for its end. Its input is empty; `onOutput` receives its standard output and standard error on
-/// the calling thread. When `cancelled` becomes true it is asked to end, and is killed if it does
-/// not within seconds; so it is when the service dies. With it end all processes that it has
-/// started.
+/// the calling thread. When `cancelled` becomes true or the service dies, it is asked to terminate,
+/// and killed if it does not within seconds, together with all processes that it has started.
 [[nodiscard]] ChildResult runChild(const std::vector<std::string> &words,
                                    const std::atomic<bool> &cancelled,
                                    const OutputHandler &onOutput);

@@ -53,7 +53,7 @@ private:
     std::array<int, 2> m_ends = {-1, -1};
 };
 
-// Waits a moment for output. False: there will be none any more.
+// Waits briefly for output. False: the output is closed.
 bool forwardOutput(int output, const OutputHandler &onOutput)
 {
     pollfd source = {output, POLLIN, 0};

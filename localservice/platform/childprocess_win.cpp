@@ -35,7 +35,7 @@ std::wstring commandLine(const std::vector<std::string> &words)
 {
     std::wstring line;
     for (const std::string &word : words)
-        line += (line.empty() ? L"" : L" ") + quoted(pathOf(word).wstring());
+        line += (line.empty() ? L"" : L" ") + quoted(pathFromUtf8(word).wstring());
     return line;
 }
 

@@ -4,8 +4,8 @@
 
 namespace localservice {
 
-// These may be called between fork and exec of a program with threads. Where a system cannot do
-// what they promise, they do nothing.
+// These may be called between fork and exec of a program with threads. They do nothing on systems
+// without support.
 
 /// The calling process is killed when its parent dies.
 void dieWithParent();

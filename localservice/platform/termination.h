@@ -4,8 +4,8 @@
 
 namespace localservice {
 
-/// Waits until the program shall end: on the system's signals or, if wanted, at the end of its
-/// standard input. Construct one, before any thread. Also ignores SIGPIPE.
+/// Waits for the request to terminate: a signal of the system or, optionally, the end of standard
+/// input. Construct one, before any thread. Also ignores SIGPIPE.
 class Termination final
 {
 public:
@@ -14,7 +14,7 @@ public:
     Termination &operator=(const Termination &) = delete;
     ~Termination();
 
-    /// Returns when the program shall end.
+    /// Returns when the program should terminate.
     void wait();
 
 private:

@@ -13,8 +13,7 @@ namespace localservice {
 
 namespace {
 
-// How many aborted connections, whose threads are about to end, are there at most besides the
-// others.
+// At most so many aborted connections, whose threads are about to end, in addition to the limit.
 constexpr std::size_t maxAborted = 100;
 
 // What one address may have of a limit.
@@ -154,7 +153,7 @@ void Connections::abort(Entry &entry)
 {
     entry.state = State::Aborted;
     try {
-        // Not what a TLS socket makes of it: its state belongs to the thread that reads from it.
+        // The plain socket's shutdown: the TLS state belongs to the thread that reads from it.
         entry.socket.impl()->SocketImpl::shutdown();
     } catch (const Poco::Exception &) {
         // The peer has already closed the connection.

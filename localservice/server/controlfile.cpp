@@ -18,7 +18,7 @@ namespace localservice {
 
 namespace {
 
-// An address that is listened on everywhere is none to connect to.
+// A wildcard address cannot be connected to.
 Poco::Net::SocketAddress addressOf(const Poco::URI &url)
 {
     using Poco::Net::IPAddress;

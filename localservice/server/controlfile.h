@@ -15,7 +15,7 @@ namespace localservice {
 class ControlFile final
 {
 public:
-    /// Writes the file with a new key; a failure is logged only.
+    /// Writes the address and the key to the file; a failure is logged only.
     ControlFile(std::filesystem::path file, const std::string &url, const std::string &key);
     ControlFile(const ControlFile &) = delete;
     ControlFile &operator=(const ControlFile &) = delete;

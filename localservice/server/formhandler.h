@@ -12,7 +12,7 @@
 
 namespace localservice {
 
-/// Answers a form with the text of the reply, or throws. See attempt().
+/// Returns the text of the reply to a form, or throws as answer() allows.
 using FormCall = std::function<std::string(Backend &, const Fields &, const RequestContext &)>;
 
 /// The call of a form's path; null for any other path.

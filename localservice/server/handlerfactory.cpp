@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char *uploadPath = "/teko-server/proceed.php";
 
-// Answers with a reply that needs no work.
+// Sends a fixed reply.
 class FixedHandler final : public Poco::Net::HTTPRequestHandler
 {
 public:
@@ -56,10 +56,10 @@ Poco::Net::HTTPRequestHandler *HandlerFactory::createRequestHandler(const Reques
 {
     const std::string host = request.get("Host", "");
     if (!m_rules.hosts.acceptsHost(host))
-        return refuse(Response::HTTP_FORBIDDEN, "This service has another name.");
+        return refuse(Response::HTTP_FORBIDDEN, "Host header not accepted.");
     if (!m_rules.hosts.acceptsOrigin(request.get("Origin", ""), host))
         return refuse(Response::HTTP_FORBIDDEN, "This service does not answer web pages.");
-    const std::string path = pathOf(request);
+    const std::string path = requestPath(request);
     const FormCall *const call = formCallOf(path);
     const bool isUpload = path == uploadPath;
     if (call != nullptr || isUpload) {

@@ -21,7 +21,7 @@ struct ServerSettings
     std::filesystem::path key;
     std::string publicUrl; ///< the address behind a proxy; "" without
     std::string trustedProxy; ///< the IP address of a proxy that states its clients' addresses
-    std::string statusKey; ///< a request with it may see the status; "": none may
+    std::string statusKey; ///< the key for /status; empty disables /status
     ConnectionLimits limits;
 };
 

@@ -23,8 +23,8 @@ constexpr std::array pages = {
          "desk "
          "behind it. When something fails, the message box shows the reason, and the log file "
          "in the "
-         "folder <b>Logs</b> of your TEKO folder has the details (switch logging on in the "
-         "settings).</p>"},
+         "folder <b>Logs</b> of your TEKO folder has the details (switch on <b>Help &rarr; "
+         "Logging</b> and restart TEKO).</p>"},
     Page{"/subscription.html", "Subscription",
          "<p>The local service sells nothing. Whoever runs it decides what its accounts may do, "
          "with the option <b>--subscription</b>.</p>"},

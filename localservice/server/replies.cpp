@@ -28,11 +28,11 @@ struct Reply
 
 Reply internalErrorReply(const Request &request, const std::string &reason)
 {
-    log(pathOf(request) + ": " + reason);
+    log(requestPath(request) + ": " + reason);
     return {Response::HTTP_INTERNAL_SERVER_ERROR, internalError};
 }
 
-// Empty when the client has gone.
+// Empty when the client has disconnected.
 std::optional<Reply> attempt(const Request &request, const std::function<std::string()> &reply)
 {
     try {
@@ -54,7 +54,7 @@ std::optional<Reply> attempt(const Request &request, const std::function<std::st
 
 } // namespace
 
-std::string pathOf(const Request &request)
+std::string requestPath(const Request &request)
 {
     const std::string &uri = request.getURI();
     return uri.substr(0, uri.find_first_of("?#"));

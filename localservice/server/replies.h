@@ -17,8 +17,8 @@ using Response = Poco::Net::HTTPServerResponse;
 
 inline constexpr const char *plainText = "text/plain; charset=utf-8";
 
-/// The path of a request, without a query.
-[[nodiscard]] std::string pathOf(const Request &request);
+/// The path of a request's URI, without the query.
+[[nodiscard]] std::string requestPath(const Request &request);
 
 /// The client of a request.
 [[nodiscard]] RequestContext contextOf(const Request &request, const RequestRules &rules);

@@ -24,7 +24,7 @@ std::streamsize readSome(std::streambuf &source, std::vector<char> &block)
         const auto room = static_cast<std::streamsize>(block.size());
         return source.sgetn(block.data(), std::min(room, source.in_avail()));
     } catch (const Poco::Exception &) {
-        // The other side has gone, or says nothing any longer.
+        // The peer has disconnected or timed out.
         return 0;
     }
 }
@@ -42,7 +42,7 @@ std::string_view RequestBody::next()
     const std::streamsize got = readSome(m_source, m_block);
     m_bytes += got;
     if (got == 0 && m_bytes < m_contentLength)
-        throw BadRequest("The request ended before its time.");
+        throw BadRequest("The request ended prematurely.");
     return {m_block.data(), static_cast<std::size_t>(got)};
 }
 

@@ -16,7 +16,7 @@ constexpr std::size_t blockBytes = 65536;
 
 void ResultHandler::handleRequest(Request &request, Response &response)
 {
-    const std::optional<std::filesystem::path> file = fileOf(pathOf(request));
+    const std::optional<std::filesystem::path> file = fileOf(requestPath(request));
     std::error_code missing;
     const auto bytes = file ? std::filesystem::file_size(*file, missing) : 0;
     if (!file || missing) {

@@ -24,7 +24,7 @@ public:
     void handleRequest(Request &request, Response &response) override;
 
 private:
-    /// The file behind "/results/TOKEN/NAME.wav", with the names that download.php returns.
+    /// The file for "/results/TOKEN/NAME.wav", with the names that download.php returns.
     [[nodiscard]] std::optional<std::filesystem::path> fileOf(const std::string &path) const;
 
     void sendFile(const std::filesystem::path &file, Response &response);

@@ -21,7 +21,7 @@ Poco::Net::ServerSocket makeTlsSocket(const std::filesystem::path &certificate,
     Context::Ptr context = new Context(Context::TLS_SERVER_USE, parameters);
     context->requireMinimumProtocol(Context::PROTO_TLSV1_2);
     context->enableSessionCache(false);
-    // Sockets are handles: what is behind this one goes on speaking TLS.
+    // Sockets are handles: the implementation behind this one still speaks TLS.
     const Poco::Net::SecureServerSocket socket(context);
     return {static_cast<const Poco::Net::Socket &>(socket)};
 }

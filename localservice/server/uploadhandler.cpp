@@ -88,7 +88,7 @@ void receive(Request &request, ClientConnection &connection, UploadParts &parts)
         parser.feed(bytes);
     }
     if (!parser.isComplete())
-        throw BadRequest("The upload ended before its time.");
+        throw BadRequest("The upload ended prematurely.");
     parts.finish();
 }
 

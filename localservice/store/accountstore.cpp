@@ -139,7 +139,7 @@ void AccountStore::prolong(const std::string &digest, std::int64_t expires)
         access.session << "UPDATE sessions SET expires = ? WHERE digest = ?", bind(later),
             bind(digest), now;
     } catch (const Poco::Data::SQLite::SQLiteException &error) {
-        // It is not over yet, and on a full disk finished results can still be fetched.
+        // Not an error: the session is still valid, and on a full disk results can be fetched.
         log("Could not prolong a session: " + error.displayText());
     }
 }

@@ -40,9 +40,10 @@ public:
 
     explicit AccountStore(Database &database, Clock clock = secondsNow);
 
-    /// Makes an account; throws Refusal when the e-mail address is taken.
+    /// Creates an account; throws Refusal when the e-mail address is taken.
     Account add(const AccountChange &change);
-    /// The account of an e-mail address and its password. Takes as long for an unknown address.
+    /// The account of an e-mail address and its password. Takes the same time for an unknown
+    /// address.
     [[nodiscard]] std::optional<Account> signIn(const std::string &email,
                                                 const std::string &password);
     /// Whether somebody can sign in to the account.
@@ -60,7 +61,7 @@ public:
     void change(const Account &account, const AccountChange &change, const std::string &hash);
 
     /// A code for a new password, valid once and for half an hour; empty for an unknown address and
-    /// for this computer's own account. Takes as long in all cases.
+    /// for this computer's own account. Takes the same time in all cases.
     [[nodiscard]] std::optional<std::string> openRecovery(const std::string &email);
     /// Sets a new password with such a code and ends all sessions but the local one; returns
     /// whether the code was right.

@@ -50,7 +50,7 @@ constexpr std::array setUpStatements = {
     "CREATE INDEX IF NOT EXISTS jobs_by_account ON jobs(account, added)",
 };
 
-// What earlier versions did not have yet.
+// Columns that earlier versions did not have.
 struct Addition
 {
     const char *table;
@@ -169,7 +169,7 @@ void Database::releaseReserve()
     log("The disk is full: using the reserve");
     m_reserve.release();
     try {
-        // Shortens the file that changes are written to first.
+        // Truncates the write-ahead log.
         m_session << "PRAGMA wal_checkpoint(TRUNCATE)", now;
     } catch (const Poco::Data::SQLite::SQLiteException &error) {
         log("Could not shorten the database's log: " + error.displayText());

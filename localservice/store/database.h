@@ -40,7 +40,7 @@ public:
 
     [[nodiscard]] Access access() { return Access(*this); }
 
-    /// Makes a change that must also work on a full disk, by means of the reserve. Call it outside
+    /// Makes a change that must also work on a full disk, by releasing the reserve. Call it outside
     /// of transactions.
     template <typename Change> auto changeOnFullDisk(Change change)
     {
@@ -63,15 +63,15 @@ private:
     Poco::Data::Session m_session;
 };
 
-/// Another service already works on this file.
+/// Another service already uses this file.
 class DatabaseBusy final : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// All changes made while it lives come true together on commit(), or not at all. Within another
-/// one they come true with that.
+/// All changes made while it lives are committed together by commit(), or rolled back. A nested one
+/// is committed with the outer one.
 class Transaction final
 {
 public:

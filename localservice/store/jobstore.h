@@ -43,7 +43,7 @@ struct QueuedJob
     bool operator==(const QueuedJob &) const = default;
 };
 
-/// The jobs of all accounts. They survive the end of the program. Thread-safe.
+/// The jobs of all accounts, kept across restarts. Thread-safe.
 class JobStore final
 {
 public:
@@ -61,7 +61,7 @@ public:
     [[nodiscard]] std::vector<QueuedJob> queued();
     /// When each account's latest job was started: a number that rises with every start.
     [[nodiscard]] std::map<std::int64_t, std::int64_t> lastStarts();
-    /// Marks a waiting job as running and counts the attempt. Empty when it does not wait any more.
+    /// Marks a waiting job as running and counts the attempt. Empty when it is no longer waiting.
     [[nodiscard]] std::optional<Job> start(std::int32_t id);
     /// Puts a running job back to its place in the queue, as if it had not been started.
     void putBack(std::int32_t id);

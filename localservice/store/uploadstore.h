@@ -31,17 +31,17 @@ public:
 
     /// Keeps a new file; an older one of the same account and name is removed. Returns its id.
     std::int64_t add(const Upload &upload);
-    /// The file of an account's client's name, unless it was removed.
+    /// The file by account and client file name, unless it was removed.
     [[nodiscard]] std::optional<Upload> find(std::int64_t account, const std::string &name);
     /// A file by its id, also a removed one that a job still needs.
     [[nodiscard]] std::optional<Upload> find(std::int64_t id);
-    /// Marks what goes by an account's client's name as removed.
+    /// Marks the file as removed, by account and client file name.
     void remove(std::int64_t account, const std::string &name);
     /// Marks what was uploaded before a time (in seconds since 1970) as removed.
     void removeOlderThan(std::int64_t time);
     /// Deletes the rows of removed files that no job needs any longer, and returns their names on
-    /// disk: those of waiting and running jobs are needed, and those of demo results, which may
-    /// still be made whole until `demosBefore`.
+    /// disk. Files of waiting and running jobs are needed, and those of demo results added after
+    /// `demosBefore`, which may still be processed in full.
     [[nodiscard]] std::vector<std::string> takeUnneeded(std::int64_t demosBefore);
     /// The bytes of an account's files on the disk.
     [[nodiscard]] std::int64_t bytesOf(std::int64_t account);

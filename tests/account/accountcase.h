@@ -34,7 +34,7 @@ protected:
     ScriptedServer &server() { return m_home->server; }
     ProgramData &store() { return *m_home->store; }
 
-    /// What the service has sent before this call has arrived afterwards.
+    /// Returns after all earlier answers of the service have arrived.
     void waitForALaterAnswer()
     {
         server().on("/generate_204", {Answer::text({}, 204)});

@@ -23,10 +23,10 @@ private slots:
         add("expired", userJson("h", R"({"id":"3","expired":"1"})"), Kind::User, "demo");
         add("no subscription", userJson("h"), Kind::User, "demo");
         add("a sentence", "The password is wrong.", Kind::Refusal, "demo");
-        add("hash of another type", R"({"hash":{"a":1}})", Kind::Garbled, "demo");
-        add("half an object", userJson("h").chopped(5), Kind::Garbled, "demo");
-        add("another page", "\n<!DOCTYPE html><p>Pay</p>", Kind::Garbled, "demo");
-        add("nothing", " \n", Kind::Garbled, "demo");
+        add("hash of another type", R"({"hash":{"a":1}})", Kind::Malformed, "demo");
+        add("half an object", userJson("h").chopped(5), Kind::Malformed, "demo");
+        add("another page", "\n<!DOCTYPE html><p>Pay</p>", Kind::Malformed, "demo");
+        add("nothing", " \n", Kind::Malformed, "demo");
     }
 
     void replies()
@@ -45,8 +45,8 @@ private slots:
             QVERIFY(!problem.isEmpty());
     }
 
-    /// A file that cannot be used is set aside, the next one shows nothing. A full disk keeps the
-    /// old one, unless that would sign in again whoever has signed out.
+    /// An unusable file is renamed, then there are no credentials. A full disk keeps the old file,
+    /// unless it would sign in a user who has signed out.
     void credentials()
     {
         const QTemporaryDir folder;

@@ -16,7 +16,7 @@ class TestUserAuth final : public AccountCase
 
 private slots:
     /// Columns: at which service somebody signed in during the run before, the service of this run,
-    /// what is done, the service's answers to it (none: the network is away), and the story().
+    /// what is done, the service's answers to it (none: the network is away), and the eventLog().
     void actions_data()
     {
         const Rows<QString, QString, Action, QList<Answer>, QString> add;
@@ -54,8 +54,8 @@ private slots:
         add("wrong code", "", "far", recover, {refusal}, code + "demo No <b>way</b>.");
     }
 
-    /// Only its own service sees a session, and only that service's refusal ends it. Whatever is
-    /// done twice at once happens once.
+    /// A session is sent only to its own service, and only that service's refusal ends it. A
+    /// repeated action is carried out once.
     void actions()
     {
         const auto [before, now, act, answers, outcome] =
@@ -70,9 +70,9 @@ private slots:
             server().on("/generate_204", {Answer::cut()});
         act(*m_auth);
         act(*m_auth);
-        QTRY_COMPARE(story(), outcome);
+        QTRY_COMPARE(eventLog(), outcome);
         waitForALaterAnswer();
-        QCOMPARE(story(), outcome);
+        QCOMPARE(eventLog(), outcome);
     }
 
     /// As long as the service is out of reach, with one line in the log, which has no secrets.
@@ -137,7 +137,7 @@ private:
 
     /// What happened in this run: requests with their access tokens, signals, then the session's
     /// hash, the run mode and the error that is shown.
-    QString story()
+    QString eventLog()
     {
         QStringList parts;
         for (const ScriptedRequest &request : server().requests()) {

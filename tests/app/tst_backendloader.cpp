@@ -28,7 +28,7 @@
 
 namespace {
 
-/// Answers the dialog that opens next with a file, or gives it up; returns where it opened.
+/// Chooses a file in the dialog that opens next, or cancels it; returns its folder.
 QString chooseFile(BackendLoader &backend, const QString &file)
 {
     QString start;
@@ -73,7 +73,7 @@ private slots:
         });
     }
 
-    /// The dialog remembers its folder for this run, and a dialog that is given up changes nothing.
+    /// The dialog remembers its folder for this run; a cancelled one changes nothing.
     void dialogFolder()
     {
         BackendLoader backend;
@@ -111,7 +111,8 @@ private slots:
         }
     }
 
-    /// Over its middle, as far as the screen allows; at every opening anew, and when it grows.
+    /// Centred over the main window, as far as the screen allows, at every opening and when it
+    /// grows.
     void windowsTakeTheMainWindowsPlace()
     {
         QQmlApplicationEngine engine(QUrl("qrc:/qml/main.qml"));
@@ -123,9 +124,9 @@ private slots:
             backend->openSettingsWindow();
             auto *window = topLevelWindow<Settings>();
             QVERIFY(space.contains(window->frameGeometry()));
-            QRect wished = window->frameGeometry();
-            wished.moveCenter(main->frameGeometry().center());
-            QVERIFY(!space.contains(wished) || window->frameGeometry() == wished);
+            QRect expected = window->frameGeometry();
+            expected.moveCenter(main->frameGeometry().center());
+            QVERIFY(!space.contains(expected) || window->frameGeometry() == expected);
             window->saveScf(1.1);
             QVERIFY(space.contains(window->frameGeometry()));
             window->saveScf(1);

@@ -23,7 +23,7 @@
 
 namespace {
 
-const QStringList filmStreams{"h264", "video", "aac", "audio"};
+const QStringList videoStreams{"h264", "video", "aac", "audio"};
 
 /// The samples of a WAV file as 16-bit numbers; empty when it is anything else.
 QList<qint16> samples(const QString &path)
@@ -63,7 +63,7 @@ private slots:
         m_window = std::make_unique<FileProcessing>(*m_store);
         for (const auto &[source, format] : {std::pair("short.mp4", "MP4"), {"short.wav", "MP3"}})
             process(source, format);
-        m_window->removeUploadedFile(std::chrono::seconds(3));
+        m_window->removeUploadedFile();
         m_window.reset();
         m_service.reset();
         m_store.reset();
@@ -82,7 +82,7 @@ private slots:
 
     void cleanup()
     {
-        m_window->removeUploadedFile(std::chrono::seconds(3));
+        m_window->removeUploadedFile();
         m_window.reset();
         m_archive.reset();
         QCOMPARE(childProcesses("ffmpeg"), QStringList());
@@ -101,9 +101,9 @@ private slots:
         add("as stored", song, "mp3", {"bass - short.mp3"}, {"mp3", "audio"});
         add("in another format", song, "flac", {"bass - short.flac", "bass - short.mp3"},
             {"flac", "audio"});
-        add("film in another format", film, "mkv", {"bass - short.mkv", "bass - short.mp4"},
-            filmStreams);
-        add("sound of a film that is gone", film, "mp3", {"bass - short.mp3"}, {"mp3", "audio"});
+        add("video in another format", video, "mkv", {"bass - short.mkv", "bass - short.mp4"},
+            videoStreams);
+        add("sound of a video that is gone", video, "mp3", {"bass - short.mp3"}, {"mp3", "audio"});
     }
 
     void keptResults()
@@ -131,7 +131,7 @@ private slots:
         const Rows<QString, QString, QStringList> add;
         add("WAV", "short.wav", "WAV", {"pcm_s16le", "audio"});
         add("MP3", "short.mp3", "FLAC", {"flac", "audio"});
-        add("MP4", "short.mp4", "MKV", filmStreams);
+        add("MP4", "short.mp4", "MKV", videoStreams);
         add("MP4 to sound", "short.mp4", "MP3", {"mp3", "audio"});
     }
 
@@ -233,7 +233,7 @@ public slots:
 
 private:
     /// Rows of the archive: the newest comes first.
-    enum { song, film };
+    enum { song, video };
 
     /// The store and the service, and the newcomer who is signed in there.
     void startAll()

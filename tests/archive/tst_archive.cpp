@@ -149,7 +149,8 @@ private slots:
         QCOMPARE(messages.texts(), QStringList());
     }
 
-    /// The row of a file that has gone since offers the download, whatever becomes of it.
+    /// The row of a file that was deleted meanwhile offers the download, whether it succeeds or
+    /// not.
     void filesThatAreGone()
     {
         const QString file = writeFile(m_home->path("Save/vocals - Song.wav"));
@@ -191,7 +192,7 @@ private slots:
         m_window->operateFile(0, true, "wav");
         m_window->getFullFile(0);
         QCOMPARE(messages.texts().size(), 2);
-        QVERIFY(messages.texts()[0].contains("named no number"));
+        QVERIFY(messages.texts()[0].contains("reported no number"));
     }
 
     void brokenConversions_data()

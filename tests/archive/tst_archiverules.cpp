@@ -95,14 +95,14 @@ private slots:
         add("instrument here", song("mp3"), {main + "mp3"}, "play", "download", false);
         add("mix here", song("mp3"), {mix + "mp3"}, "download", "play", false);
         add("another format here", song("mp3"), {main + "wav"}, "download", "download", false);
-        add("film in upper case", song("mp3", "/a.MP4"), {"/a.MP4"}, "download", "download", true);
+        add("video in upper case", song("mp3", "/a.MP4"), {"/a.MP4"}, "download", "download", true);
         add("song as source", song("mp3", "/a.mp3"), {"/a.mp3"}, "download", "download", false);
-        add("address of a film", song("mp3", "http://h/a.mp4"), {"http://h/a.mp4"}, "download",
+        add("address of a video", song("mp3", "http://h/a.mp4"), {"http://h/a.mp4"}, "download",
             "download", false);
-        add("relative path of a film", song("mp3", "a.mp4"), {"a.mp4"}, "download", "download",
+        add("relative path of a video", song("mp3", "a.mp4"), {"a.mp4"}, "download", "download",
             false);
-        add("both films here", song("avi"), {main + "avi", mix + "avi"}, "play", "play", true);
-        add("one film here", song("mp4"), {main + "mp4"}, "play", "download", false);
+        add("both videos here", song("avi"), {main + "avi", mix + "avi"}, "play", "play", true);
+        add("one video here", song("mp4"), {main + "mp4"}, "play", "download", false);
     }
 
     void rows()
@@ -129,16 +129,16 @@ private slots:
             Action::Download);
         add("stored here", song("mp3"), {mp3}, "flac", Action::Convert);
         add("stored missing", song("mp3"), {}, "wav", Action::Download);
-        add("film of a song without film", song("mp3", "/a.mp4"), {mp3}, "mkv", Action::Refuse);
-        add("film of a song with film", song("mp3", "/a.MP4"), {mp3, "/a.MP4"}, "mkv",
+        add("video of a song without video", song("mp3", "/a.mp4"), {mp3}, "mkv", Action::Refuse);
+        add("video of a song with video", song("mp3", "/a.MP4"), {mp3, "/a.MP4"}, "mkv",
             Action::Convert);
-        add("film to download", song("mp3", "/a.mp4"), {"/a.mp4"}, "mp4", Action::Download);
-        add("film from a kind that no result has", song("mp3", "/a.avi"), {mp3, "/a.avi"}, "mkv",
+        add("video to download", song("mp3", "/a.mp4"), {"/a.mp4"}, "mp4", Action::Download);
+        add("video from a kind that no result has", song("mp3", "/a.avi"), {mp3, "/a.avi"}, "mkv",
             Action::Refuse);
-        add("film from a stored one", song("mp4"), {mp4}, "mkv", Action::Convert);
+        add("video from a stored one", song("mp4"), {mp4}, "mkv", Action::Convert);
         add("stored extension in upper case", song("MP4"), {"S/Mix Without vocals - Song.MP4"},
             "mkv", Action::Refuse);
-        add("sound of a film that is gone", song("mp4", "/a.mp4"), {}, "mp3", Action::Download);
+        add("sound of a video that is gone", song("mp4", "/a.mp4"), {}, "mp3", Action::Download);
     }
 
     void jobs()
@@ -162,7 +162,7 @@ private slots:
             add(bad, false);
     }
 
-    /// What cannot be the user's file is not even looked for.
+    /// Paths that cannot be the user's file are never accessed.
     void originals()
     {
         const auto [isOne] = fetchRow<bool>();
@@ -176,12 +176,12 @@ private slots:
     {
         const Rows<ArchiveRecord, QString, FullRun> add;
         add("sound", song("flac", "/gone.mp4"), "WAV", {"/gone.mp4", "flac"});
-        add("film here", song("mp4", "/a.mp4"), "WAV", {"/a.mp4", "mp4"});
-        add("film gone", song("vob", "/gone.mp4"), "WAV", {"/gone.mp4", "wav"});
-        add("film gone, none chosen", song("mp4", "/gone.mp4"), "none", {"/gone.mp4", "mp3"});
-        add("film gone, upper case", song("MP4", "/gone.mp4"), "WAV", {"/gone.mp4", "MP4", true});
+        add("video here", song("mp4", "/a.mp4"), "WAV", {"/a.mp4", "mp4"});
+        add("video gone", song("vob", "/gone.mp4"), "WAV", {"/gone.mp4", "wav"});
+        add("video gone, none chosen", song("mp4", "/gone.mp4"), "none", {"/gone.mp4", "mp3"});
+        add("video gone, upper case", song("MP4", "/gone.mp4"), "WAV", {"/gone.mp4", "MP4", true});
         add("address of a song", song("mp3", "http://h/a.mp3"), "WAV", {"Song.mp3", "mp3"});
-        add("address of a film", song("mp4", "http://h/a.mp4"), "WAV", {"Song.wav", "wav"});
+        add("address of a video", song("mp4", "http://h/a.mp4"), "WAV", {"Song.wav", "wav"});
         add("no path", song("mp3"), "WAV", {"Song.mp3", "mp3"});
     }
 

@@ -153,7 +153,7 @@ private slots:
         }
         const QByteArray before = readFile(file);
         QVERIFY(QDir().mkpath(path("teko.ini/full")));
-        // What an administrator may write is no failure.
+        // An administrator can write anywhere.
         if (name == "the first session" && QFileInfo("/").isWritable())
             QSKIP("The root folder can be written to.");
         for (int time = 0; time < 2; ++time) {

@@ -93,7 +93,7 @@ private slots:
         addNames({"/generate_204", "/teko-server/removeUploaded.php"});
     }
 
-    /// A service that keeps silent keeps nobody who has pressed Ctrl+C.
+    /// Ctrl+C works while the service does not answer.
     void interrupts()
     {
         QFETCH(QString, name);

@@ -8,7 +8,7 @@
 #include <QtTest>
 
 /// Passwords, sessions and daily counts.
-class AccountStoresTest final : public TestCase
+class TestAccountStores final : public TestCase
 {
     Q_OBJECT
 
@@ -109,6 +109,6 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-TEKO_TEST(AccountStoresTest)
+TEKO_TEST(TestAccountStores)
 
 #include "tst_accountstores.moc"

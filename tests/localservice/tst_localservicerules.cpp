@@ -37,7 +37,7 @@ QByteArray part(const QByteArray &disposition, const QByteArray &content)
 
 } // namespace
 
-class ServiceRulesTest final : public TestCase
+class TestLocalServiceRules final : public TestCase
 {
     Q_OBJECT
 
@@ -279,5 +279,5 @@ private slots:
     }
 };
 
-TEKO_TEST(ServiceRulesTest)
+TEKO_TEST(TestLocalServiceRules)
 #include "tst_localservicerules.moc"

@@ -21,7 +21,7 @@ using namespace localservice;
 
 using Voice = std::function<double(qint64, int)>;
 
-class SeparationTest final : public TestCase
+class TestSeparation final : public TestCase
 {
     Q_OBJECT
 
@@ -230,5 +230,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-TEKO_TEST(SeparationTest)
+TEKO_TEST(TestSeparation)
 #include "tst_separation.moc"

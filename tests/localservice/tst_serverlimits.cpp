@@ -100,7 +100,7 @@ struct Server
 } // namespace
 
 /// What clients may do at the same time, and how slowly.
-class ServerLimitsTest final : public TestCase
+class TestServerLimits final : public TestCase
 {
     Q_OBJECT
 
@@ -234,6 +234,6 @@ private:
     const Fields m_form = Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3");
 };
 
-TEKO_TEST(ServerLimitsTest)
+TEKO_TEST(TestServerLimits)
 
 #include "tst_serverlimits.moc"

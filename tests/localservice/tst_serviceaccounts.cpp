@@ -5,7 +5,7 @@
 #include <QRegularExpression>
 
 /// Accounts and their rights, at the real program.
-class ServiceAccountsTest final : public ServiceCase
+class TestServiceAccounts final : public ServiceCase
 {
     Q_OBJECT
 
@@ -192,6 +192,6 @@ private:
     QJsonObject m_otto; // another account
 };
 
-TEKO_TEST(ServiceAccountsTest)
+TEKO_TEST(TestServiceAccounts)
 
 #include "tst_serviceaccounts.moc"

@@ -13,7 +13,7 @@
 #include <fstream>
 
 /// The queue, its jobs and their files.
-class ServiceJobsTest final : public TestCase
+class TestServiceJobs final : public TestCase
 {
     Q_OBJECT
 
@@ -230,7 +230,7 @@ private slots:
         runner->purgeUploads();
         QVERIFY(!stores.uploads.find(account, "demo.wav"));
         QVERIFY(!stores.hasFile(full.upload));
-        QVERIFY(stores.hasFile(demo.upload)); // it may still be made whole
+        QVERIFY(stores.hasFile(demo.upload)); // it may still be processed in full
         QCOMPARE(stores.jobs.takeOlderThan(secondsNow() + 10).size(), std::size_t(2));
         runner->purgeUploads();
         QVERIFY(!stores.hasFile(demo.upload));
@@ -271,6 +271,6 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-TEKO_TEST(ServiceJobsTest)
+TEKO_TEST(TestServiceJobs)
 
 #include "tst_servicejobs.moc"

@@ -6,7 +6,7 @@
 #include <QtEndian>
 
 /// Jobs, at the real program.
-class ServiceProcessingTest final : public ServiceCase
+class TestServiceProcessing final : public ServiceCase
 {
     Q_OBJECT
 
@@ -186,5 +186,5 @@ private:
     const QByteArray m_seconds = QByteArray::number(100000 + QCoreApplication::applicationPid());
 };
 
-TEKO_TEST(ServiceProcessingTest)
+TEKO_TEST(TestServiceProcessing)
 #include "tst_serviceprocessing.moc"

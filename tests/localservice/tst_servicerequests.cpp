@@ -7,7 +7,7 @@
 #include <Poco/Net/StreamSocket.h>
 
 /// Malformed and hostile requests, at the real program.
-class ServiceRequestsTest final : public ServiceCase
+class TestServiceRequests final : public ServiceCase
 {
     Q_OBJECT
 
@@ -177,6 +177,6 @@ private:
     QProcess m_program;
 };
 
-TEKO_TEST(ServiceRequestsTest)
+TEKO_TEST(TestServiceRequests)
 
 #include "tst_servicerequests.moc"

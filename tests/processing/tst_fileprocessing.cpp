@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/processing/processingtest.h"
 
-/// Files on their way from the choice to the results.
+/// Whole runs, from the choice of a file to the results.
 class TestFileProcessing : public ProcessingTest
 {
     Q_OBJECT
@@ -64,8 +64,7 @@ private slots:
         add("run started", Installation::filesLeft, "b.wav");
     }
 
-    /// While an opening waits for the service the window is there, and what the user does last
-    /// counts.
+    /// While an opening waits for the service the window is shown, and the latest action wins.
     void overtakenOpenings()
     {
         const auto [path, file] = fetchRow<QByteArray, QString>();

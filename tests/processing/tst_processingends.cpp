@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/processing/processingtest.h"
 
-/// Runs that come to nothing, and what they leave.
+#include <QTimer>
+
+/// Runs that fail or are cancelled, and what they leave.
 class TestProcessingEnds : public ProcessingTest
 {
     Q_OBJECT
@@ -74,7 +76,7 @@ private slots:
         add("by closing the window", Installation::remains, "processing", "7", true);
     }
 
-    /// Nothing is shown of the answer that still comes, and the next run is as good as a first.
+    /// A late answer is ignored, and the next run works like the first.
     void ends()
     {
         const auto [heldPath, stage, id, closes] = fetchRow<QByteArray, QString, QString, bool>();
@@ -104,7 +106,7 @@ private slots:
         QCOMPARE(messages.texts(), QStringList());
     }
 
-    void hindrances_data()
+    void preconditionFailures_data()
     {
         const Rows<QString, QString, QString> add;
         const QString unprepared =
@@ -113,13 +115,13 @@ private slots:
         add("address", "http://127.0.0.1:9/a.mp3", "", unprepared);
         add("several files", "concat:a.mp3|b.mp3", "", unprepared);
         add("broken source", "a.mp3", "cut off", unprepared);
-        add("film without a picture", "a.mp4", "no picture",
+        add("video without a picture", "a.mp4", "no picture",
             "Converting Error: This file has no picture, so that it cannot be saved as MKV.\n*");
         add("no save folder", "a.wav", "default_path_save", "File Processing Error: The folder*");
     }
 
-    /// What would come to nothing is shown before anything is sent.
-    void hindrances()
+    /// A run that cannot succeed is refused before anything is sent.
+    void preconditionFailures()
     {
         const auto [file, cause, message] = fetchRow<QString, QString, QString>();
         RecordedMessages messages;
@@ -193,13 +195,13 @@ private slots:
         QVERIFY2(
             isLike(messages.texts()[0],
                    "Converting Error: The result could not be converted:\n\n*a (1).mp3\n\nWhat "
-                   "the service delivered was saved as it came:\n\n*.wav"),
+                   "the service delivered was saved unconverted:\n\n*.wav"),
             qPrintable(messages.texts()[0]));
         QCOMPARE(layer(), "select_instrument");
         QCOMPARE(m_home->saved(), files);
     }
 
-    /// A service that hangs keeps nobody at the end of the program, and the file goes first.
+    /// A service that hangs does not block the end of the program; the local file is removed first.
     void removalAtTheEnd()
     {
         run("a.wav");
@@ -208,8 +210,21 @@ private slots:
         QCOMPARE(m_home->temporary(), QStringList());
     }
 
-    /// The second half of a double click on "PROCESS" is not meant for "CANCEL", which comes to lie
-    /// under the mouse, and the other way round.
+    /// A job that the service accepts while the program ends is cancelled all the same.
+    void acceptedAtTheEnd()
+    {
+        server().on(Installation::proceed, {Answer::text("9").held()});
+        start("a.wav");
+        QTRY_COMPARE(server().requests(Installation::proceed).size(), 1);
+        m_window->close();
+        QTimer::singleShot(0, m_window.get(), [this] { server().release(); });
+        m_window->removeUploadedFile();
+        QCOMPARE(server().requests(Installation::cancel).constLast().field("songID"), "9");
+        QCOMPARE(server().requests(Installation::removal).size(), 1);
+    }
+
+    /// The second click of a double click on "PROCESS" does not press "CANCEL", which appears under
+    /// the mouse, and the other way round.
     void doubleClicks()
     {
         server().on(Installation::proceed, {Answer::never()});

@@ -28,7 +28,7 @@ const expected = {
     "settings": ["This folder is not available", {
         "Home": "cancel", "CANCEL": "cancel", "Restore Default Settings": "defaultSettings", "Apply the size": "saveScf 1.5",
         "Choose a folder: Save File Location": "chooseNewPath default_path_save /home/anna/Documents/TEKO/Save"}],
-    "archive": ["No file can have this name.", {
+    "archive": ["This name cannot be used for files.", {
         "Home": "cancel", "CLOSE": "cancel", "Open Saved Folder": "openFolder", "Vocals": "operateFile 0 false wav", "Mix": "operateFile 0 true wav",
         "Unlock Full Access": "cancel, unlockFullAccess", "Process Full File": "getFullFile 3"}],
     "archive-empty": ["No processed files for last 30 days", {}],

@@ -20,7 +20,7 @@ ViewCase {
         for (const [os, url, path] of [["linux", "file:///a/%FF", "/a/%FF"], ["mac", "file:///a/b", "/a/b"], ["win", "file:///C:/a%20b", "C:/a b"], ["win", "file://nas/a", "//nas/a"], ["win", "file://localhost/C:/a", "C:/a"]])
             compare(test.having("localPath").localPath(url, os), path);
     }
-    /// What is stored counts, not what was asked for.
+    /// The menu shows the stored value, not the requested one.
     function test_logging() {
         test.show("main-menu", 1);
         test.click("Logging: ON");
@@ -119,7 +119,7 @@ ViewCase {
         keyClick(Qt.Key_Home);
         test.checkSaved(test.settingsWith("default_instrument", "none"));
     }
-    /// A choice may ask for the player's place: no key makes one while the list is closed, and the list is closed by then.
+    /// A choice may open a dialog for the player's path: keys change nothing while the list is closed, and the list closes first.
     function test_players() {
         for (const [kind, label] of [["video", "Opening Video File In:"], ["audio", "Opening Audio File In:"]]) {
             test.show("settings", 1);
@@ -174,7 +174,7 @@ ViewCase {
         test.click("Edit");
         keyClick(Qt.Key_End);
         test.type("x");
-        // News from the service take nothing away that was typed.
+        // Changes from the service do not overwrite the user's input.
         test.view.userName = "Anna Maria";
         test.type("\t\tp\to");
         for (const busy of [true, false]) {

@@ -108,8 +108,8 @@ private slots:
     void players_data()
     {
         const Rows<QString, QString, bool> add;
-        add("film", "a.MKV", "Video Trimlet", true);
-        add("film of a kind that no result has", "a.avi", "Song Trimlet", true);
+        add("video", "a.MKV", "Video Trimlet", true);
+        add("video of a kind that no result has", "a.avi", "Song Trimlet", true);
         add("sound", "a.mp3", "Song Trimlet", true);
         add("player gone", "a.mp3", "Song Trimlet", false);
     }

@@ -71,7 +71,7 @@ private slots:
         add("wma", "wma", "wmav2 audio");
     }
 
-    /// Fresh ones, and stored ones of sound and of film; under a name that is hard to write.
+    /// Fresh ones, and stored audio and video results, under a name with special characters.
     void results()
     {
         const auto [suffix, streams] = fetchRow<QString, QString>();

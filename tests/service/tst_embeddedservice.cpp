@@ -38,7 +38,7 @@ private slots:
         add("floods", 1, "");
         add("crashes once", 2, "");
         add("crashes", 3, "*has ended unexpectedly.*service.log");
-        add("babbles", 1, "*gave no address.");
+        add("prints garbage", 1, "*did not report its address.");
     }
 
     /// Started again after a crash, twice at most; whoever waits for it is called once.

@@ -294,7 +294,7 @@ private slots:
         add("missing", "", Answer::text("gone", 404), failed + '*');
         for (const QByteArray urls : {"|/b", "file:///etc/passwd|/b", "http://me:secret@h/a|/b"})
             add(urls, urls, Answer::text("x"),
-                failed + "The service gave no usable address of the file.");
+                failed + "The service returned no usable address for the file.");
     }
 
     void downloads()

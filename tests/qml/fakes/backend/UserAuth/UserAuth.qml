@@ -19,7 +19,7 @@ QtObject {
     readonly property var startRecovery: email => Cases.record("startRecovery", email)
     readonly property var recover: (email, code, password) => Cases.record("recover", email, code, password)
     readonly property var signInLocally: () => Cases.record("signInLocally")
-    readonly property var forgetError: () => errorText = ""
+    readonly property var clearError: () => errorText = ""
 
     signal signedIn
     signal signedOut
