@@ -5,7 +5,8 @@
 namespace localservice {
 
 /// Waits until the program shall end: on the system's signals or, if wanted, at the end of its
-/// standard input. Construct one, before any thread. Also ignores SIGPIPE.
+/// standard input. Then Ctrl+C is ignored, which a terminal sends to all its programs. Construct
+/// one, before any thread. Also ignores SIGPIPE.
 class Termination final
 {
 public:
