@@ -6,6 +6,7 @@
 #include "base/guiscale.h"
 #include "base/messageboxcustom.h"
 #include "base/programdata.h"
+#include "processing/missingffmpeg.h"
 #include "processing/processingrules.h"
 #include "results/resultopener.h"
 #include "service/connectivity.h"
@@ -25,6 +26,7 @@ FileProcessing::FileProcessing(ProgramData &store)
     , m_memory(store)
     , m_server(store)
     , m_view(*view())
+    , m_taskbar(*this, m_view, *view())
 {
     connectServer();
     connectRoot();
@@ -133,6 +135,8 @@ void FileProcessing::prepareUpload()
         doneUploadConverting();
         return;
     }
+    if (showsMissingFfmpeg())
+        return m_run.reset();
     m_view.showConverting(tr("Preparing a file for upload"));
     m_run->worker().start(m_run->uploadConverter(), &ConvertingFile::prepareToUpload,
                           &ConvertingFile::doneUploadConverting, this,
@@ -281,11 +285,8 @@ void FileProcessing::finalConvert()
 
 void FileProcessing::saveDownloads()
 {
-    const QString unsaved = m_run->moveDownloads();
-    if (!unsaved.isEmpty()) {
-        showError(tr("The result could not be saved:\n\n%1").arg(unsaved));
-        return;
-    }
+    if (const QString unsaved = m_run->moveDownloads(); !unsaved.isEmpty())
+        return showError(unsavedText(unsaved));
     m_memory.remember(m_run->songId(), m_run->results());
     emit changeLayerWithDelay(QStringLiteral("success"));
 }
@@ -395,6 +396,5 @@ void FileProcessing::openFinalFiles(QString type)
     qInfo() << "FileProcessing::openFinalFiles" << type;
     const QString missing = openResult(m_store, results(), type);
     if (!missing.isEmpty())
-        MessageBoxCustom::critical(tr("File Processing Error"),
-                                   tr("Downloaded files not exists:\n\n%1").arg(missing));
+        MessageBoxCustom::critical(tr("File Processing Error"), missingText(missing));
 }

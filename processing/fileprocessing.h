@@ -5,6 +5,7 @@
 #include "base/viewwindow.h"
 #include "processing/processingrun.h"
 #include "processing/processingview.h"
+#include "processing/runintaskbar.h"
 #include "results/resultmemory.h"
 #include "service/tekoserver.h"
 
@@ -93,6 +94,7 @@ private:
     ResultMemory m_memory;
     TekoServer m_server;
     ProcessingView m_view;
+    RunInTaskbar m_taskbar;
     Source m_source;
     std::unique_ptr<ProcessingRun> m_run; ///< none after an end, but for a success
     std::unique_ptr<QObject> m_opening; ///< gone once the user wants something else

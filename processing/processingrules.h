@@ -23,6 +23,10 @@ class QRandomGenerator64;
 /// That a result could not be converted, and where the downloads were saved instead, if they were.
 [[nodiscard]] QString unconvertedText(const QString &result, const QStringList &savedInstead);
 
+/// That a result could not be given its name, or is no longer there.
+[[nodiscard]] QString unsavedText(const QString &result);
+[[nodiscard]] QString missingText(const QString &result);
+
 /// The stored choice as the window takes it over: "none" for one that it does not offer.
 [[nodiscard]] QString offeredInstrument(const QString &stored);
 [[nodiscard]] QString offeredFormat(const QString &stored, bool isVideo);

@@ -95,6 +95,16 @@ int ProcessingView::remainingSeconds() const
     return m_root.property("remainingProcessingTime").toInt();
 }
 
+std::optional<double> ProcessingView::percent() const
+{
+    const auto number = [this](const char *name) { return m_root.property(name).toDouble(); };
+    if (isLayer("uploading"))
+        return number("uploadingPercent");
+    if (isLayer("downloading"))
+        return (number("downloading1Percent") + number("downloading2Percent")) / 2;
+    return {};
+}
+
 void ProcessingView::showConverting(const QString &caption)
 {
     setLayer("converting");

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 class ProgramData;
 class QObject;
 
@@ -38,6 +40,8 @@ public:
     /// after an answer.
     void setRemainingSeconds(int seconds);
     [[nodiscard]] int remainingSeconds() const;
+    /// How far the transfer is that the layer shows; nothing while it shows none.
+    [[nodiscard]] std::optional<double> percent() const;
 
     /// Shows the conversion with what it is for.
     void showConverting(const QString &caption);
