@@ -13,9 +13,9 @@ set(CPACK_DEBIAN_PACKAGE_DEPENDS "ffmpeg, libqt6svg6, qml6-module-qtqml, qml6-mo
 qml6-module-qtquick, qml6-module-qtquick-controls, qml6-module-qtquick-layouts, qml6-module-qtquick-templates, \
 qml6-module-qtquick-window, qt6-qpa-plugins")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-liberation, libgl1-mesa-dri, qt6-wayland")
-set(CPACK_PACKAGE_DESCRIPTION "Pick an audio or video file, choose guitar, vocals, piano, bass or drums, and get
-two results: that instrument alone, and the mix without it, in the format that
-you want and, for a video, under its picture.
+set(CPACK_PACKAGE_DESCRIPTION "Pick an audio or video file, choose guitar, vocals, piano, bass or drums,
+and get two results: that instrument alone, and the mix without it, in the
+format that you want and, for a video, under its picture.
 .
 It comes with teko-batch, the same without a window, and with teko-service, the
 processing service, which the program starts by itself on this computer.")
