@@ -8,6 +8,7 @@
 #include "base/application.h"
 #include "base/messageboxcustom.h"
 #include "base/programdata.h"
+#include "base/taskbar.h"
 #include "base/version.h"
 #include "service/serviceconnection.h"
 
@@ -73,6 +74,7 @@ int runProgram(const QStringList &arguments)
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/teko.ico")));
     // The desktop finds the program's desktop entry and icon by this name.
     QApplication::setDesktopFileName(QStringLiteral("teko"));
+    prepareForWindows();
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     ProgramData &store = ProgramData::instance();
     setUpLogging(store);

@@ -12,6 +12,7 @@
 #include "results/resultopener.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QPointer>
 
 Archive::Archive(ProgramData &store)
@@ -231,7 +232,7 @@ void Archive::refuseMissingVideo(const QString &extension, const ArchiveRecord &
     refuse(tr("File Format Error"),
            tr("Cannot download and convert file to %1, because original video file is "
               "missed:\n\n%2")
-               .arg(extension, record.localFilePath));
+               .arg(extension, QDir::toNativeSeparators(record.localFilePath)));
 }
 
 void Archive::refuse(const QString &title, const QString &text)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "base/messageboxcustom.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QFont>
 
@@ -17,6 +18,8 @@ MessageBoxCustom::MessageBoxCustom(Icon icon, const QString &title, const QStrin
     setText(text);
     setStandardButtons(buttons);
     setDefaultButton(NoButton);
+    if (QAbstractButton *open = button(Open))
+        open->setText(tr("Open Folder"));
     // A modal window that stays on top would cover it.
     const QWidget *modal = QApplication::activeModalWidget();
     if (modal && modal->windowFlags().testFlag(Qt::WindowStaysOnTopHint))

@@ -5,7 +5,8 @@
 #include <QMessageBox>
 
 /// The program's modal message box. Its text is always plain, since much of it comes from outside.
-/// Each variant runs the box modally on the GUI thread and returns the button that closed it.
+/// Each variant runs the box modally on the GUI thread and returns the button that closed it. The
+/// button Open stands for a folder.
 class MessageBoxCustom final : public QMessageBox
 {
     Q_OBJECT

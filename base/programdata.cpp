@@ -155,7 +155,8 @@ QString ProgramData::folder(const SettingsKey &key) const
     const QString parent = appFolder();
     // Without an application folder a default would be "/Temp", which must not be emptied.
     const QString standard = parent.isEmpty() ? QString() : parent + u'/' + key.fallback;
-    const QString path = m_settings.value(key.name, standard).toString();
+    const QString path =
+        QDir::fromNativeSeparators(m_settings.value(key.name, standard).toString());
     if (!path.isEmpty() && !QFileInfo::exists(path))
         QDir().mkdir(path);
     return QFileInfo::exists(path) ? path : QString();

@@ -7,6 +7,7 @@
 #include "batch/console.h"
 #include "processing/processingrules.h"
 
+#include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
@@ -110,7 +111,8 @@ bool BatchRunner::runFile(const QString &file)
         return fail(file, tr("Interrupted."));
     if (layer() != QStringLiteral("success"))
         return fail(file, m_message);
-    m_results << m_window.results().main << Qt::endl << m_window.results().mix << Qt::endl;
+    for (const QString &result : {m_window.results().main, m_window.results().mix})
+        m_results << QDir::toNativeSeparators(result) << Qt::endl;
     return true;
 }
 

@@ -50,6 +50,8 @@ endfunction()
 # the target is built: configuring needs no ffmpeg.
 function(teko_link_ffmpeg target)
     if(WIN32)
+        # Nobody can tell where it is; the user lays it beside the programs.
+        add_custom_target(${target})
         return()
     endif()
     set(link ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/ffmpeg.exe)

@@ -3,6 +3,7 @@
 #include "localservice/base/log.h"
 #include "localservice/base/secrets.h"
 #include "localservice/platform/arguments.h"
+#include "localservice/platform/output.h"
 #include "localservice/platform/permissions.h"
 #include "localservice/platform/termination.h"
 #include "localservice/service.h"
@@ -24,17 +25,22 @@ constexpr std::size_t statusKeyBytes = 32;
 
 std::filesystem::path numbered(std::filesystem::path folder, int number)
 {
-    return folder += "-" + std::to_string(number);
+    folder += "-";
+    return folder += std::to_string(number);
 }
 
 // A folder in use belongs to another running program of the same user: an embedded service then
-// takes the next one, "service-2" and so on.
+// takes the next one, "service-2" and so on, with a log there: on Windows two programs that write
+// into one file overwrite each other's lines.
 std::unique_ptr<Service> start(Options options)
 {
     const std::filesystem::path folder = options.data;
     for (int number = 2;; ++number) {
         try {
-            return std::make_unique<Service>(options);
+            auto service = std::make_unique<Service>(options);
+            if (options.data != folder)
+                appendErrorsTo(DataFolder::logFile(options.data));
+            return service;
         } catch (const DatabaseBusy &) {
             if (!options.embedded || number > maxEmbedded)
                 throw;
@@ -88,6 +94,7 @@ int fail(const std::string &message, int code)
 
 int main(int argc, char **argv)
 {
+    useUtf8Console();
     try {
         // On Windows a static build of the library does not do that by itself.
         Poco::Net::initializeNetwork();

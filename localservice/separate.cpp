@@ -4,6 +4,7 @@
 #include "localservice/base/refusal.h"
 #include "localservice/engine/separation.h"
 #include "localservice/platform/arguments.h"
+#include "localservice/platform/output.h"
 
 #include <csignal>
 #include <cstdio>
@@ -105,6 +106,7 @@ int explainUsage(const char *sentence)
 
 int main(int argc, char **argv)
 {
+    useUtf8Console();
     const std::vector<std::string> words = commandLineWords(argc, argv);
     if (words == std::vector<std::string>{"--help"})
         return std::fputs(help, stdout) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;

@@ -37,6 +37,7 @@ Service::Service(const Options &options)
     , m_server(options.server,
                {m_processing, m_accounts, m_status, m_jobs, m_arriving, m_folder,
                 options.maxUploadBytes})
+    , m_log(DataFolder::logFile(options.data))
     , m_controlFile(DataFolder::controlFile(options.data), m_server.url(), options.server.statusKey)
 { }
 
@@ -58,6 +59,7 @@ std::string Service::startLine()
     json.set("url", url());
     json.set("email", account ? account->email : "");
     json.set("hash", hash);
+    json.set("log", utf8(m_log));
     if (!m_database.damagedFile().empty())
         json.set("recovered", utf8(m_database.damagedFile()));
     std::ostringstream line;

@@ -24,8 +24,8 @@ public:
         return m_server.isOpenToNetworkWithoutTls();
     }
     /// One line of JSON for the program that this service is embedded in: "url", "email" and "hash"
-    /// of the local account, which is made at the first call; "recovered", when a damaged database
-    /// was found, is its new file name.
+    /// of the local account, which is made at the first call; "log", the file that it may find
+    /// messages in; "recovered", when a damaged database was found, is its new file name.
     [[nodiscard]] std::string startLine();
 
 private:
@@ -41,6 +41,7 @@ private:
     Accounts m_accounts;
     ServiceStatus m_status;
     HttpServer m_server;
+    const std::filesystem::path m_log;
     ControlFile m_controlFile;
 };
 

@@ -6,6 +6,7 @@
 #include "base/guiscale.h"
 #include "base/messageboxcustom.h"
 #include "base/programdata.h"
+#include "processing/missingffmpeg.h"
 #include "processing/processingrules.h"
 #include "results/resultopener.h"
 #include "service/connectivity.h"
@@ -24,6 +25,7 @@ FileProcessing::FileProcessing(ProgramData &store)
     , m_memory(store)
     , m_server(store)
     , m_view(*view())
+    , m_taskbar(*this, m_view, *view())
 {
     connectServer();
     connectRoot();
@@ -68,8 +70,8 @@ bool FileProcessing::openWindow(const QString &path)
     m_view.presentFile(path, m_store);
     show();
     raise();
-    const QUrl check = m_store.endpoints().connectivity;
-    const bool isOnline = online(m_server.networkAccess(), check, opening);
+    const bool isOnline =
+        online(m_server.networkAccess(), m_store.endpoints().connectivity, opening);
     if (opening && !isOnline) {
         const OfflineNotice notice = offlineNotice(m_store);
         MessageBoxCustom::critical(notice.title, notice.text);
@@ -136,6 +138,10 @@ void FileProcessing::prepareUpload()
 {
     if (m_run->prepareWithoutConverting(m_store.defaultPathTemp()))
         return doneUploadConverting();
+    if (isFfmpegMissing()) {
+        m_run.reset();
+        return showMissingFfmpeg();
+    }
     m_view.showConverting(tr("Preparing a file for upload"));
     m_run->worker().start(m_run->uploadConverter(), &ConvertingFile::prepareToUpload,
                           &ConvertingFile::doneUploadConverting, this,
@@ -175,9 +181,7 @@ void FileProcessing::pictureProbed(bool hasPicture)
 
 void FileProcessing::send()
 {
-    m_view.setLayer("uploading");
-    if (m_source.isUploaded)
-        m_view.setUploadPercent(100);
+    m_view.showUpload(m_source.isUploaded);
     const QString problem = m_run->send(m_store.user());
     if (!problem.isEmpty())
         showError(problem);
@@ -190,8 +194,7 @@ void FileProcessing::runFromDemo(QString instrument, QString extension, int numb
     beginRun();
     if (!hasUsableFolders())
         return;
-    m_view.setLayer("uploading");
-    m_view.setUploadPercent(100);
+    m_view.showUpload(true);
     m_server.repeatDemoFile(m_store.user().hash, extension, number);
 }
 
@@ -284,9 +287,8 @@ void FileProcessing::finalConvert()
 
 void FileProcessing::saveDownloads()
 {
-    const QString unsaved = m_run->moveDownloads();
-    if (!unsaved.isEmpty())
-        return showError(tr("The result could not be saved:\n\n%1").arg(unsaved));
+    if (const QString unsaved = m_run->moveDownloads(); !unsaved.isEmpty())
+        return showError(unsavedText(unsaved));
     m_memory.remember(m_run->songId(), m_run->results());
     emit changeLayerWithDelay(QStringLiteral("success"));
 }
@@ -393,8 +395,6 @@ void FileProcessing::forgetUploadedFile()
 void FileProcessing::openFinalFiles(QString type)
 {
     qInfo() << "FileProcessing::openFinalFiles" << type;
-    const QString missing = openResult(m_store, results(), type);
-    if (!missing.isEmpty())
-        MessageBoxCustom::critical(tr("File Processing Error"),
-                                   tr("Downloaded files not exists:\n\n%1").arg(missing));
+    if (const QString missing = openResult(m_store, results(), type); !missing.isEmpty())
+        MessageBoxCustom::critical(tr("File Processing Error"), missingText(missing));
 }

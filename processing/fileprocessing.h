@@ -5,6 +5,7 @@
 #include "base/viewwindow.h"
 #include "processing/processingrun.h"
 #include "processing/processingview.h"
+#include "processing/runintaskbar.h"
 #include "results/resultmemory.h"
 #include "service/tekoserver.h"
 
@@ -118,6 +119,7 @@ private:
     ResultMemory m_memory;
     TekoServer m_server;
     ProcessingView m_view;
+    RunInTaskbar m_taskbar;
     Source m_source;
     std::unique_ptr<ProcessingRun> m_run; ///< null after a run ended, unless it succeeded
     std::unique_ptr<QObject> m_opening; ///< reset when the opening is superseded

@@ -5,6 +5,7 @@
 #include "base/mediaformats.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QStringList>
@@ -63,13 +64,25 @@ QString noPictureText(const QString &extension)
 
 QString unconvertedText(const QString &result, const QStringList &savedInstead)
 {
-    const QString text =
-        ProcessingRules::tr("The result could not be converted:\n\n%1").arg(result);
+    const QString text = ProcessingRules::tr("The result could not be converted:\n\n%1")
+                             .arg(QDir::toNativeSeparators(result));
     if (savedInstead.isEmpty())
         return text;
     return text + QStringLiteral("\n\n")
         + ProcessingRules::tr("What the service delivered was saved unconverted:\n\n%1")
-              .arg(savedInstead.join(u'\n'));
+              .arg(QDir::toNativeSeparators(savedInstead.join(u'\n')));
+}
+
+QString unsavedText(const QString &result)
+{
+    return ProcessingRules::tr("The result could not be saved:\n\n%1")
+        .arg(QDir::toNativeSeparators(result));
+}
+
+QString missingText(const QString &result)
+{
+    return ProcessingRules::tr("Downloaded files not exists:\n\n%1")
+        .arg(QDir::toNativeSeparators(result));
 }
 
 QString offeredInstrument(const QString &stored)

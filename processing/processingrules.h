@@ -23,6 +23,10 @@ class QRandomGenerator64;
 /// Reports that a result could not be converted, and where the downloads were saved instead, if so.
 [[nodiscard]] QString unconvertedText(const QString &result, const QStringList &savedInstead);
 
+/// Reports that a result could not get its name, or no longer exists.
+[[nodiscard]] QString unsavedText(const QString &result);
+[[nodiscard]] QString missingText(const QString &result);
+
 /// The stored choice, or "none" for one that the window does not offer.
 [[nodiscard]] QString offeredInstrument(const QString &stored);
 [[nodiscard]] QString offeredFormat(const QString &stored, bool isVideo);

@@ -72,6 +72,13 @@ void ProcessingView::resetCounters()
         set(name, 0);
 }
 
+void ProcessingView::showUpload(bool isUploaded)
+{
+    setLayer("uploading");
+    if (isUploaded)
+        setUploadPercent(100);
+}
+
 void ProcessingView::setUploadPercent(double percent)
 {
     set("uploadingPercent", percent);
@@ -94,6 +101,16 @@ void ProcessingView::setRemainingSeconds(int seconds)
 int ProcessingView::remainingSeconds() const
 {
     return m_root.property("remainingProcessingTime").toInt();
+}
+
+std::optional<double> ProcessingView::percent() const
+{
+    const auto number = [this](const char *name) { return m_root.property(name).toDouble(); };
+    if (isLayer("uploading"))
+        return number("uploadingPercent");
+    if (isLayer("downloading"))
+        return (number("downloading1Percent") + number("downloading2Percent")) / 2;
+    return {};
 }
 
 void ProcessingView::showConverting(const QString &caption)

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 class ProgramData;
 class QObject;
 
@@ -31,12 +33,16 @@ public:
 
     /// Sets all percentages and times to 0.
     void resetCounters();
+    /// Shows the layer "uploading", at 100 % for a file that the service has already.
+    void showUpload(bool isUploaded);
     void setUploadPercent(double percent);
     void setDownloadPercent(bool isSecond, double percent);
     /// Sets the remaining seconds and emits the change signal even for an unchanged value: the view
     /// polls again only after an answer.
     void setRemainingSeconds(int seconds);
     [[nodiscard]] int remainingSeconds() const;
+    /// How far the transfer is that the layer shows; nothing while it shows none.
+    [[nodiscard]] std::optional<double> percent() const;
 
     /// Shows the conversion layer with a caption.
     void showConverting(const QString &caption);

@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.cpp' '*.h')
 mapfile -t views < <(git ls-files --cached --others --exclude-standard '*.qml')
 clang-format-14 --dry-run --Werror "${sources[@]}"
-desktop-file-validate packaging/teko.desktop
+desktop-file-validate packaging/linux/teko.desktop
 
 qmlformat=$(command -v qmlformat6 || echo /usr/lib/qt6/bin/qmlformat)
 status=0

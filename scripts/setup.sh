@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-FileCopyrightText: The TEKO authors
 # SPDX-License-Identifier: Apache-2.0
-# Installs what is missing of Debian's packages. Usage: scripts/setup.sh [build] [run] [check] [tidy]
+# Installs what is missing of Debian's packages. Usage: scripts/setup.sh [build] [run] [check] [tidy] [windows] [wine] [package]
 set -euo pipefail
 
 build=(g++ cmake ninja-build pkg-config ca-certificates git
@@ -12,6 +12,9 @@ run=(ffmpeg libqt6svg6 qt6-qpa-plugins qt6-wayland libgl1-mesa-dri fonts-liberat
     qml6-module-qtquick-controls qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window)
 check=(clang-format-14 qml6-module-qttest xvfb xauth curl python3 iproute2 desktop-file-utils)
 tidy=(clang-tidy-14)
+windows=(g++-mingw-w64-x86-64-posix)
+wine=(wine wine64 xvfb xdotool imagemagick)
+package=(nsis zip lintian appstream dpkg-dev fakeroot)
 
 wanted=()
 for group in "$@"; do

@@ -34,16 +34,18 @@ std::optional<ServiceAnnouncement> parseAnnouncement(const QByteArray &line)
     if (!isThisMachine(url))
         return {};
     return ServiceAnnouncement{url, object.value(QLatin1String("email")).toString(),
-                               object.value(QLatin1String("hash")).toString()};
+                               object.value(QLatin1String("hash")).toString(),
+                               object.value(QLatin1String("log")).toString()};
 }
 
 EmbeddedService::EmbeddedService(const QString &program, const QString &dataFolder, QObject *parent)
     : QObject(parent)
     , m_dataFolder(dataFolder)
+    , m_log(dataFolder + QLatin1String("/service.log"))
 {
     m_process.setProgram(program);
     m_process.setArguments({QStringLiteral("--embedded"), QStringLiteral("--data"), dataFolder});
-    m_process.setStandardErrorFile(logFile(), QIODevice::Append);
+    m_process.setStandardErrorFile(m_log, QIODevice::Append);
     m_startTimer.setSingleShot(true);
     m_startTimer.setInterval(startTimeout);
     connect(&m_startTimer, &QTimer::timeout, this, &EmbeddedService::abortStart);
@@ -62,11 +64,6 @@ EmbeddedService::~EmbeddedService()
         return;
     m_process.kill();
     m_process.waitForFinished(graceMs);
-}
-
-QString EmbeddedService::logFile() const
-{
-    return m_dataFolder + QLatin1String("/service.log");
 }
 
 void EmbeddedService::start()
@@ -114,6 +111,8 @@ void EmbeddedService::readOutput()
         m_process.closeWriteChannel();
         return fail(tr("The processing service of this computer did not report its address."));
     }
+    if (!m_announcement->log.isEmpty())
+        m_log = m_announcement->log;
     settle(State::Ready);
 }
 

@@ -15,6 +15,7 @@ struct ServiceAnnouncement
     QUrl url; ///< where it listens, without a trailing slash
     QString email; ///< the local account that it keeps
     QString hash;
+    QString log; ///< the file with its messages; empty when it does not say
 
     bool operator==(const ServiceAnnouncement &) const = default;
 };
@@ -47,8 +48,9 @@ public:
         return m_announcement;
     }
 
-    /// The file that takes the service's messages.
-    [[nodiscard]] QString logFile() const;
+    /// The file that takes the service's messages: its own when it says so, since it uses another
+    /// folder while another program has it.
+    [[nodiscard]] const QString &logFile() const { return m_log; }
 
 signals:
     /// After each start that succeeded.
@@ -71,6 +73,7 @@ private:
     void settle(State state);
 
     const QString m_dataFolder;
+    QString m_log;
     QProcess m_process;
     State m_state = State::Idle;
     int m_restartsLeft = 2;

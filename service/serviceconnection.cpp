@@ -55,6 +55,7 @@ void ServiceConnection::startEmbedded()
     connect(m_service.get(), &EmbeddedService::ready, this, [this] {
         const auto &announcement = m_service->announcement();
         m_store.setLocalAccount(LocalAccount{announcement->email, announcement->hash});
+        m_store.setEmbeddedServiceLog(m_service->logFile());
     });
     m_service->start();
 }

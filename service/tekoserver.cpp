@@ -11,6 +11,7 @@
 
 #include <QDeadlineTimer>
 #include <QDebug>
+#include <QDir>
 #include <QFileInfo>
 #include <QHttpMultiPart>
 #include <QNetworkReply>
@@ -74,7 +75,7 @@ void TekoServer::uploadFile(const QString &instrument, const QString &filePath,
     m_errorText.clear();
     auto file = std::make_unique<FrozenFile>(filePath);
     if (!file->open(QIODevice::ReadOnly)) {
-        m_errorText = tr("Failed to open file: %1").arg(filePath);
+        m_errorText = tr("Failed to open file: %1").arg(QDir::toNativeSeparators(filePath));
         qInfo().noquote() << m_errorText;
         return;
     }

@@ -8,6 +8,7 @@
 #include "settings/siblingprograms.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QFile>
 #include <QJSValue>
 #include <QQuickItem>
@@ -84,8 +85,8 @@ void Settings::loadProgramSettings()
 QVariantMap Settings::storedSettings() const
 {
     using namespace SettingsKeys;
-    return {{openFolder.name, m_store.defaultPathOpen()},
-            {saveFolder.name, m_store.defaultPathSave()},
+    return {{openFolder.name, QDir::toNativeSeparators(m_store.defaultPathOpen())},
+            {saveFolder.name, QDir::toNativeSeparators(m_store.defaultPathSave())},
             {videoFormat.name, m_store.defaultVideoFormat()},
             {audioFormat.name, m_store.defaultAudioFormat()},
             {instrument.name, m_store.defaultInstrument()},
@@ -143,7 +144,8 @@ void Settings::save(const QVariant &values)
 void Settings::chooseNewPath(const QString &settingsKey, const QString &path)
 {
     qInfo() << "Settings::chooseNewPath" << settingsKey;
-    const QString chosen = m_dialogs.chooseFolder(tr("Please Select a new folder"), path);
+    const QString chosen =
+        QDir::toNativeSeparators(m_dialogs.chooseFolder(tr("Please Select a new folder"), path));
     if (!chosen.isEmpty() && chosen != path)
         emit updatePathField(chosen, settingsKey);
 }

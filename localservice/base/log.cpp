@@ -52,6 +52,8 @@ void log(std::string_view message)
         + printable(message) + "\n";
     // One call per line: the C library keeps lines of several threads apart.
     std::fputs(line.c_str(), stderr);
+    // On Windows a file waits for the end of the program.
+    std::fflush(stderr);
 }
 
 } // namespace localservice

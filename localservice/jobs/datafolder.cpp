@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/jobs/datafolder.h"
 
+#include "localservice/base/paths.h"
 #include "localservice/store/database.h"
 
 #include <algorithm>
@@ -19,7 +20,7 @@ namespace {
 // somebody else and stay.
 void removeIfOwn(const fs::path &path)
 {
-    const std::string stem = path.stem().string();
+    const std::string stem = utf8(path.stem());
     const bool isHex = stem.find_first_not_of("0123456789abcdef") == std::string::npos;
     std::error_code ignored;
     if (isHex && stem.size() >= 2 * diskNameBytes)
@@ -103,10 +104,11 @@ void DataFolder::removeStagingDir(const std::string &token) const noexcept
     fs::remove_all(m_root / "work" / token, ignored);
 }
 
-void DataFolder::removeUpload(const std::string &file) const noexcept
+bool DataFolder::removeUpload(const std::string &file) const noexcept
 {
-    std::error_code ignored;
-    fs::remove(upload(file), ignored);
+    std::error_code error;
+    fs::remove(upload(file), error);
+    return !error;
 }
 
 void DataFolder::removeResults(const std::string &token) const noexcept
@@ -122,7 +124,7 @@ void DataFolder::removeUnknownResults(const std::vector<std::string> &knownToken
         fs::file_time_type::clock::now() - std::chrono::seconds(secondsNow() - before);
     for (const auto &entry : fs::directory_iterator(m_root / "results")) {
         std::error_code ignored;
-        const std::string name = entry.path().filename().string();
+        const std::string name = utf8(entry.path().filename());
         const bool isKnown =
             std::find(knownTokens.begin(), knownTokens.end(), name) != knownTokens.end();
         if (!isKnown && entry.last_write_time(ignored) < limit)
@@ -135,7 +137,7 @@ void DataFolder::removeLeftovers(const std::vector<std::string> &knownUploads) c
     for (const auto &entry : fs::directory_iterator(m_root / "work"))
         removeIfOwn(entry.path());
     for (const auto &entry : fs::directory_iterator(m_root / "uploads")) {
-        const std::string name = entry.path().filename().string();
+        const std::string name = utf8(entry.path().filename());
         if (std::find(knownUploads.begin(), knownUploads.end(), name) == knownUploads.end())
             removeIfOwn(entry.path());
     }

@@ -23,6 +23,11 @@ public:
     {
         return root / "running";
     }
+    /// Where the program that the service is embedded in finds its messages.
+    [[nodiscard]] static std::filesystem::path logFile(const std::filesystem::path &root)
+    {
+        return root / "service.log";
+    }
     /// What is left of the disk, in bytes.
     [[nodiscard]] std::uint64_t freeBytes() const noexcept;
     [[nodiscard]] std::filesystem::path upload(const std::string &file) const;
@@ -34,7 +39,8 @@ public:
     void publish(const std::string &token) const;
     /// Removes what is left of a job's unfinished work.
     void removeStagingDir(const std::string &token) const noexcept;
-    void removeUpload(const std::string &file) const noexcept;
+    /// Returns whether the file is gone: Windows keeps one that is open.
+    [[nodiscard]] bool removeUpload(const std::string &file) const noexcept;
     void removeResults(const std::string &token) const noexcept;
     /// Removes results that belong to no job and are older than a time (in seconds since 1970), as
     /// after the loss of a damaged database.

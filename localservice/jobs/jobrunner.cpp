@@ -257,8 +257,13 @@ double JobRunner::estimate(const Job &job)
 void JobRunner::purgeUploads()
 {
     const std::int64_t before = secondsNow() - m_settings.keepDays * secondsPerDay;
-    for (const std::string &file : m_uploads.takeUnneeded(before))
-        m_folder.removeUpload(file);
+    const std::vector<std::string> files = m_uploads.takeUnneeded(before);
+    {
+        const std::lock_guard lock(m_unneededMutex);
+        m_unneeded.insert(m_unneeded.end(), files.begin(), files.end());
+        std::erase_if(m_unneeded,
+                      [this](const std::string &file) { return m_folder.removeUpload(file); });
+    }
     m_database.refillReserve();
 }
 

@@ -104,6 +104,8 @@ private:
     const DataFolder &m_folder;
     SeparateFunction m_separate;
     const RunnerSettings m_settings;
+    std::mutex m_unneededMutex;
+    std::vector<std::string> m_unneeded; // uploads to delete, once no stopping job has them open
     std::mutex m_mutex; // of all that follows
     std::condition_variable m_changed;
     bool m_stopping = false;

@@ -15,6 +15,7 @@ namespace localservice {
 namespace {
 
 constexpr DWORD pollMilliseconds = 20;
+constexpr DWORD endMilliseconds = 5000;
 
 // A word as CommandLineToArgvW() reads it back.
 std::wstring quoted(const std::wstring &word)
@@ -163,8 +164,11 @@ ChildResult runChild(const std::vector<std::string> &words, const std::atomic<bo
     ResumeThread(thread.get());
     const ChildResult result = waitFor(process.get(), output.reader.get(), cancelled, onOutput);
     // The job ends the others when it closes here, but its own process only if it could join.
-    if (result == ChildResult::Cancelled)
+    if (result == ChildResult::Cancelled) {
         TerminateProcess(process.get(), 1);
+        // Only then are its files free to be deleted.
+        WaitForSingleObject(process.get(), endMilliseconds);
+    }
     return result;
 }
 

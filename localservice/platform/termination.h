@@ -5,7 +5,8 @@
 namespace localservice {
 
 /// Waits for the request to terminate: a signal of the system or, optionally, the end of standard
-/// input. Construct one, before any thread. Also ignores SIGPIPE.
+/// input; with the latter Ctrl+C is ignored, which a terminal sends to all its programs. Construct
+/// one, before any thread. Also ignores SIGPIPE.
 class Termination final
 {
 public:

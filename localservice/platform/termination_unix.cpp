@@ -49,6 +49,10 @@ Termination::Termination(bool watchInput)
     action.sa_handler = onSignal;
     for (const int number : {SIGINT, SIGTERM, SIGHUP})
         sigaction(number, &action, nullptr);
+    // Ctrl+C reaches the program at the other end of the input as well, which has work left for the
+    // service.
+    if (m_watchInput)
+        std::signal(SIGINT, SIG_IGN);
 }
 
 Termination::~Termination()

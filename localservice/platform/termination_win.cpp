@@ -11,10 +11,15 @@ namespace localservice {
 namespace {
 
 HANDLE endEvent = nullptr;
+bool isEndOfInputAwaited = false;
 
 // Runs on a thread of its own.
 BOOL WINAPI onConsoleEvent(DWORD event)
 {
+    // The program at the other end of the input hears it as well, and has work left for the
+    // service.
+    if (isEndOfInputAwaited && (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT))
+        return TRUE;
     SetEvent(endEvent);
     // With any other event the system ends the program as soon as this returns, or a few
     // seconds later.
@@ -38,6 +43,7 @@ Termination::Termination(bool watchInput)
     : m_watchInput(watchInput)
 {
     endEvent = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    isEndOfInputAwaited = watchInput;
     SetConsoleCtrlHandler(onConsoleEvent, TRUE);
     // The read cannot be called off; the thread ends with the process.
     if (m_watchInput)

@@ -8,6 +8,7 @@
 #include <Poco/Net/HTTPServerParams.h>
 #include <Poco/Net/TCPServerConnectionFactory.h>
 
+#include <stdexcept>
 #include <utility>
 
 namespace localservice {
@@ -97,8 +98,16 @@ Poco::Net::ServerSocket listenOn(const ServerSettings &settings)
     Poco::Net::ServerSocket socket = settings.certificate.empty()
         ? Poco::Net::ServerSocket()
         : makeTlsSocket(settings.certificate, settings.key);
-    socket.bind(Poco::Net::SocketAddress(settings.host, settings.port), true, false);
-    socket.listen(listenBacklog);
+    const Poco::Net::SocketAddress address(settings.host, settings.port);
+    try {
+        socket.bind(address, true, false);
+        socket.listen(listenBacklog);
+    } catch (const Poco::IOException &error) {
+        // Windows says of a port in use that permission is denied.
+        throw std::runtime_error("Cannot listen on " + address.toString()
+                                 + ", where another program may be listening. ("
+                                 + error.displayText() + ")");
+    }
     return socket;
 }
 

@@ -26,8 +26,7 @@ const Operation askDownload = [](TekoServer &server) { server.download(5, "x", t
 
 } // namespace
 
-/// The client against a scripted server: what goes over the wire and onto the disk, and which
-/// signals come of it.
+/// The client against a scripted server: what it sends and saves, and which signals come of it.
 class TestTekoServer final : public TestCase
 {
     Q_OBJECT

@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# SPDX-FileCopyrightText: The TEKO authors
+# SPDX-License-Identifier: Apache-2.0
+# Makes the files of a release, with their checksums, in build/packages. The same commit makes the same bytes.
+#   scripts/package.sh windows   the installer and the ZIP; needs TEKO_WINDOWS_SYSROOT (docs/windows.md)
+#   scripts/package.sh deb       the Debian package, checked by lintian
+set -euo pipefail
+cd "$(dirname "$0")/.."
+kind=${1-}
+[[ $kind == windows || $kind == deb ]] || {
+    echo "Usage: scripts/package.sh windows|deb" >&2
+    exit 2
+}
+# Qt's compiler of views writes in the order of its hashes and of its objects' addresses: neither shall be random.
+if [[ -z ${QT_HASH_SEED-} ]]; then
+    export QT_HASH_SEED=0
+    exec setarch -R scripts/package.sh "$kind"
+fi
+build=build/package-$kind
+packages=build/packages
+SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
+export SOURCE_DATE_EPOCH
+[[ -z $(git status --porcelain --untracked-files=no) ]] || echo "There are changes that are not in the commit." >&2
+
+# From scratch: what is compiled in carries the time of the commit.
+rm -rf "$build"
+if [[ $kind == windows ]]; then
+    scripts/build-windows.sh "$build"
+else
+    scripts/setup.sh build run
+    cmake --preset release -B "$build" -DCMAKE_INSTALL_PREFIX=/usr
+    cmake --build "$build"
+fi
+scripts/setup.sh package
+(cd "$build" && cpack)
+
+mkdir -p "$packages"
+mapfile -t files < <(find "$build" -maxdepth 1 -name '*.exe' -o -maxdepth 1 -name '*.zip' -o -maxdepth 1 -name '*.deb')
+mv "${files[@]}" "$packages"
+(cd "$packages" && find . -maxdepth 1 -type f ! -name SHA256SUMS -printf '%P\n' | sort | xargs sha256sum >SHA256SUMS && cat SHA256SUMS)
+if [[ $kind == deb ]]; then
+    appstreamcli validate --no-net packaging/linux/teko.metainfo.xml
+    lintian --fail-on error "$packages"/*.deb
+fi
