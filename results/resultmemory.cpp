@@ -58,8 +58,6 @@ QString ResultMemory::pathOf(int jobId, const QString &saved, const QString &ext
 
 bool ResultMemory::isAnothers(int jobId, const QString &path) const
 {
-    if (!QFileInfo::exists(path))
-        return false;
     const QStringList own{key(jobId, "main"), key(jobId, "mix")};
     const QStringList keys = m_file.allKeys();
     return std::any_of(keys.begin(), keys.end(), [&](const QString &each) {

@@ -68,7 +68,7 @@ private slots:
                  (ResultPaths{home.path("Save/a (1).flac"), home.path("Save/b (1).flac")}));
         QVERIFY(!memory.find(8, "mp3"));
         // Another song of that name, saved in another format.
-        const ResultPaths others{writeFile(home.path("Save/a (1).flac")), home.path("Save/b.flac")};
+        const ResultPaths others{home.path("Save/a (1).flac"), home.path("Save/b.flac")};
         ResultMemory(*home.store).remember(9, others);
         QCOMPARE(memory.find(7, "flac")->main, home.path("Save/a (1) (1).flac"));
         QCOMPARE(memory.find(9, "flac"), others);
