@@ -124,8 +124,9 @@ DRUM_NAMES = {36: r"kick|bass ?drum|\bbd|^base", 38: r"snare|\bsn|\bsd", 42: r"c
               49: r"crash|cra|cc_", 51: r"ride", 48: r"tom.*h|tom ?1|\bth|ht", 45: r"tom.*m|tom ?2|tom|conga", 41: r"tom.*l|floor|ft|tom ?3", 37: r"stick|rim|click|clap"}
 
 
-def drum_kit(folder):
-    """A player for a kit of Hydrogen: the loudest layer of each instrument whose name says what it is."""
+def drum_kit(folder, checked=lambda path: path):
+    """A player for a kit of Hydrogen: the loudest layer of each instrument whose name says what it is. Each file's path goes
+    through `checked` first."""
     samples = {}
     for instrument in xml.etree.ElementTree.parse(os.path.join(folder, "drumkit.xml")).iter():
         if not instrument.tag.endswith("instrument"):
@@ -134,7 +135,7 @@ def drum_kit(folder):
         name, path = texts.get("name", ""), os.path.join(folder, texts.get("filename", ""))
         for key, pattern in DRUM_NAMES.items():
             if key not in samples and os.path.isfile(path) and re.search(pattern, name + " " + texts.get("filename", ""), re.I):
-                samples[key] = path
+                samples[key] = checked(path)
                 break
     return Sampler(samples)
 

@@ -43,6 +43,7 @@ class Plan(NamedTuple):
     without: tuple = ()
     mono: bool = False
     detail: object = None
+    seconds: int = SECONDS
 
 
 def _font(name):
@@ -145,7 +146,7 @@ def singer(voice, random):
         return Singer(paths)
 
 
-def sung(singer_, melody, random, seconds=SECONDS):
+def sung(singer_, melody, seconds, random):
     """A melody by a singer; now and then with a second voice on the sides."""
     vibrato = random.uniform(0.1, 0.5)
     voice = singer_.sing(melody, seconds, random, vibrato)
@@ -168,21 +169,21 @@ GUITARS = {"power": [29, 30], "lead": [29, 30, 27], "chops": [27, 28], "muted": 
 
 def written_parts(plan, cast, random):
     """The parts of a random song, each by a player of the cast."""
-    song = composer.Song(plan.seed, SECONDS)
+    song = composer.Song(plan.seed, plan.seconds)
     notes, way = composer.guitar(song)
     program, font = random.choice(GUITARS[way]), cast.font(random)
-    strings = lambda played: font.play(played, SECONDS, program)  # noqa: E731
+    strings = lambda played: font.play(played, plan.seconds, program)  # noqa: E731
     guitar = twice(strings, notes, song) if plan.seats[0] == 2 else strings(notes)
     if program in (26, 27) and random.random() < 0.3:
         guitar = driven(guitar, random.uniform(3, 20))
     singer_ = cast.singer(random)
     return {
         "guitar": guitar,
-        "vocals": sung(singer_, composer.melody(song, singer_.key + int(random.integers(0, 7))), random),
-        "piano": cast.font(random).play(composer.piano(song), SECONDS, random.choice([0, 0, 0, 1, 2, 4, 5])),
-        "bass": cast.font(random).play(composer.bass(song), SECONDS, random.choice([32, 33, 33, 34, 35, 36, 38])),
-        "drums": cast.kit(random).play(composer.drums(song), SECONDS, drums=True),
-        "rest": cast.font(random).play(composer.others(song), SECONDS, random.choice([16, 19, 21, 48, 40, 56, 73])),
+        "vocals": sung(singer_, composer.melody(song, singer_.key + int(random.integers(0, 7))), plan.seconds, random),
+        "piano": cast.font(random).play(composer.piano(song), plan.seconds, random.choice([0, 0, 0, 1, 2, 4, 5])),
+        "bass": cast.font(random).play(composer.bass(song), plan.seconds, random.choice([32, 33, 33, 34, 35, 36, 38])),
+        "drums": cast.kit(random).play(composer.drums(song), plan.seconds, drums=True),
+        "rest": cast.font(random).play(composer.others(song), plan.seconds, random.choice([16, 19, 21, 48, 40, 56, 73])),
     }
 
 
@@ -198,43 +199,43 @@ def part_of(program):
 def score_parts(plan, cast, random):
     """The parts of an excerpt of a score that somebody wrote; one lead instrument is sung instead."""
     name, begin = plan.detail
-    by_program = midi.notes_by_program(midi.score(cast.half.scores, name), begin, SECONDS)
-    parts = {part: np.zeros((2, SECONDS * RATE), np.float32) for part in PROGRAMS}
+    by_program = midi.notes_by_program(midi.score(cast.half.scores, name), begin, plan.seconds)
+    parts = {part: np.zeros((2, plan.seconds * RATE), np.float32) for part in PROGRAMS}
     leads = [p for p in by_program if part_of(p) == "rest" and len(by_program[p]) > 12]
     if leads:
         lead = max(leads, key=lambda p: (p in (80, 81, 87), len(by_program[p])))
         singer_, melody = cast.singer(random), midi.one_at_a_time(by_program.pop(lead))
         shift = 12 * round((singer_.key + 4 - np.median([n.key for n in melody])) / 12)
-        parts["vocals"] = sung(singer_, [n._replace(key=n.key + shift) for n in melody], random)
+        parts["vocals"] = sung(singer_, [n._replace(key=n.key + shift) for n in melody], plan.seconds, random)
     for program, notes in by_program.items():
         part = part_of(program)
         player = cast.kit(random) if part == "drums" else cast.font(random)
-        take = player.play(notes, SECONDS, max(program, 0), part == "drums")
+        take = player.play(notes, plan.seconds, max(program, 0), part == "drums")
         parts[part] = parts.get(part, 0) + take
     return parts
 
 
 def loop_parts(plan, cast, random):
     """Sampled loops of drums and bass, and single recorded tones played at other pitches."""
-    song = composer.Song(plan.seed, SECONDS)
+    song = composer.Song(plan.seed, plan.seconds)
     folder = SONIC_PI if cast.half is TUNING else LMMS
     bar = 16 * song.sixteenth
-    loops = [Loop(next(iter(glob.glob(f"{folder}**/{name}.*", recursive=True)))).play(bar, SECONDS) for name in plan.detail]
+    loops = [Loop(next(iter(glob.glob(f"{folder}**/{name}.*", recursive=True)))).play(bar, plan.seconds) for name in plan.detail]
     singer_ = cast.singer(random)
     parts = {
         "drums": loops[0] + 0.4 * loops[2],
-        "bass": cast.sampler("bass").play(composer.bass(song), SECONDS) if cast.half is TUNING else loops[1],
-        "vocals": sung(singer_, composer.melody(song, singer_.key + int(random.integers(0, 7))), random),
-        "guitar": cast.sampler("guitar").play(composer.guitar(song)[0], SECONDS),
-        "piano": cast.sampler("piano").play(composer.piano(song), SECONDS),
+        "bass": cast.sampler("bass").play(composer.bass(song), plan.seconds) if cast.half is TUNING else loops[1],
+        "vocals": sung(singer_, composer.melody(song, singer_.key + int(random.integers(0, 7))), plan.seconds, random),
+        "guitar": cast.sampler("guitar").play(composer.guitar(song)[0], plan.seconds),
+        "piano": cast.sampler("piano").play(composer.piano(song), plan.seconds),
     }
-    return {**parts, "rest": loops[1] if cast.half is TUNING else cast.sampler("rest").play(composer.others(song), SECONDS)}
+    return {**parts, "rest": loops[1] if cast.half is TUNING else cast.sampler("rest").play(composer.others(song), plan.seconds)}
 
 
 def take_parts(plan):
     """A recording of musicians, of which only the guitar is known by itself."""
     folder, begin = plan.detail
-    cut = slice(begin * RATE, (begin + SECONDS) * RATE)
+    cut = slice(begin * RATE, (begin + plan.seconds) * RATE)
     return {"guitar": load(f"{FRETS}{folder}/guitar.ogg")[:, cut], "rest": load(f"{FRETS}{folder}/song.ogg")[:, cut]}
 
 
@@ -264,7 +265,7 @@ def make(plan, cast):
     if plan.mono:
         parts = {part: np.repeat(sound.mean(0, keepdims=True), 2, axis=0) for part, sound in parts.items()}
     peak = np.abs(sum(parts.values())).max()
-    return {part: fitted(sound * (0.9 / peak), SECONDS * RATE) for part, sound in parts.items()}
+    return {part: fitted(sound * (0.9 / peak), plan.seconds * RATE) for part, sound in parts.items()}
 
 
 def render(folder, half):
