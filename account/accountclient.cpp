@@ -76,7 +76,6 @@ void AccountClient::finish(const Request &request, const AccountAnswer &answer)
     // A session is checked again and again while the service is out of reach.
     if (std::exchange(m_lastLoggedOutcome, news) != news)
         qInfo().noquote() << "AccountClient:" << news;
-    m_replyText = answer.text;
     if (request.context)
         request.handler(answer);
 }

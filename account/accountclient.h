@@ -53,9 +53,6 @@ public:
     /// Aborts all requests that are under way.
     void abort();
 
-    /// The text of the last answer.
-    [[nodiscard]] const QString &replyText() const { return m_replyText; }
-
 private:
     struct Request;
 
@@ -67,6 +64,5 @@ private:
     ProgramData &m_store;
     QNetworkAccessManager *const m_network;
     std::unique_ptr<QObject> m_requests; ///< whose death aborts them
-    QString m_replyText;
     QString m_lastLoggedOutcome; ///< so that a repeated one is left out
 };

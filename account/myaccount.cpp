@@ -48,7 +48,8 @@ MyAccount::MyAccount(ProgramData &store)
     , m_client(store)
 {
     connectToView(SIGNAL(loaded()), SIGNAL(loaded()));
-    connectView(SIGNAL(save(QString, QString, QString)), SLOT(save(QString, QString, QString)));
+    connectView(SIGNAL(save(QString, QString, QString, QString)),
+                SLOT(save(QString, QString, QString, QString)));
     connectView(SIGNAL(cancel()), SLOT(cancel()));
     connectView(SIGNAL(unlockFullAccess()), SIGNAL(unlockFullAccess()));
 }
@@ -120,7 +121,8 @@ void MyAccount::askFilesLeft()
                   });
 }
 
-void MyAccount::save(const QString &name, const QString &email, const QString &password)
+void MyAccount::save(const QString &name, const QString &email, const QString &password,
+                     const QString &oldPassword)
 {
     qInfo() << "MyAccount::save";
     const QString problem = validateChange(name, email, password);
@@ -133,7 +135,8 @@ void MyAccount::save(const QString &name, const QString &email, const QString &p
                   {{QStringLiteral("hash"), m_store.user().hash},
                    {QStringLiteral("name"), name.trimmed()},
                    {QStringLiteral("email"), email.trimmed()},
-                   {QStringLiteral("password"), password}},
+                   {QStringLiteral("password"), password},
+                   {QStringLiteral("oldPassword"), oldPassword}},
                   this, [this](const AccountAnswer &answer) { saved(answer); });
 }
 

@@ -28,8 +28,10 @@ signals:
     void unlockFullAccess();
 
 public slots:
-    /// Changes the account; an empty password keeps the old one.
-    void save(const QString &name, const QString &email, const QString &password);
+    /// Changes the account; an empty password keeps the old one. The service wants the old password
+    /// for a change of the e-mail address or the password.
+    void save(const QString &name, const QString &email, const QString &password,
+              const QString &oldPassword);
     void cancel();
 
 protected:

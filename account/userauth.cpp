@@ -59,7 +59,9 @@ void UserAuth::startCheck()
 
 void UserAuth::checkKept()
 {
-    // Two calls of initialCheck() in a row come here twice.
+    // Two calls of initialCheck() in a row come here twice, and the first may have been enough.
+    if (!m_isChecking)
+        return;
     m_client.abort();
     const Credentials kept = m_session.restore();
     setEmail(kept.email);

@@ -10,7 +10,8 @@
 class TemporaryFolder final
 {
 public:
-    /// An empty path stands for a folder that is not available.
+    /// Removes what a program that crashed has left, unless another one works in the folder. An
+    /// empty path stands for a folder that is not available.
     explicit TemporaryFolder(const QString &path);
 
     /// Ends the work in the folder and removes its files, unless another program still works there.
@@ -18,8 +19,10 @@ public:
     void clear();
 
 private:
+    void removeFiles() const;
     [[nodiscard]] bool isUsedByOthers() const;
 
     const QString m_path;
+    const QString m_lockName;
     QLockFile m_lock;
 };

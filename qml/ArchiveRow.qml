@@ -85,6 +85,8 @@ FocusScope {
                 font.family: row.look.defaultFont
                 font.pointSize: row.look.fonts.font8_10.pointSize
                 font.italic: true
+                fontSizeMode: Text.HorizontalFit
+                minimumPointSize: Math.max(1, Math.round(6 * row.scf))
                 color: row.isUsable ? Colors.listNote : Colors.listWarning
                 elide: Text.ElideRight
                 maximumLineCount: 1

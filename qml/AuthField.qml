@@ -78,6 +78,8 @@ Item {
             verticalAlignment: Text.AlignVCenter
             Accessible.role: Accessible.EditableText
             Accessible.name: field.label
+            // Qt hides the name of a password, but not its description.
+            Accessible.description: field.label
             Accessible.passwordEdit: input.echoMode === TextInput.Password
             onAccepted: field.accepted()
         }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 
-/// The account window: who is signed in, what his subscription is worth, and the change of both.
+/// The account window: who is signed in, what their subscription is worth, and the change of both.
 WindowView {
     id: root
 
@@ -21,13 +21,14 @@ WindowView {
     property bool isBusy: false
 
     signal cancel
-    signal save(string name, string email, string password)
+    signal save(string name, string email, string password, string oldPassword)
     signal unlockFullAccess
 
     function showUser() {
         nameField.value = root.userName;
         emailField.value = root.userEmail;
         passwordField.value = "";
+        oldPasswordField.value = "";
     }
     function edit() {
         root.errorText = "";
@@ -36,7 +37,7 @@ WindowView {
     }
     function submit() {
         if (root.isEditing && !root.isBusy)
-            root.save(nameField.value, emailField.value, passwordField.value);
+            root.save(nameField.value, emailField.value, passwordField.value, oldPasswordField.value);
     }
     function abort() {
         if (root.isBusy)
@@ -54,7 +55,7 @@ WindowView {
         if (!root.isEditing)
             root.forceActiveFocus();
     }
-    // News that arrive while the user types must not take away what he typed.
+    // News that arrive while the user types must not take away what was typed.
     onUserNameChanged: root.isEditing || root.showUser()
     onUserEmailChanged: root.isEditing || root.showUser()
     Keys.onReturnPressed: root.submit()
@@ -128,24 +129,39 @@ WindowView {
 
             width: nameField.width
             prop: root.prop
-            label: "Password"
+            label: root.isEditing ? qsTr("New Password") : qsTr("Password")
+            secret: true
+            hint: qsTr("Empty: keep the old one")
             editing: root.isEditing
+        }
+
+        TextField {
+            id: oldPasswordField
+
+            width: nameField.width
+            visible: root.isEditing
+            prop: root.prop
+            label: qsTr("Old Password")
+            secret: true
+            hint: qsTr("For a new e-mail or password")
+            editing: true
         }
 
         Item {
             width: nameField.width
             height: passwordField.height
+            visible: !root.isEditing
 
             Text {
                 anchors.fill: parent
                 anchors.topMargin: parent.height - 32 * root.scf
-                visible: root.isEditing || root.filesLeft >= 0
-                text: root.isEditing ? qsTr("Leave the password empty to keep the old one.") : root.filesLeft === 0 ? qsTr("No files left for today.") : qsTr("Files left for today: %1").arg(root.filesLeft)
+                visible: root.filesLeft >= 0
+                text: root.filesLeft === 0 ? qsTr("No files left for today.") : qsTr("Files left for today: %1").arg(root.filesLeft)
                 textFormat: Text.PlainText
                 font: root.prop.fonts.font10_13
                 fontSizeMode: Text.Fit
                 minimumPointSize: 4
-                color: root.isEditing || root.filesLeft !== 0 ? Colors.textNote : Colors.errorText
+                color: root.filesLeft === 0 ? Colors.errorText : Colors.textNote
                 wrapMode: Text.Wrap
                 verticalAlignment: Text.AlignVCenter
             }

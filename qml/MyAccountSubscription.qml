@@ -28,6 +28,8 @@ Item {
     }
 
     Grid {
+        id: lines
+
         anchors {
             top: title.bottom
             topMargin: 10 * pane.scf
@@ -35,31 +37,32 @@ Item {
             right: parent.right
         }
         columns: 2
+        columnSpacing: 12 * pane.scf
         rowSpacing: 6 * pane.scf
 
         SubscriptionLabel {
-            width: pane.width / 2
+            width: (pane.width - lines.columnSpacing) / 2
             prop: pane.prop
             label: qsTr("Type")
             value: pane.type
         }
 
         SubscriptionLabel {
-            width: pane.width / 2
+            width: (pane.width - lines.columnSpacing) / 2
             prop: pane.prop
             label: qsTr("Version")
             value: pane.version
         }
 
         SubscriptionLabel {
-            width: pane.width / 2
+            width: (pane.width - lines.columnSpacing) / 2
             prop: pane.prop
             label: qsTr("Period")
             value: pane.period
         }
 
         SubscriptionLabel {
-            width: pane.width / 2
+            width: (pane.width - lines.columnSpacing) / 2
             prop: pane.prop
             label: qsTr("Since")
             value: pane.added

@@ -55,8 +55,9 @@ ColumnLayout {
         prop: choice.prop
         model: choice.entries
         Accessible.name: choice.label
+        // Space opens the list by itself.
         Keys.onPressed: event => {
-            event.accepted = choice.mayAsk && !box.popup.visible && event.key !== Qt.Key_Tab && event.key !== Qt.Key_Backtab && event.key !== Qt.Key_Escape;
+            event.accepted = choice.mayAsk && !box.popup.visible && (event.text > " " || [Qt.Key_Up, Qt.Key_Down, Qt.Key_Home, Qt.Key_End].includes(event.key));
             if (event.accepted)
                 box.popup.open();
         }

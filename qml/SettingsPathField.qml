@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Controls.Basic as Controls
 
 /// A folder that is typed or chosen in a dialog.
 ColumnLayout {
@@ -59,9 +58,12 @@ ColumnLayout {
                 verticalAlignment: Text.AlignVCenter
                 Accessible.role: Accessible.EditableText
                 Accessible.name: field.label
-                Controls.ToolTip.text: input.text
-                Controls.ToolTip.visible: hover.hovered && !input.activeFocus && input.contentWidth > input.width
-                Controls.ToolTip.delay: 600
+
+                Tip {
+                    prop: field.prop
+                    text: input.text
+                    visible: hover.hovered && !input.activeFocus && input.contentWidth > input.width
+                }
 
                 HoverHandler {
                     id: hover

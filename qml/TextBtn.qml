@@ -80,7 +80,7 @@ T.AbstractButton {
         textFormat: Text.PlainText
         font: btn.font
         fontSizeMode: Text.HorizontalFit
-        minimumPointSize: 4
+        minimumPointSize: Math.max(1, Math.round(7 * btn.prop.scf))
         elide: Text.ElideRight
         color: btn.enabled ? Colors.text : Colors.textDisabled
         horizontalAlignment: Text.AlignHCenter

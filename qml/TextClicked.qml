@@ -16,6 +16,9 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Link
     Accessible.name: link.text
+    // The second half of a double click is meant for nothing, least of all for what has come under the mouse.
+    onDoubleClicked: {
+    }
     Keys.onReturnPressed: link.clicked()
     Keys.onEnterPressed: link.clicked()
     // Qt leaves the keyboard with an item that is hidden.

@@ -10,7 +10,8 @@ Item {
     property string label
     property string value
     property bool editing: false
-    readonly property bool secret: field.label === "Password"
+    property bool secret: false
+    property string hint // shown in an empty field while it can be edited
 
     implicitWidth: 300 * field.prop.scf
     implicitHeight: caption.height + 4 * field.prop.scf + 32 * field.prop.scf
@@ -69,11 +70,11 @@ Item {
 
         Text {
             anchors.fill: input
-            visible: !field.editing
-            text: field.secret ? "******" : field.value
+            visible: !field.editing || input.text === ""
+            text: field.editing ? field.hint : field.secret ? "******" : field.value
             textFormat: Text.PlainText
             font: field.prop.fonts.font10_13
-            color: Colors.text
+            color: field.editing ? Colors.textOnLightDisabled : Colors.text
             elide: Text.ElideRight
             verticalAlignment: Text.AlignVCenter
         }

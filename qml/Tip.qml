@@ -24,6 +24,7 @@ T.ToolTip {
         textFormat: Text.PlainText
         font: tip.prop.fonts.font9_12
         color: Colors.text
+        wrapMode: Text.Wrap
     }
 
     background: Rectangle {

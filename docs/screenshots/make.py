@@ -18,11 +18,11 @@ environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", QT_QUICK_BACKEND="so
 
 with tempfile.TemporaryDirectory() as folder:
     subprocess.run([program, "-input", here / "shots.qml", "-import", root / "tests/qml/fakes", "-silent"],
-                   cwd=folder, env=environment, check=True)
+                   cwd=folder, env=dict(environment, HOME=folder), check=True)
     pictures = sorted(pathlib.Path(folder).glob("*.png"))
     for old in here.glob("*.png"):
         old.unlink()
     for picture in pictures:
-        # Few colours are enough, and keep the repository small.
-        subprocess.run(["convert", picture, "-strip", "-colors", "192", f"PNG8:{here / picture.name}"], check=True)
+        # Few colours are enough, and keep the repository small; dithered ones would make larger files.
+        subprocess.run(["convert", picture, "-strip", "-dither", "None", "-colors", "255", f"PNG8:{here / picture.name}"], check=True)
 print(len(pictures), "pictures")

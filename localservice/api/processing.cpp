@@ -99,6 +99,7 @@ std::int32_t Processing::accept(const Job &job, Upload upload, ReceivedFile &fil
     // All or nothing, and one upload at a time: the day's last file must not be taken twice.
     Database::Access access = m_database.access();
     Transaction transaction(access.session);
+    // The same request once more, such as a client sends that lost the connection.
     if (const std::optional<Job> duplicate = m_jobs.findDuplicate(job, upload.name))
         return duplicate->id;
     if (filesLeft(upload.account) <= 0)
@@ -115,9 +116,8 @@ std::int32_t Processing::accept(const Job &job, Upload upload, ReceivedFile &fil
 
 std::int32_t Processing::queue(Job job, const Upload &upload)
 {
-    Database::Access access = m_database.access();
-    if (const std::optional<Job> duplicate = m_jobs.findDuplicate(job, upload.name))
-        return duplicate->id;
+    // The room that is checked is there until the job is added.
+    const Database::Access access = m_database.access();
     job.upload = upload.id;
     job.seconds = job.demo ? std::min(upload.seconds, demoSeconds) : upload.seconds;
     // Two results as long as the upload; of floats they are shorter.
@@ -125,7 +125,7 @@ std::int32_t Processing::queue(Job job, const Upload &upload)
         * static_cast<std::int64_t>(static_cast<double>(upload.bytes) * job.seconds
                                     / upload.seconds);
     checkRoom(job.account, job.bytes);
-    return m_jobs.add(job, upload.name);
+    return m_jobs.add(job);
 }
 
 std::uint64_t Processing::uploadRoom(std::int64_t account)

@@ -84,12 +84,10 @@ std::int32_t freeId(Poco::Data::Session &session)
 
 } // namespace
 
-std::int32_t JobStore::add(const Job &job, const std::string &uploadName)
+std::int32_t JobStore::add(const Job &job)
 {
     Database::Access access = m_database.access();
     Transaction transaction(access.session);
-    if (const std::optional<Job> duplicate = findDuplicate(job, uploadName))
-        return duplicate->id;
     const std::int32_t id = freeId(access.session);
     access.session
         << "INSERT INTO jobs(id, account, upload, instrument, extension, demo, name, original,"

@@ -51,10 +51,8 @@ public:
         : m_database(database)
     { }
 
-    /// Adds a job to the queue and returns its id. While an equal job of the same account waits or
-    /// runs, no second one is added: the id is that one's. `uploadName` is the client's
-    /// name of the file.
-    std::int32_t add(const Job &job, const std::string &uploadName);
+    /// Adds a job to the queue and returns its id.
+    std::int32_t add(const Job &job);
     [[nodiscard]] std::optional<Job> find(std::int32_t id);
     [[nodiscard]] std::optional<Job> findByToken(const std::string &token);
     /// An account's waiting or running job equal to this one.

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "account/userauth.h"
 #include "app/backendloader.h"
-#include "app/mediafilter.h"
 #include "app/startup.h"
 #include "app/webpage.h"
 #include "archive/archive.h"
@@ -86,23 +85,6 @@ private slots:
         QCOMPARE(hidden.size(), 1);
         QCOMPARE(shown.size(), 1);
         QVERIFY(messages.texts().value(0).startsWith("No Internet Connection: "));
-        QCOMPARE(mediaFileFilter(),
-                 "All Openable Files (*.aac *.aif *.aiff *.m4a *.mp1 *.mp3 *.mp4 *.ogg *.wav *.wma "
-                 "*.flac *.avi *.flv *.m4v *.mov *.mp4 *.mpg *.rm *.vob *.webm *.wmv *.mkv);;\n"
-                 "Audio Files (*.aac *.aif *.aiff *.m4a *.mp1 *.mp3 *.mp4 *.ogg *.wav *.wma "
-                 "*.flac);;\nVideo Files (*.avi *.flv *.m4v *.mov *.mp4 *.mpg *.rm *.vob *.webm "
-                 "*.wmv *.mkv)");
-    }
-
-    void clearMemoryRemovesFilesAlone()
-    {
-        const QString folder = store().defaultPathTemp();
-        QVERIFY(QDir(folder).mkpath("kept"));
-        for (const char *name : {"/a.wav", "/.hidden", "/kept/b.wav"})
-            writeFile(folder + name);
-        BackendLoader().clearMemory();
-        QCOMPARE(filesIn(folder), QStringList());
-        QCOMPARE(filesIn(folder + "/kept"), QStringList("b.wav"));
     }
 
     /// A file of the command line waits for the sign-in, and does not come back at a later one.
@@ -221,37 +203,6 @@ private slots:
         QVERIFY(program.readAllStandardError().contains("LOGGING ENABLED"));
         program.kill();
         QVERIFY(program.waitForFinished());
-    }
-
-    void failingStarts_data()
-    {
-        const Rows<QString, int, QString> add;
-        add("no folder", "Documents .local", -104, "Couldn't create application documents folder");
-        add("no subfolder", "Documents/TEKO/Temp", -118,
-            "Couldn't create application documents folder: '*/Documents/TEKO'");
-    }
-
-    /// Each start that cannot succeed says why and has its own exit code.
-    void failingStarts()
-    {
-        const auto [blocked, exitCode, text] = fetchRow<QString, int, QString>();
-        const QTemporaryDir home;
-        const QByteArray before = qgetenv("HOME");
-        qputenv("HOME", QFile::encodeName(home.path()));
-        QDir(home.path()).mkpath("Documents/TEKO");
-        for (const QString &name : blocked.split(' ')) {
-            QDir(home.filePath(name)).removeRecursively();
-            writeFile(home.filePath(name));
-        }
-        // What is no folder counts as one that exists, but for what cannot lie in it.
-        if (exitCode == -118)
-            QVERIFY(QFile::remove(home.filePath(blocked))
-                    && QFile::link("/gone", home.filePath(blocked)));
-        RecordedMessages messages;
-        QCOMPARE(runProgram({"teko"}), exitCode);
-        QVERIFY2(isLike(messages.texts().join(""), "ERROR: " + text),
-                 qPrintable(messages.texts().join("")));
-        qputenv("HOME", before);
     }
 
 private:

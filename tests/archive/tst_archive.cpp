@@ -285,25 +285,6 @@ private slots:
         QCOMPARE(m_home->saved(), QStringList("vocals - Song.wav=instrument"));
     }
 
-    void theHandlersWindow()
-    {
-        ArchiveHandler dialog(*m_home->store);
-        RecordedMessages messages;
-        dialog.openWindow("/s/a.mp3", "/s/a.wav", "/in/<b>Song<br>.mp4");
-        const QQuickItem *view = dialog.rootObject();
-        QCOMPARE(dialog.minimumSize(), QSize(470, 350));
-        QCOMPARE(view->property("fileName"), QVariant("<b>Song<br>.mp4"));
-        QVERIFY(dialog.windowFlags() & Qt::WindowStaysOnTopHint);
-        dialog.rootObject()->setProperty("mode", "downloading");
-        dialog.downloadingFirst(99.8);
-        QVERIFY(dialog.isVisible());
-        dialog.downloadingFirst(100);
-        QCOMPARE(messages.texts(), QStringList("File Processing Error: File not downloaded"));
-        QVERIFY(!dialog.isVisible());
-        dialog.openWindow("/s/a.mp3", "/s/a.wav", {});
-        QCOMPARE(view->property("downloadingPercent"), QVariant(0));
-    }
-
 private:
     ScriptedServer &server() { return m_home->server; }
     void listRecords(const QByteArray &records)

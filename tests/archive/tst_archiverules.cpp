@@ -33,25 +33,6 @@ class TestArchiveRules : public TestCase
     Q_OBJECT
 
 private slots:
-    void replies_data()
-    {
-        const Rows<QByteArray, QString, int> add;
-        add("nothing kept", "[]", "", 0);
-        add("records", '[' + whole + ',' + whole + ']', "", 2);
-        add("object", "{}", "{}", 0);
-        add("nothing", " \n", "The service gave an empty answer.", 0);
-        add("cut JSON", "[" + whole, "[" + QString::fromUtf8(whole), 0);
-        add("far too long", '[' + QByteArray(maxArchiveBytes, ' ') + ']', "*too long*", 0);
-    }
-
-    void replies()
-    {
-        const auto [body, error, records] = fetchRow<QByteArray, QString, int>();
-        const ArchiveAnswer got = answer(body);
-        QVERIFY2(isLike(got.error, error), qPrintable(got.error));
-        QCOMPARE(int(got.records.size()), records);
-    }
-
     void records_data()
     {
         const Rows<QByteArray, QByteArray, bool> add;
@@ -77,13 +58,6 @@ private slots:
         QCOMPARE(got.usable, QList<ArchiveRecord>(isUsable ? 2 : 1, expected));
         QCOMPARE(got.leftOut, isUsable ? 0 : 1);
         QCOMPARE(got.problems.size(), isUsable ? 0 : 1);
-    }
-
-    void onlyTheFirstProblemsAreTold()
-    {
-        const ArchiveRecords got = archiveRecords(QVariantList(100000, 7));
-        QCOMPARE(got.leftOut, 100000);
-        QVERIFY(got.problems.size() < 100);
     }
 
     void namesOfFiles_data()

@@ -74,23 +74,6 @@ private slots:
     {
         QCOMPARE(printable("a\x1b[2J\n\tnäh\u202e 🎵"), "a\ufffd[2J näh\ufffd 🎵");
     }
-
-    void barOnlyGrowsAndNeverWraps()
-    {
-        const QList<BatchProgress> stages{
-            {"converting", 0, 0, 0},      {"uploading", 0, 0, 0},      {"uploading", 100, 0, 0},
-            {"processing", 100, 0, 300},  {"processing", 100, 0, 2},   {"downloading", 100, 0, 0},
-            {"downloading", 100, 100, 0}, {"converting", 100, 100, 0}, {"success", 100, 100, 0}};
-        qsizetype filled = -1;
-        for (const BatchProgress &progress : stages) {
-            const QString bar = progressBar(progress, QString(200, 'n'), 79);
-            QCOMPARE(bar.size(), 79);
-            QVERIFY2(bar.count('#') >= filled, qPrintable(bar));
-            QVERIFY(bar.contains(stageText(progress)));
-            filled = bar.count('#');
-        }
-        QCOMPARE(filled, 24);
-    }
 };
 
 TEKO_TEST(TestBatchOptions)

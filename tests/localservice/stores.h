@@ -53,7 +53,7 @@ struct Stores
         const std::string file = randomHex(16) + ".wav";
         job.upload = uploads.add({0, account, name, file, 60, 100});
         writeWav(folder.upload(file), {1, 8000, 16, 8000}, std::vector<std::int32_t>(8000));
-        return jobs.add(job, name);
+        return jobs.add(job);
     }
 
     [[nodiscard]] bool hasFile(std::int64_t upload)

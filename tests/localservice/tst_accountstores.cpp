@@ -118,24 +118,6 @@ private slots:
         QCOMPARE(stores.accounts.accountOf(hash).has_value(), isLocal);
     }
 
-    void letsSessionsOfEarlierVersionsExpire()
-    {
-        std::string hash;
-        {
-            Stores stores(*m_dir);
-            hash = stores.accounts.openSession(stores.addAccount("a@b"));
-            Database::Access access = stores.database.access();
-            access.session << "UPDATE sessions SET expires = expires - 30 * 86400",
-                Poco::Data::Keywords::now;
-            access.session << "ALTER TABLE sessions RENAME COLUMN expires TO added",
-                Poco::Data::Keywords::now;
-        }
-        Stores stores(*m_dir);
-        QVERIFY(stores.accounts.accountOf(hash));
-        stores.secondsLater = 31 * 86400;
-        QVERIFY(!stores.accounts.accountOf(hash));
-    }
-
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/api/ratelimiter.h"
-#include "localservice/api/servicestatus.h"
 #include "localservice/base/log.h"
 #include "localservice/http/clientaddress.h"
 #include "localservice/http/fields.h"
@@ -10,7 +9,6 @@
 #include "localservice/jobs/commandseparator.h"
 #include "localservice/jobs/jobschedule.h"
 #include "localservice/jobs/separatoroutput.h"
-#include "localservice/jobs/throughputestimator.h"
 #include "localservice/options.h"
 #include "localservice/server/transferrate.h"
 #include "tests/support/rows.h"
@@ -134,15 +132,6 @@ private slots:
         QCOMPARE(baseName("../"), std::string());
     }
 
-    void findsBoundaries()
-    {
-        QCOMPARE(boundaryOf("multipart/form-data; boundary=\"a+/b=\""), std::string("a+/b="));
-        QCOMPARE(boundaryOf("Multipart/Form-Data; boundary=ab; x=y"), std::string("ab"));
-        for (const char *type : {"multipart/form-data", "multipart/form-data; boundary=\"\"",
-                                 "text/plain; boundary=x"})
-            QVERIFY_EXCEPTION_THROWN((void)boundaryOf(type), BadRequest);
-    }
-
     void readsOptions_data()
     {
         const Rows<QString> add;
@@ -191,25 +180,6 @@ private slots:
             QCOMPARE(splitCommand(command), words);
         for (const char *command : {"a 'b", "  "})
             QVERIFY_EXCEPTION_THROWN((void)splitCommand(command), std::invalid_argument);
-    }
-
-    void estimatesTheTimeLeft_data()
-    {
-        const Rows<double, double, double> add;
-        // 100 seconds of sound, at 20 seconds of sound a second.
-        add("just begun", 0.0, 1.0, 4.0);
-        add("no progress reported", 0.0, 60.0, 0.0);
-        add("slower than usual", 0.5, 60.0, 60.0);
-        add("ready", 1.0, 5.0, 0.0);
-    }
-
-    void estimatesTheTimeLeft()
-    {
-        const auto [share, elapsed, left] = fetchRow<double, double, double>();
-        ThroughputEstimator throughput;
-        throughput.addMeasurement(300, 10s);
-        throughput.addMeasurement(0, 1s);
-        QCOMPARE(throughput.remaining({100, share, std::chrono::duration<double>(elapsed)}), left);
     }
 
     void estimatesTheWaitingTime()
@@ -357,18 +327,6 @@ private slots:
                                            "a",
                                            "\ufffda"}})
             QCOMPARE(printable(text), std::string(shown));
-    }
-
-    void reportsItsStatus()
-    {
-        const std::string text =
-            statusText({{"a@b", 1, 2, 120, 5 << 20, 3 << 20}, {"c@d"}}, 4, 9 << 20);
-        QCOMPARE(text,
-                 std::string("Queue: 1 running (of 4 at a time), 2 waiting, 2 minutes of sound\n"
-                             "Disk: 5 MiB of uploads, 3 MiB of results, 9 MiB free\n"
-                             "Accounts: 2\n"
-                             "  a@b: 1 running, 2 waiting, 8 MiB\n"
-                             "  c@d: 0 running, 0 waiting, 0 MiB\n"));
     }
 
     void limitsTriesWithinAMinute()

@@ -11,7 +11,6 @@
 #include <Poco/Net/NetException.h>
 
 #include <fstream>
-#include <latch>
 
 using namespace std::chrono_literals;
 
@@ -165,41 +164,6 @@ private slots:
         for (int i = 0; i < 20; ++i)
             QVERIFY(server.get("/generate_204").find(" 204 ") != std::string::npos);
         QCOMPARE(server.uploadsOnDisk(), stored);
-    }
-
-    /// Many uploads end at the same moment, on many days, since it depends on timing.
-    void acceptsNoMoreThanTheDailyLimit()
-    {
-        constexpr int days = 30;
-        constexpr int uploadsPerDay = 8;
-        constexpr int limit = 3;
-        Server server(*m_dir, {}, {.filesPerDay = limit});
-        const RequestContext context{"", server.session};
-        const std::string song = songFile();
-        for (int day = 0; day < days; ++day) {
-            server.stores.secondsLater = day * 2 * 86400;
-            std::latch start(uploadsPerDay);
-            std::atomic<int> accepted = 0;
-            const auto upload = [&](int number) {
-                ReceivedFile file(server.stores.folder.upload(""), 1 << 20, server.arriving);
-                file.begin(0, std::to_string(number) + ".wav", 1 << 20);
-                std::filesystem::copy_file(song, file.path(),
-                                           std::filesystem::copy_options::overwrite_existing);
-                start.arrive_and_wait();
-                try {
-                    (void)server.processing.proceed(m_form, context, file);
-                    ++accepted;
-                } catch (const Refusal &) {
-                    return;
-                }
-            };
-            std::vector<std::thread> threads;
-            for (int i = 0; i < uploadsPerDay; ++i)
-                threads.emplace_back(upload, day * uploadsPerDay + i);
-            for (std::thread &thread : threads)
-                thread.join();
-            QCOMPARE(accepted, limit);
-        }
     }
 
     void limitsWhatAnAccountKeeps_data()

@@ -51,20 +51,22 @@ private slots:
         QVERIFY(std::filesystem::exists(stores.folder.mixResult(stores.jobs.find(id)->token)));
     }
 
-    void makesOneJobOfEqualRequests()
+    void findsTheJobOfAnEqualUpload()
     {
         Stores stores(*m_dir);
-        const std::int64_t one = stores.addAccount("a@b");
-        const std::int64_t other = stores.addAccount("b@b");
-        const std::int32_t first = stores.addJob(one, "a.wav");
-        QCOMPARE(stores.addJob(one, "a.wav"), first);
-        QVERIFY(stores.addJob(one, "b.wav") != first);
-        QVERIFY(stores.addJob(one, "a.wav", true) != first);
-        QVERIFY(stores.addJob(other, "a.wav") != first);
-        QVERIFY(stores.startNext()->id == first);
-        QCOMPARE(stores.addJob(one, "a.wav"), first);
-        QVERIFY(stores.jobs.move(first, JobState::Running, JobState::Ready));
-        QVERIFY(stores.addJob(one, "a.wav") != first);
+        const std::int32_t id = stores.addJob(stores.addAccount("a@b"), "a.wav");
+        Job equal = *stores.jobs.find(id);
+        Job demo = equal;
+        demo.demo = true;
+        QVERIFY(!stores.jobs.findDuplicate(demo, "a.wav"));
+        QVERIFY(!stores.jobs.findDuplicate(equal, "b.wav"));
+        QVERIFY(stores.startNext());
+        QVERIFY(stores.jobs.findDuplicate(equal, "a.wav"));
+        equal.account = stores.addAccount("b@b");
+        QVERIFY(!stores.jobs.findDuplicate(equal, "a.wav"));
+        equal.account = stores.jobs.find(id)->account;
+        QVERIFY(stores.jobs.move(id, JobState::Running, JobState::Ready));
+        QVERIFY(!stores.jobs.findDuplicate(equal, "a.wav"));
     }
 
     /// As a service leaves its jobs that is killed while they run.
@@ -106,30 +108,6 @@ private slots:
         QTRY_VERIFY(stores.stateOf(id) == end);
         QCOMPARE(calls.load(), 2);
         QCOMPARE(stores.jobs.find(id)->reason, std::string(failures > 1 ? "It failed." : ""));
-    }
-
-    void letsAccountsTakeTurns()
-    {
-        Stores stores(*m_dir);
-        const std::int64_t band = stores.addAccount("band@b");
-        const std::int64_t guest = stores.addAccount("guest@b");
-        std::map<std::string, char> names;
-        const auto add = [&](std::int64_t account, char name) {
-            const std::int32_t id = stores.addJob(account, std::string(1, name));
-            names[stores.jobs.find(id)->token] = name;
-            return id;
-        };
-        add(band, '1');
-        add(band, '2');
-        const std::int32_t last = add(band, '3');
-        add(guest, 'g');
-        std::string order;
-        const auto runner = stores.run([&](const SeparationTask &task, JobControl &control) {
-            order += names[task.main.parent_path().filename().string()];
-            return copyTwice(task, control);
-        });
-        QTRY_VERIFY(stores.stateOf(last) == JobState::Ready);
-        QCOMPARE(order, std::string("1g23"));
     }
 
     void timeLeftRisesOnlyForNewJobs()

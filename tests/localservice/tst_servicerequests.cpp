@@ -104,8 +104,6 @@ private slots:
         const QByteArray rest = " HTTP/1.1\r\nHost: " + host() + "\r\n";
         add("GET /generate_204", "GET /generate_204" + rest, "HTTP/1.1 204 ");
         add("GET /helpdesk.html", "GET /helpdesk.html" + rest, "HTTP/1.1 200 ");
-        add("GET /subscription.html", "GET /subscription.html" + rest, "HTTP/1.1 200 ");
-        add("HEAD /helpdesk.html", "HEAD /helpdesk.html" + rest, "HTTP/1.1 200 ");
         add("GET /teko-server/redirect-training-videos.php",
             "GET /teko-server/redirect-training-videos.php" + rest, "HTTP/1.1 200 ");
         add("GET /teko-server/redirect-user-guide.php?a=b",
@@ -118,14 +116,10 @@ private slots:
             "POST /teko-server/remains.php" + rest
                 + "Content-Type: text/plain\r\nContent-Length: 0\r\n",
             QByteArray("HTTP/1.1 415 "));
-        add("GET /nothing", "GET /nothing" + rest, "HTTP/1.1 404 ");
-        add("GET /results/", "GET /results/" + rest, "HTTP/1.1 404 ");
-        add("GET /results/../service.db", "GET /results/../service.db" + rest, "HTTP/1.1 404 ");
         add("GET /results/%2e%2e/%2e%2e/service.db", "GET /results/%2e%2e/%2e%2e/service.db" + rest,
             "HTTP/1.1 404 ");
         add("GET /teko-server/remains.php", "GET /teko-server/remains.php" + rest, "HTTP/1.1 405 ");
         add("PUT /teko-server/remains.php", "PUT /teko-server/remains.php" + rest, "HTTP/1.1 405 ");
-        add("DELETE /nothing", "DELETE /nothing" + rest, "HTTP/1.1 404 ");
         add("an endless header", "GET / HTTP/1.1\r\nX: " + QByteArray(50000, 'y') + "\r\n",
             QByteArray("HTTP/1.1 400 "));
         add("too many headers", "GET / HTTP/1.1\r\n" + QByteArray("X: y\r\n").repeated(500),
@@ -169,19 +163,6 @@ private slots:
         QVERIFY(m_program.readAllStandardOutput().contains("local@localhost: 0 running"));
         QCOMPARE(run({"status", "--data", m_dir->filePath("nothing")}), 1);
         QVERIFY(m_program.readAllStandardError().contains("No service is running"));
-    }
-
-    void explainsUsageErrors()
-    {
-        QCOMPARE(run({"--help"}), 0);
-        const QByteArray help = m_program.readAllStandardOutput();
-        for (const char *option :
-             {"--listen", "--data", "--embedded", "--separator", "--workers", "--daily-limit",
-              "--subscription", "--keep-days", "--max-upload-mb"})
-            QVERIFY2(help.contains(option), option);
-        QCOMPARE(run({"--listen", "nowhere"}), 2);
-        QVERIFY(m_program.readAllStandardError().contains("ADDRESS:PORT"));
-        QCOMPARE(run({"--listen", host(), "--data", m_dir->filePath("other")}), 1);
     }
 
 private:

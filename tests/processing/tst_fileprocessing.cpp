@@ -151,23 +151,6 @@ private slots:
         QVERIFY(asked(Installation::proceed).body.contains("originalFilePath"));
     }
 
-    /// A question that was still open when the results were reported is answered too late.
-    void lateAnswers()
-    {
-        RecordedMessages messages;
-        server().on(Installation::remains,
-                    {Answer::text("-1").held(), Answer::text("gone").held()});
-        start("a.wav");
-        QTRY_COMPARE(server().requests(Installation::remains).size(), 1);
-        m_window->getRemainsSeconds();
-        QTRY_COMPARE(server().requests(Installation::remains).size(), 2);
-        server().releaseFirst();
-        QTRY_COMPARE(server().requests(Installation::download).size(), 1);
-        server().release();
-        QTRY_COMPARE(layer(), "success");
-        QCOMPARE(messages.texts(), QStringList());
-    }
-
     /// Each download reports its end once; whatever comes twice starts nothing twice.
     void downloadsThatReportTwice()
     {

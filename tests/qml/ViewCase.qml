@@ -1,25 +1,28 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
-import QtQuick.Window
 import QtTest
+import "../../docs/screenshots/states.js" as States
+import "cases.js" as Cases
 
-/// A test of a view: fails on any warning, shows the view in a window of its own, and finds controls as a screen reader does.
+/// A test of views, which any warning fails. Shows a view in its window and finds controls as a screen reader does.
 TestCase {
     id: test
 
     property var window
-    /// What was said through the signals that heed() named, as arrays: the name, the arguments.
-    property var said: []
-    /// Texts that may be cut off with an ellipsis.
-    property var mayShorten: /^File Name: /
+    /// The view in the window; the main view is its window itself.
+    property var view
+    /// The main window's fakes.
+    property var backend
+    property var auth
 
     function init() {
-        test.forbidWarnings();
-    }
-    /// Any but the one that the offscreen platform gives for a window of a fixed size.
-    function forbidWarnings() {
+        // The offscreen platform says so of every window of a fixed size.
         failOnWarning(/^(?!This plugin does not support propagateSizeHints)/);
+    }
+    /// The signals and calls since the last time, or since a view was shown.
+    function takeRecorded(): string {
+        return Cases.recorded.splice(0).join(", ");
     }
     function make(name: string, parent: var, properties: var): var {
         const component = Qt.createComponent("qrc:/qml/" + name + ".qml");
@@ -27,91 +30,52 @@ TestCase {
         verify(made, component.errorString());
         return made;
     }
-    /// What all components take, at a scale.
-    function makeProp(scale: real): var {
-        const source = 'import QtQuick; import "OS" as OS; Item {
-            property alias scf: theme.scf
-            property alias prop: properties
-            OS.CurrentTheme { id: theme }
-            Properties { id: properties; theme: theme }
-        }';
-        const looks = createTemporaryQmlObject(source, test, "qrc:/qml/looks.qml");
-        looks.scf = scale;
-        return looks.prop;
-    }
-    function showIn(width: real, height: real): var {
-        test.window = createTemporaryObject(frame, null, {
-                "width": width,
-                "height": height
-            });
-        test.window.requestActivate();
-        tryCompare(test.window, "active", true);
-        return test.window.contentItem;
-    }
-    /// A window's view at a scale, laid out.
-    function showView(name: string, size: var, scale: real, properties: var): var {
-        const parent = test.showIn(size[0] * scale, size[1] * scale);
-        const view = test.make(name, parent, Object.assign({
-                    "width": parent.width,
-                    "height": parent.height,
-                    "scf": scale
-                }, properties));
-        view.loaded();
-        tryVerify(() => view.gradiendVar === undefined || view.gradiendVar > 0);
-        return view;
-    }
-    function heed(view: var, signals: var) {
-        test.said = [];
-        for (const name of signals)
-            view[name].connect(function () {
-                    test.said.push([name].concat(Array.from(arguments)));
-                });
-    }
-    /// All visible items under one, itself included.
-    function items(item: var): var {
-        let all = [item];
-        for (let i = 0; i < item.children.length; ++i) {
-            if (item.children[i].visible)
-                all = all.concat(test.items(item.children[i]));
+    function show(name: string, scale: real) {
+        const state = States.states.find(state => state.tag === name);
+        const properties = States.propertiesOf(state, scale);
+        const isMain = state.view === "main";
+        test.window = isMain ? test.make("main", null, properties) : createTemporaryObject(frame, null, States.sizeOf(state, scale));
+        test.view = isMain ? test.window : test.make(state.view, test.window.contentItem, properties);
+        test.backend = findChild(test.window, "backend");
+        test.auth = findChild(test.window, "account");
+        if (!isMain) {
+            Cases.recordSignals(test.view);
+            test.view.loaded();
+            tryVerify(() => test.view.gradiendVar > 0);
         }
-        return all;
+        test.window.requestActivate();
+        tryVerify(() => test.window.active);
+        if (state.act)
+            state.act(test.view, test);
+        test.layOut();
+        test.takeRecorded();
+    }
+    /// Gives all items their places.
+    function layOut() {
+        test.window.update();
+        verify(waitForRendering(test.window.contentItem));
+    }
+    /// All visible items under one, itself included; of the window and its popups, if none is named.
+    function items(item: var): var {
+        const top = item ?? test.window.contentItem.parent ?? test.window.contentItem;
+        return [top].concat(...Array.from(top.children).filter(child => child.visible).map(test.items));
+    }
+    /// The first visible item with a property.
+    function having(name: string): var {
+        return test.items().find(item => item[name] !== undefined);
     }
     function isControl(item: var): bool {
         return !item.Accessible.ignored && (item.clicked !== undefined || item.activated !== undefined || item.cursorPosition !== undefined);
     }
-    function find(item: var, name: string): var {
-        return test.items(item).find(i => test.isControl(i) && i.Accessible.name === name);
+    function find(name: string): var {
+        return test.items().find(item => test.isControl(item) && item.Accessible.name === name);
     }
-    function click(item: var, name: string) {
-        const control = test.find(item, name);
-        verify(control, name);
-        mouseClick(control);
+    function click(name: string) {
+        mouseClick(test.find(name));
     }
-    function texts(item: var): var {
-        return test.items(item).filter(i => i.textFormat !== undefined && i.text !== "");
-    }
-    function shows(item: var, text: string): bool {
-        return test.texts(item).some(i => i.text === text);
-    }
-    function checkNames(view: var) {
-        for (const item of test.items(view).filter(test.isControl)) {
-            verify(item.Accessible.role !== Accessible.NoRole, item + " has no role");
-            verify(item.Accessible.name !== "" || item.Accessible.passwordEdit, item + " has no name");
-        }
-    }
-    /// Texts and controls under an item lie within the view, and texts within their own space.
-    function checkFit(item: var, within: var) {
-        const view = within ?? item;
-        for (const part of test.items(item).filter(i => i.textFormat !== undefined || test.isControl(i))) {
-            const place = part.mapToItem(view, 0, 0);
-            const what = (part.text || part.Accessible.name) + " at " + place.x + ", " + place.y;
-            verify(place.x >= -0.5 && place.y >= -0.5, what);
-            verify(place.x + part.width <= view.width + 0.5 && place.y + part.height <= view.height + 0.5, what);
-        }
-        for (const text of test.texts(item)) {
-            verify(text.contentWidth <= text.width + 1 && text.contentHeight <= text.height + 1, text.text);
-            verify(!text.truncated || test.mayShorten.test(text.text), text.text);
-        }
+    function type(text: string) {
+        for (const letter of text)
+            keyClick(letter);
     }
 
     when: windowShown

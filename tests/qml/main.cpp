@@ -1,41 +1,35 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/support/testmain.h"
-
-#include <QApplication>
-#include <QQmlContext>
-#include <QQmlEngine>
 #include <QQuickStyle>
+#include <QtQuick>
 #include <QtQuickTest>
 
-/// Lets a test fill the root context as the program does.
-class RootContext : public QObject
+/// What the tests need of C++.
+class Helper : public QObject
 {
     Q_OBJECT
 
 public slots:
+    /// The views are tested in the program's style.
+    void applicationAvailable() { QQuickStyle::setStyle("Basic"); }
+
     void qmlEngineAvailable(QQmlEngine *engine)
     {
-        m_context = engine->rootContext();
-        set("rootContext", QVariant::fromValue(this));
-    }
-    void set(const QString &name, const QVariant &value)
-    {
-        m_context->setContextProperty(name, value);
+        engine->rootContext()->setContextProperty("APP_VER", "1.003");
+        engine->rootContext()->setContextProperty("helper", this);
     }
 
-private:
-    QQmlContext *m_context = nullptr;
+    /// Drops a file on a window, as another program does.
+    void drop(QWindow *window, const QUrl &file)
+    {
+        QMimeData data;
+        data.setUrls({file});
+        QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(window, &enter);
+        QDropEvent drop({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(window, &drop);
+    }
 };
 
-// The views are tested as the program shows them: in its style and out of its resources.
-int main(int argc, char **argv)
-{
-    const ScratchHome home;
-    QQuickStyle::setStyle("Basic");
-    const QApplication app(argc, argv);
-    RootContext context;
-    return quick_test_main_with_setup(argc, argv, "views", TEKO_QML_TESTS, &context);
-}
-
+QUICK_TEST_MAIN_WITH_SETUP(views, Helper)
 #include "main.moc"

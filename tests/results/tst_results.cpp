@@ -126,14 +126,6 @@ private slots:
         QTRY_COMPARE(readFile(program + ".played"), isThere ? "sound" : "no such file");
         QCOMPARE(urls.take(), isThere ? QStringList() : QStringList(file));
     }
-
-    void relativeFoldersAreOpenedByTheirWholePath()
-    {
-        const Installation home;
-        OpenedUrls urls;
-        openInPlayer(*home.store, "my songs/a.wav");
-        QCOMPARE(urls.take(), QStringList(QDir::current().filePath("my songs/a.wav")));
-    }
 };
 
 TEKO_TEST(TestResults)

@@ -1,41 +1,9 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "base/mediaformats.h"
-#include "service/ffmpegarguments.h"
 #include "service/replies.h"
 #include "service/serviceaddress.h"
 #include "tests/support/rows.h"
 #include "tests/support/testmain.h"
-
-namespace {
-
-/// One run a line, written like on a command line with short names for what recurs.
-QString shown(const QStringList &arguments, const ConversionFiles &files, const QString &temporary)
-{
-    QString line = ' ' + arguments.join(' ') + ' ';
-    const auto abbreviate = [&line](const QString &text, const QString &name) {
-        if (!text.isEmpty())
-            line.replace(' ' + text + ' ', ' ' + name + ' ');
-    };
-    abbreviate(temporary, "TEMP");
-    abbreviate(files.original, "ORIG");
-    abbreviate(files.input, "IN");
-    abbreviate(files.output, "OUT");
-    abbreviate("-i ORIG -i IN -map 0:v:0 -map 1:a:0 -c:v copy -c:a aac", "REMUX");
-    abbreviate("-c:v libx264 -crf 23 -preset medium -c:a aac", "H264");
-    return line.trimmed();
-}
-
-QString shown(const ConversionPlan &plan, const ConversionFiles &files)
-{
-    const QString last = shown(plan.finalPass, files, plan.temporary);
-    if (plan.temporary != (plan.firstPass.isEmpty() ? "" : files.output + ".mp4"))
-        return "a strange temporary: " + plan.temporary;
-    return plan.firstPass.isEmpty() ? last
-                                    : shown(plan.firstPass, files, plan.temporary) + " | " + last;
-}
-
-} // namespace
 
 /// The decisions of the service room, on values alone.
 class TestServiceRules final : public TestCase
@@ -43,58 +11,6 @@ class TestServiceRules final : public TestCase
     Q_OBJECT
 
 private slots:
-    void uploadCommands_data()
-    {
-        const Rows<QString, QString> add;
-        add("Windows Media", "wma WMV", "-i IN -y OUT");
-        add("video", "avi flv m4v mov mp4 mpg rm vob webm MKV",
-            "-i IN -vn -acodec pcm_s16le -ac 2 -y OUT");
-        add("audio and unknown", "aac aif aiff m4a mp1 MP3 ogg wav flac opus",
-            "-i IN -vn -c:a pcm_s16le -y OUT");
-    }
-
-    void uploadCommands()
-    {
-        const auto [suffixes, expected] = fetchRow<QString, QString>();
-        for (const QString &suffix : suffixes.split(' ')) {
-            const ConversionFiles files{"/a b/song.mp4." + suffix, "/tmp/x.wav", {}};
-            QCOMPARE(shown(uploadArguments(files.input, files.output), files, {}), expected);
-        }
-    }
-
-    void resultCommands_data()
-    {
-        const Rows<QString, QString, QString> add;
-        const auto video = [&add](const char *suffix, const QString &codecs) {
-            const QString two = "REMUX TEMP | -y -i TEMP " + codecs + " OUT";
-            add(suffix, two, "REMUX OUT", "-y -i IN " + codecs + " OUT");
-        };
-        video("mov", "H264");
-        video("mkv", "H264");
-        video("mpg", "-c:v mpeg2video -qscale:v 2 -c:a mp2");
-        video("webm", "-c:v libvpx -crf 30 -b:v 1M -c:a libvorbis");
-        video("wmv", "-c:v wmv2 -c:a wmav2");
-        add("mp4", "REMUX OUT", "REMUX OUT", "-y -i IN H264 OUT");
-        const QString audio = "-i IN -b:a 320k -vn OUT";
-        for (const char *suffix : {"mp3", "wav", "m4a", "aiff", "flac", "wma"})
-            add(suffix, audio, audio, audio);
-    }
-
-    void resultCommands()
-    {
-        const auto [fromOther, fromSame, fromVideo] = fetchRow<QString, QString, QString>();
-        const QString suffix = QTest::currentDataTag();
-        for (const QString &source : videoSourceSuffixes()) {
-            const ConversionFiles fresh{"/o/in.wav", "/o/out." + suffix.toUpper(),
-                                        "/s/c." + source.toUpper()};
-            QCOMPARE(shown(resultPlan(fresh), fresh), source == suffix ? fromSame : fromOther);
-        }
-        const ConversionFiles sound{"/o/in.FLAC", "/o/out." + suffix, "/s/c." + suffix};
-        QCOMPARE(shown(archivedPlan(sound), sound), fromOther);
-        const ConversionFiles film{"/o/in.MKV", "/o/out." + suffix, "/s/c.avi"};
-        QCOMPARE(shown(archivedPlan(film), film), fromVideo);
-    }
-
     void percentages()
     {
         QCOMPARE(uploadPercent(1, 3), 33.3);

@@ -1,50 +1,28 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick
+import "../../../cases.js" as Cases
 
-/// Stands in for the account side and keeps a list of what it was asked.
+/// Stands in for the account side.
 QtObject {
-    id: fake
-
     objectName: "account"
 
-    property int checks: 0
-    property var calls: []
     property bool busy: false
     property string errorText
     property string email
     property bool hasLocalAccount: false
 
+    readonly property var initialCheck: () => Cases.record("initialCheck")
+    readonly property var recheck: () => Cases.record("recheck")
+    readonly property var signIn: (email, password) => Cases.record("signIn", email, password)
+    readonly property var registerAccount: (name, email, password) => Cases.record("registerAccount", name, email, password)
+    readonly property var startRecovery: email => Cases.record("startRecovery", email)
+    readonly property var recover: (email, code, password) => Cases.record("recover", email, code, password)
+    readonly property var signInLocally: () => Cases.record("signInLocally")
+    readonly property var forgetError: () => errorText = ""
+
     signal signedIn
     signal signedOut
     signal welcomed
     signal recoveryStarted
-
-    function note() {
-        fake.calls.push(Array.from(arguments).join("|"));
-    }
-    function initialCheck() {
-        ++checks;
-    }
-    function recheck() {
-        note("recheck");
-    }
-    function signIn(email: string, password: string) {
-        note("signIn", email, password);
-    }
-    function registerAccount(name: string, email: string, password: string) {
-        note("registerAccount", name, email, password);
-    }
-    function startRecovery(email: string) {
-        note("startRecovery", email);
-    }
-    function recover(email: string, code: string, password: string) {
-        note("recover", email, code, password);
-    }
-    function signInLocally() {
-        note("signInLocally");
-    }
-    function forgetError() {
-        fake.errorText = "";
-    }
 }
