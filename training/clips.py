@@ -15,7 +15,8 @@ import numpy as np
 
 import material
 import songs
-from sound import RATE, save
+from sound import RATE, load, save
+import spectra
 
 SONGS = {"guitar": 9001, "vocals": 9002, "piano": 9003, "bass": 9004, "drums": 9005}
 BEGIN, END = 6, 14  # seconds of the song that a clip shows
@@ -23,11 +24,12 @@ SEATS = ((0.6, -0.6), (-0.5, 0.5), (0.4, -0.7), (0.0, 0.6), (-0.7, 0.0))
 
 
 def rendered(seed, seats, manifest):
+    """The parts of a song, as they stand in its mix."""
     random = np.random.default_rng(seed)
     plan = songs.Plan(str(seed), "written", seed, seats)
     parts = songs.mixed_down(songs.written_parts(plan, material.TrainingCast(manifest, False), random), plan, random)
-    mix = sum(parts.values())
-    return mix * (0.9 / np.abs(mix).max())
+    gain = 0.9 / np.abs(sum(parts.values())).max()
+    return {part: sound[:, :songs.SECONDS * RATE] * gain for part, sound in parts.items()}
 
 
 def encode(path, result):
@@ -43,8 +45,10 @@ def main():
     for (instrument, seed), seats in zip(SONGS.items(), SEATS):
         with tempfile.TemporaryDirectory() as work:
             mix, alone, without = (os.path.join(work, name) for name in ("mix.wav", "alone.wav", "without.wav"))
-            save(mix, rendered(seed, seats, manifest)[:, :30 * RATE])
-            subprocess.run([program, mix, instrument, alone, without], check=True)
+            parts = rendered(seed, seats, manifest)
+            save(mix, sum(parts.values()))
+            subprocess.run([program, mix, instrument, alone, without], check=True, stderr=subprocess.DEVNULL)
+            print(f"{instrument}: {spectra.sdr(parts[instrument], load(alone)):.1f} dB")
             encode(alone, os.path.join(folder, f"{instrument}.ogg"))
             encode(without, os.path.join(folder, f"{instrument}-without.ogg"))
 

@@ -83,7 +83,23 @@ HELD_OUT = Half(
         Plan("h13", "written", 113, (0.0, 0.9), ("drums",)), Plan("h14", "written", 114, (-0.9, 0.0), ("guitar",)),
         Plan("h15", "take", 115, detail=("muldjord/armygeddon", 60)), Plan("h16", "take", 116, detail=("muldjord/chaos_god", 60)),
     ])
-HALVES = {"tuning": TUNING, "held-out": HELD_OUT}
+SECOND = Half(
+    fonts=HELD_OUT.fonts,
+    kits=["sf2/TimGM6mb.sf2", HYDROGEN + "rumpf_kit_z01_h2", HYDROGEN + "ElectricEmpireKit", HYDROGEN + "VariBreaks"],
+    voices=["/usr/share/klettres/de/*/*.ogg", "/usr/share/klettres/es/*/*.ogg", "/usr/share/klettres/uk/*/*.ogg",
+            "/usr/share/klettres/hu/*/*.ogg", "festival:suo_fi_lj_diphone"],
+    scores="/usr/share/games/doom/freedoom2.wad",
+    songs=[
+        Plan("s01", "written", 201, (0.5, -0.7)), Plan("s02", "written", 202, (-0.3, 0.8)), Plan("s03", "written", 203, (0.0, 0.0)),
+        Plan("s04", "written", 204, (0.6, 0.2), ("vocals",)), Plan("s05", "written", 205, (2, 0.0)), Plan("s06", "written", 206, (-0.5, -0.6), ("bass",)),
+        Plan("s07", "score", 207, (0.5, -0.4), detail=("D_DOOM", 30)), Plan("s08", "score", 208, (2, 0.0), detail=("D_MESSAG", 30)),
+        Plan("s09", "score", 209, (-0.4, 0.5), detail=("D_TENSE", 30)), Plan("s10", "written", 210, (0.0, 0.0), mono=True),
+        Plan("s11", "loops", 211, (0.6, -0.5), detail=("break02", "rave_bass01", "electro_beat01")),
+        Plan("s12", "loops", 212, (-0.3, 0.3), ("piano",), detail=("909beat01", "tb303_01", "rave_hihat01")),
+        Plan("s13", "written", 213, (0.8, 0.0), ("drums",)), Plan("s14", "written", 214, (0.0, 0.9), ("guitar",)),
+        Plan("s15", "take", 215, detail=("muldjord/internal_degeneration", 60)), Plan("s16", "take", 216, detail=("muldjord/mutilated_mime", 60)),
+    ])
+HALVES = {"tuning": TUNING, "held-out": HELD_OUT, "held-out-2": SECOND}
 
 SAMPLERS = {  # key: file of recorded single tones, by half
     "tuning": {"guitar": {64: SONIC_PI + "guit_em9.flac"}, "piano": {60: SONIC_PI + "ambi_piano.flac"},
@@ -91,6 +107,7 @@ SAMPLERS = {  # key: file of recorded single tones, by half
     "held-out": {"guitar": {52: LMMS + "instruments/steel_guitar01.ogg"}, "piano": {60: LMMS + "instruments/piano02.ogg"},
                  "bass": {36: LMMS + "basses/bass01.ogg"}, "rest": {60: LMMS + "stringsnpads/strings01.ogg"}},
 }
+SAMPLERS["held-out-2"] = SAMPLERS["held-out"]
 WORDS = ("love night fire heart away alone river dream morning shine forever home light under dancing tonight hold remember "
          "sky rain summer lonely moon silver believe stay young world roses whisper ocean alive yesterday water mountain golden").split()
 

@@ -23,8 +23,8 @@ constexpr float ringingDecay = 0.75F;
 constexpr int peakReach = 8;
 // The neighbours to either side that are heard together with a bin.
 constexpr int aroundReach = 10;
-// How fast the usual level of a bin follows: within some seconds.
-constexpr float usualRate = 1.0F / 200;
+// The frames over which the usual level of a bin is a mean, about: some seconds.
+constexpr int usualFrames = 200;
 // The frames before and after between which the slope is taken.
 constexpr int slopeReach = 5;
 // Each cue, and the one that is its mean around a bin.
@@ -68,6 +68,25 @@ float between(std::span<const float> values, float position)
     return values[index] * (1 - share) + values[std::min(index + 1, values.size() - 1)] * share;
 }
 
+// Where each bin lies between the centres of the bands, by octaves.
+std::vector<float> bandPositions(float hertzPerBin)
+{
+    constexpr std::size_t count = bandEdgesHertz.size() - 1;
+    std::array<float, count> centres{};
+    for (std::size_t band = 0; band < count; ++band)
+        centres[band] = std::log2((bandEdgesHertz[band] + bandEdgesHertz[band + 1]) / 2);
+    std::vector<float> positions(Stft::binCount);
+    std::size_t band = 0;
+    for (std::size_t bin = 1; bin < positions.size(); ++bin) {
+        const float octave = std::log2(static_cast<float>(bin) * hertzPerBin);
+        while (band + 2 < count && centres[band + 1] < octave)
+            ++band;
+        const float share = (octave - centres[band]) / (centres[band + 1] - centres[band]);
+        positions[bin] = static_cast<float>(band) + std::clamp(share, 0.0F, 1.0F);
+    }
+    return positions;
+}
+
 } // namespace
 
 StereoPosition positionOf(std::complex<float> left, std::complex<float> right)
@@ -83,26 +102,15 @@ StereoPosition positionOf(std::complex<float> left, std::complex<float> right)
 CueMeter::CueMeter(int sampleRate)
     : m_bass(static_cast<float>(sampleRate) / Stft::frameSize, 36, 260, 6)
     , m_voice(static_cast<float>(sampleRate) / Stft::frameSize, 85, 900, 10)
-    , m_bandPositions(Stft::binCount)
+    , m_bandPositions(bandPositions(static_cast<float>(sampleRate) / Stft::frameSize))
+    , m_usualLevels(Stft::binCount)
     , m_scratch(Stft::binCount)
 {
     const float hertzPerBin = static_cast<float>(sampleRate) / Stft::frameSize;
     for (auto &values : m_cues.values)
         values.assign(Stft::binCount, 1);
-    m_cues.pans.assign(Stft::binCount, 0);
     for (std::size_t i = 0; i < m_bandEdges.size(); ++i)
         m_bandEdges[i] = binAt(bandEdgesHertz[i], hertzPerBin);
-    std::array<float, bandCount> centres{};
-    for (std::size_t band = 0; band < bandCount; ++band)
-        centres[band] = std::log2((bandEdgesHertz[band] + bandEdgesHertz[band + 1]) / 2);
-    for (std::size_t bin = 1; bin < Stft::binCount; ++bin) {
-        const float height = std::log2(static_cast<float>(bin) * hertzPerBin);
-        std::size_t band = 0;
-        while (band + 2 < bandCount && centres[band + 1] < height)
-            ++band;
-        const float share = (height - centres[band]) / (centres[band + 1] - centres[band]);
-        m_bandPositions[bin] = static_cast<float>(band) + std::clamp(share, 0.0F, 1.0F);
-    }
 }
 
 const FrameCues &CueMeter::measure(const FrameHistory &history)
@@ -135,7 +143,6 @@ void CueMeter::measurePositions(const Frame &frame)
         const StereoPosition place =
             wide ? positionOf(frame.channels[0][bin], frame.channels[1][bin]) : StereoPosition{};
         const float x = place.pan / middleWidth;
-        m_cues.pans[bin] = place.pan;
         m_cues.of(Cue::Middle)[bin] = std::exp(-x * x) * place.similarity;
         m_cues.of(Cue::Similarity)[bin] = place.similarity;
         m_cues.of(Cue::Agreement)[bin] = place.agreement;
@@ -235,12 +242,14 @@ void CueMeter::measureSurroundings(const Frame &frame)
 
 void CueMeter::measureLoudness(const Frame &frame)
 {
-    if (m_usualLevels.empty())
-        m_usualLevels = frame.levels;
+    const bool isSilent = *std::max_element(frame.magnitudes.begin(), frame.magnitudes.end()) <= 0;
+    if (!isSilent)
+        m_soundingFrames = std::min(m_soundingFrames + 1, usualFrames);
+    const float rate = isSilent ? 0 : 1 / static_cast<float>(m_soundingFrames);
     for (std::size_t bin = 0; bin < Stft::binCount; ++bin) {
-        const float above = frame.levels[bin] - m_usualLevels[bin];
-        m_usualLevels[bin] += usualRate * above;
-        m_cues.of(Cue::Loudness)[bin] = std::clamp(above, leastRatio, greatestRatio + 2);
+        m_usualLevels[bin] += rate * (frame.levels[bin] - m_usualLevels[bin]);
+        m_cues.of(Cue::Loudness)[bin] =
+            std::clamp(frame.levels[bin] - m_usualLevels[bin], leastRatio, greatestRatio);
     }
 }
 

@@ -53,7 +53,6 @@ struct StereoPosition
 struct FrameCues
 {
     std::array<std::vector<float>, cueCount> values; ///< for each cue, its value at all bins
-    std::vector<float> pans; ///< of all bins
 
     [[nodiscard]] std::vector<float> &of(Cue cue) { return values[static_cast<std::size_t>(cue)]; }
 };
@@ -85,6 +84,7 @@ private:
     std::vector<float> m_bandPositions; // of all bins, between the centres of the bands
     std::array<float, bandCount> m_ringing{};
     std::vector<float> m_usualLevels;
+    int m_soundingFrames = 0; // that m_usualLevels is a mean of
     std::vector<float> m_scratch;
 };
 

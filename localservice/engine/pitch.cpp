@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace localservice {
 
@@ -34,13 +35,23 @@ float valueAt(std::span<const float> values, float position)
     return values[index] * (1 - share) + values[index + 1] * share;
 }
 
+// How near a bin is to a harmonic of a fundamental: 0 to 1.
+float nearness(float bin, float fundamental)
+{
+    const float number = std::round(bin / fundamental);
+    if (number < 1 || number > reliableHarmonics)
+        return 0;
+    const float distance = (bin - number * fundamental) / (harmonicWidth + 0.01F * bin);
+    return std::exp(-distance * distance);
+}
+
 } // namespace
 
 PitchComb::PitchComb(float hertzPerBin, float lowest, float highest, int harmonics)
     : m_harmonics(harmonics)
 {
     for (float hertz = lowest; hertz < highest; hertz *= candidateStep)
-        m_candidates.push_back({hertz / hertzPerBin, 0});
+        m_candidates.push_back(hertz / hertzPerBin);
 }
 
 float PitchComb::score(float bins) const
@@ -72,37 +83,35 @@ float PitchComb::refined(float bins) const
     return bins * std::pow(step, shift);
 }
 
+float PitchComb::strongestFundamental()
+{
+    float strongest = 0;
+    float highestScore = -std::numeric_limits<float>::max();
+    for (const float bins : m_candidates) {
+        const float ratio = m_latest > 0 ? bins / m_latest : 0;
+        const bool lasts = ratio > 1 / nearRatio && ratio < nearRatio;
+        const float preferred = score(bins) * (lasts ? continuity : 1);
+        if (preferred > highestScore) {
+            highestScore = preferred;
+            strongest = bins;
+        }
+    }
+    const float greatest = *std::max_element(m_compressed.begin(), m_compressed.end());
+    m_salience = greatest > 0 ? std::clamp(highestScore / greatest, 0.0F, 1.0F) : 0;
+    return refined(strongest);
+}
+
 void PitchComb::trace(std::span<const float> magnitudes, std::span<float> comb)
 {
     m_compressed.resize(magnitudes.size());
-    float strongest = 0;
-    for (std::size_t bin = 0; bin < magnitudes.size(); ++bin) {
-        m_compressed[bin] = std::sqrt(magnitudes[bin]);
-        strongest = std::max(strongest, m_compressed[bin]);
-    }
-    const Candidate *best = &m_candidates.front();
-    for (Candidate &candidate : m_candidates) {
-        candidate.score = score(candidate.bins);
-        const float ratio = m_latest > 0 ? candidate.bins / m_latest : 0;
-        if (ratio > 1 / nearRatio && ratio < nearRatio)
-            candidate.score *= continuity;
-        if (candidate.score > best->score)
-            best = &candidate;
-    }
-    const float fundamental = refined(best->bins);
+    std::transform(magnitudes.begin(), magnitudes.end(), m_compressed.begin(),
+                   [](float magnitude) { return std::sqrt(magnitude); });
+    const float fundamental = strongestFundamental();
     const float step = m_latest > 0 ? 12 * std::abs(std::log2(fundamental / m_latest)) : 0;
     m_motion += motionRate * ((step < greatestStep ? step : 0) - m_motion);
     m_latest = fundamental;
-    m_salience = strongest > 0 ? std::clamp(best->score / strongest, 0.0F, 1.0F) : 0;
-    std::fill(comb.begin(), comb.end(), 0.0F);
-    for (std::size_t bin = 1; bin < comb.size(); ++bin) {
-        const float number = std::round(static_cast<float>(bin) / m_latest);
-        if (number < 1 || number > reliableHarmonics)
-            continue;
-        const float distance = (static_cast<float>(bin) - number * m_latest)
-            / (harmonicWidth + 0.01F * static_cast<float>(bin));
-        comb[bin] = m_salience * std::exp(-distance * distance);
-    }
+    for (std::size_t bin = 0; bin < comb.size(); ++bin)
+        comb[bin] = m_salience * nearness(static_cast<float>(bin), fundamental);
 }
 
 } // namespace localservice

@@ -20,23 +20,19 @@ public:
     void trace(std::span<const float> magnitudes, std::span<float> comb);
     /// How much the latest fundamental stood out: 0 to 1.
     [[nodiscard]] float salience() const { return m_salience; }
-    /// How far it moved lately, in semitones: 0 to 2; a leap to another tone does not count.
+    /// How far it moved lately, in semitones: 0 to 1.5; a leap to another tone does not count.
     [[nodiscard]] float motion() const { return m_motion; }
 
 private:
-    struct Candidate
-    {
-        float bins = 0; // the fundamental, in bins
-        float score = 0;
-    };
     [[nodiscard]] float score(float bins) const;
     [[nodiscard]] float refined(float bins) const;
+    float strongestFundamental();
 
     int m_harmonics;
     float m_salience = 0;
     float m_motion = 0;
     float m_latest = 0; // the latest fundamental, in bins
-    std::vector<Candidate> m_candidates;
+    std::vector<float> m_candidates; // fundamentals, in bins
     std::vector<float> m_compressed;
 };
 
