@@ -1,6 +1,7 @@
 # SPDX-FileCopyrightText: The TEKO authors
 # SPDX-License-Identifier: Apache-2.0
-"""The bench's songs: known parts, rendered from Debian packages with fixed seeds, in two halves that share no source."""
+"""The bench's songs: known parts, rendered from Debian packages with fixed seeds, in sets; those that are held out share no source with
+the one for tuning."""
 import glob
 import os
 import subprocess
