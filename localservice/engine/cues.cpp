@@ -68,6 +68,24 @@ float between(std::span<const float> values, float position)
     return values[index] * (1 - share) + values[std::min(index + 1, values.size() - 1)] * share;
 }
 
+// Where a bin lies between the channels.
+struct StereoPosition
+{
+    float pan = 0; // -1 left, 0 middle, 1 right
+    float similarity = 1; // 0 the channels differ wholly, 1 they are alike
+    float agreement = 1; // -1 the channels cancel each other, 1 they agree
+};
+
+StereoPosition positionOf(std::complex<float> left, std::complex<float> right)
+{
+    const float l = std::norm(left);
+    const float r = std::norm(right);
+    if (l + r <= 0)
+        return {};
+    const std::complex<float> product = left * std::conj(right);
+    return {(r - l) / (l + r), 2 * std::abs(product) / (l + r), 2 * product.real() / (l + r)};
+}
+
 // Where each bin lies between the centres of the bands, by octaves.
 std::vector<float> bandPositions(float hertzPerBin)
 {
@@ -88,16 +106,6 @@ std::vector<float> bandPositions(float hertzPerBin)
 }
 
 } // namespace
-
-StereoPosition positionOf(std::complex<float> left, std::complex<float> right)
-{
-    const float l = std::norm(left);
-    const float r = std::norm(right);
-    if (l + r <= 0)
-        return {};
-    const std::complex<float> product = left * std::conj(right);
-    return {(r - l) / (l + r), 2 * std::abs(product) / (l + r), 2 * product.real() / (l + r)};
-}
 
 CueMeter::CueMeter(int sampleRate)
     : m_bass(static_cast<float>(sampleRate) / Stft::frameSize, 36, 260, 6)

@@ -38,17 +38,6 @@ enum class Cue {
 };
 inline constexpr std::size_t cueCount = 23;
 
-/// Where a bin lies between the channels.
-struct StereoPosition
-{
-    float pan = 0; ///< -1 left, 0 middle, 1 right
-    float similarity = 1; ///< 0 the channels differ wholly, 1 they are alike
-    float agreement = 1; ///< -1 the channels cancel each other, 1 they agree
-};
-
-/// The position of one bin, from the energy of its two channels and their agreement.
-[[nodiscard]] StereoPosition positionOf(std::complex<float> left, std::complex<float> right);
-
 /// The cues of one frame.
 struct FrameCues
 {
