@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: The TEKO authors
 # SPDX-License-Identifier: Apache-2.0
-"""Writes manifest.json: the material to learn from, with hashes and licences. A person has read the licence of each package
-named here; material.py refuses everything else."""
+"""Writes manifest.json: the material to learn from, with hashes and licences. The licence of each package
+named here was read; material.py refuses everything else."""
 import glob
 import hashlib
 import json
