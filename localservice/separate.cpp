@@ -19,16 +19,18 @@ namespace {
 constexpr int usageExitCode = 2;
 constexpr std::chrono::milliseconds progressInterval{250};
 
-constexpr const char *help = "teko-separate: takes one instrument out of a song.\n\n"
-                             "Usage: teko-separate INPUT INSTRUMENT MAIN MIX\n\n"
-                             "  INPUT        a WAV file: 16 or 24 bit, or 32 bit floats\n"
-                             "  INSTRUMENT   guitar, vocals, piano, bass or drums\n"
-                             "  MAIN         the new file with the instrument alone\n"
-                             "  MIX          the new file with the rest\n\n"
-                             "Standard error shows lines \"progress SHARE\" (0 to 1), and \"error: "
-                             "SENTENCE\" when it fails.\n"
-                             "Exit codes: 0 done, 1 failed or interrupted, 2 wrong usage. Unless "
-                             "it is done, there are no results.\n";
+constexpr const char *help =
+    "teko-separate: takes one instrument out of a song.\n\n"
+    "Usage: teko-separate INPUT INSTRUMENT MAIN MIX\n\n"
+    "  INPUT        a WAV file: 16 or 24 bit, or 32 bit floats\n"
+    "  INSTRUMENT   guitar, vocals, piano, bass or drums\n"
+    "  MAIN         the new file with the instrument alone\n"
+    "  MIX          the new file with the rest\n\n"
+    "Standard error shows lines \"progress SHARE\" (0 to 1), and \"error: "
+    "SENTENCE\" when it fails, and \"low confidence (VALUE): ...\" when little is to be\n"
+    "expected of the result.\n"
+    "Exit codes: 0 done, 1 failed or interrupted, 2 wrong usage. Unless "
+    "it is done, there are no results.\n";
 
 JobControl control;
 
@@ -65,18 +67,28 @@ void reportProgress(const std::atomic<bool> &ended)
     }
 }
 
-bool separateInto(const SeparationTask &final)
+std::optional<Confidence> separateInto(const SeparationTask &final)
 {
     for (const fs::path &file : {final.main, final.mix}) {
         if (fs::exists(file))
             throw Refusal("The file " + utf8(file) + " exists already.");
     }
     const PartFiles parts(final);
-    if (!separate({final.input, final.instrument, parts.main, parts.mix}, control))
-        return false;
+    const std::optional<Confidence> confidence =
+        separate({final.input, final.instrument, parts.main, parts.mix}, control);
+    if (!confidence)
+        return std::nullopt;
     fs::rename(parts.main, final.main);
     fs::rename(parts.mix, final.mix);
-    return true;
+    return confidence;
+}
+
+void reportConfidence(Part instrument, Confidence confidence)
+{
+    const std::string word(instrumentWords[static_cast<std::size_t>(instrument)]);
+    if (confidence.isLow())
+        std::fprintf(stderr, "low confidence (%.2f): little in this song sounds like %s\n",
+                     static_cast<double>(confidence.value), word.c_str());
 }
 
 int run(const SeparationTask &task)
@@ -87,7 +99,10 @@ int run(const SeparationTask &task)
     std::thread reporter(reportProgress, std::cref(ended));
     int code = EXIT_FAILURE;
     try {
-        code = separateInto(task) ? EXIT_SUCCESS : EXIT_FAILURE;
+        if (const std::optional<Confidence> confidence = separateInto(task)) {
+            code = EXIT_SUCCESS;
+            reportConfidence(task.instrument, *confidence);
+        }
     } catch (const std::exception &error) {
         std::fprintf(stderr, "error: %s\n", error.what());
     }

@@ -42,7 +42,7 @@ check() {
                 file = substr($0, 1, index($0, ":") - 1)
                 split($0, parts, "\"")
                 from = room(file)
-                if (from ~ /^(|tests|bench|localservice)$/)
+                if (from ~ /^(|tests|bench|training|localservice)$/)
                     next
                 if (!(from in floor)) {
                     print file " stands in no room"

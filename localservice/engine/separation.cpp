@@ -3,6 +3,7 @@
 #include "localservice/engine/separation.h"
 
 #include "localservice/engine/separator.h"
+#include "localservice/engine/survey.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,10 +13,10 @@ namespace localservice {
 
 namespace {
 
-// The analysis pass takes two of this many hops.
-constexpr int analysisStride = 16;
-// The analysis pass' share of the progress.
-constexpr double analysisShare = 0.03;
+// The survey listens to the first half of each piece of this many hops: about 12 seconds.
+constexpr int pieceHops = 512;
+// The survey's share of the progress.
+constexpr double surveyShare = 0.3;
 
 void toPlanes(std::span<const std::int32_t> samples, int bits, Planes &planes)
 {
@@ -64,37 +65,26 @@ private:
     std::size_t m_channels;
 };
 
-// Measures a few frames of the whole song; in mono songs nothing is panned.
-PanPositions analyse(WavReader &reader, std::int64_t frames, JobControl &control)
+// How sure it is that a song's instrument plays and can be told from the others: 0 to 1.
+float survey(WavReader &reader, Part instrument, JobControl &control)
 {
     const WavShape &shape = reader.shape();
-    if (shape.channels < 2)
-        return {};
     const auto channels = static_cast<std::size_t>(shape.channels);
-    StereoField stereoField(static_cast<float>(shape.sampleRate) / Stft::frameSize);
-    HopReader hops(reader, frames);
-    Stft stft;
+    SongSurvey song(channels, shape.sampleRate, instrument);
+    HopReader hops(reader, shape.frames);
     std::vector<std::int32_t> samples;
     Planes hop(channels, std::vector<float>(Stft::hopSize));
-    std::array<std::vector<float>, 2> recent{std::vector<float>(Stft::frameSize),
-                                             std::vector<float>(Stft::frameSize)};
-    std::array<Spectrum, 2> before;
-    std::array<Spectrum, 2> now;
     for (int index = 0; hops.next(samples) > 0 && !control.cancelled; ++index) {
-        toPlanes(samples, shape.bits, hop);
-        const int turn = index % analysisStride;
-        for (std::size_t side = 0; side < 2; ++side) {
-            std::copy(recent[side].begin() + Stft::hopSize, recent[side].end(),
-                      recent[side].begin());
-            std::copy(hop[side].begin(), hop[side].end(), recent[side].end() - Stft::hopSize);
-            if (turn < 2)
-                stft.forward(recent[side], turn == 0 ? before[side] : now[side]);
+        const int turn = index % pieceHops;
+        if (turn == 0)
+            song.beginPiece();
+        if (turn < pieceHops / 2) {
+            toPlanes(samples, shape.bits, hop);
+            song.push(hop);
         }
-        if (turn == 1)
-            stereoField.add(before, now);
-        control.progress = analysisShare * hops.share();
+        control.progress = surveyShare * hops.share();
     }
-    return stereoField.positions();
+    return song.confidence();
 }
 
 struct PendingHop
@@ -160,14 +150,14 @@ void splitSamples(std::span<const std::int32_t> input, std::span<const float> pa
     }
 }
 
-bool separate(const SeparationTask &task, JobControl &control)
+std::optional<Confidence> separate(const SeparationTask &task, JobControl &control)
 {
     WavReader reader(task.input);
     const WavShape shape = reader.shape();
-    const PanPositions positions = analyse(reader, shape.frames, control);
+    const float confidence = survey(reader, task.instrument, control);
 
     const auto channels = static_cast<std::size_t>(shape.channels);
-    Separator separator(channels, shape.sampleRate, task.instrument, positions);
+    Separator separator(channels, shape.sampleRate, task.instrument, confidence);
     ResultPair results(task, shape);
     HopReader hops(reader, shape.frames);
     Planes in(channels, std::vector<float>(Stft::hopSize));
@@ -179,7 +169,7 @@ bool separate(const SeparationTask &task, JobControl &control)
         toPlanes(hop.samples, shape.bits, in);
         pending.push_back(std::move(hop));
         separator.push(in, out);
-        control.progress = analysisShare + (1 - analysisShare) * hops.share();
+        control.progress = surveyShare + (1 - surveyShare) * hops.share();
         if (index < Separator::delay)
             continue;
         if (pending.front().frames == 0)
@@ -188,9 +178,9 @@ bool separate(const SeparationTask &task, JobControl &control)
         pending.pop_front();
     }
     if (control.cancelled)
-        return false;
+        return std::nullopt;
     results.finish();
-    return true;
+    return Confidence{confidence};
 }
 
 } // namespace localservice

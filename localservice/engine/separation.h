@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <optional>
 #include <span>
+#include <string>
 
 namespace localservice {
 
@@ -20,6 +21,7 @@ struct SeparationTask
     Part instrument = Part::Vocals;
     std::filesystem::path main; ///< the instrument alone
     std::filesystem::path mix; ///< the input without it
+    std::string name = "Separation"; ///< in the log
 };
 
 /// Shared by a running separation and its owner. Thread-safe.
@@ -29,10 +31,19 @@ struct JobControl
     std::atomic<bool> cancelled = false;
 };
 
+/// How sure a separator is that a song's instrument plays in it and can be told from the others.
+struct Confidence
+{
+    float value = 0; ///< 0 to 1; the instrument is made as much softer
+
+    /// Whether little is to be expected of the result.
+    [[nodiscard]] bool isLow() const { return value < 0.6F; }
+};
+
 /// Separates a song with the built-in separator. The two results add up to the input exactly.
-/// Returns false when it was cancelled; throws Refusal when it fails. Partly written results stay:
-/// the caller passes temporary names.
-[[nodiscard]] bool separate(const SeparationTask &task, JobControl &control);
+/// Returns nothing when it was cancelled; throws Refusal when it fails. Partly written results
+/// stay: the caller passes temporary names.
+[[nodiscard]] std::optional<Confidence> separate(const SeparationTask &task, JobControl &control);
 
 /// Splits whole-number samples of `bits` depth: `part` (samples scaled to [-1, 1]) becomes `main`,
 /// what is left of `input` becomes `mix`. Where the remainder would not fit into the depth, the

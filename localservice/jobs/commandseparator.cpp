@@ -70,9 +70,9 @@ bool runSeparator(const std::vector<std::string> &command, const SeparationTask 
                   JobControl &control)
 {
     const std::string program = utf8(pathFromUtf8(command.front()).filename());
-    SeparatorOutput output(control.progress, [&program](std::string_view line) {
-        log(program + ": " + std::string(line));
-    });
+    const std::string prefix = task.name + ": " + program + ": ";
+    SeparatorOutput output(control.progress,
+                           [&prefix](std::string_view line) { log(prefix + std::string(line)); });
     const ChildResult result = runChild(command, control.cancelled,
                                         [&output](std::string_view bytes) { output.feed(bytes); });
     output.finish();

@@ -193,7 +193,7 @@ bool JobRunner::separateJob(const Job &job, Running &running)
         throw Refusal("The service no longer has this file.");
     const std::filesystem::path stagingDir = m_folder.makeStagingDir(job.token);
     SeparationTask task{m_folder.upload(upload->file), *instrument, stagingDir / mainFile,
-                        stagingDir / mixFile};
+                        stagingDir / mixFile, "Job " + std::to_string(job.id)};
     const std::filesystem::path excerpt = stagingDir / "excerpt.wav";
     if (job.demo) {
         copyBeginning(task.input, demoSeconds, excerpt);

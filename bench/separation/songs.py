@@ -1,0 +1,301 @@
+# SPDX-FileCopyrightText: The TEKO authors
+# SPDX-License-Identifier: Apache-2.0
+"""The bench's songs: known parts, rendered from Debian packages with fixed seeds, in sets; those that are held out share no source with
+the one for tuning."""
+import glob
+import os
+import subprocess
+import tempfile
+from typing import NamedTuple
+
+import numpy as np
+
+import composer
+import midi
+from players import Loop, Patches, Sampler, SoundFont, drum_kit
+from singing import Singer
+from sound import RATE, driven, equalised, fitted, levelled, load, placed, reverberated, save
+
+SECONDS = 30
+PARTS = ("guitar", "vocals", "piano", "bass", "drums", "rest")
+LEVELS = {"guitar": -21, "vocals": -17, "piano": -22, "bass": -19.5, "drums": -18, "rest": -24}
+
+HYDROGEN = "/usr/share/hydrogen/data/drumkits/"
+SONIC_PI = "/usr/share/sonic-pi/samples/"
+LMMS = "/usr/share/lmms/samples/"
+FRETS = "/usr/share/games/fretsonfire/data/songs/"
+
+
+class Half(NamedTuple):
+    """What one half of the songs is made of."""
+    fonts: dict  # name: player
+    kits: list  # folders of drum kits and sound fonts of drums
+    voices: list  # patterns of recordings, or voices of speech synthesizers
+    scores: str  # a data file of Freedoom
+    songs: list
+
+
+class Plan(NamedTuple):
+    """One song. `seats` are the pans of guitar and piano; a guitar at 2 is played twice, on both sides."""
+    name: str
+    kind: str
+    seed: int
+    seats: tuple = (0.0, 0.0)
+    without: tuple = ()
+    mono: bool = False
+    detail: object = None
+    seconds: int = SECONDS
+
+
+def _font(name):
+    return lambda: SoundFont(f"/usr/share/sounds/{name}", is_kit="_LV2" in name)
+
+
+TUNING = Half(
+    fonts={"fluid": _font("sf2/FluidR3_GM.sf2"), "musescore": _font("sf3/MuseScore_General_Full.sf3"), "csound": _font("sf2/sf_GMbank.sf2")},
+    kits=["sf2/FluidR3_GM.sf2", "sf3/MuseScore_General_Full.sf3", "sf2/Black_Pearl_4_LV2.sf2", HYDROGEN + "ForzeeStereo", HYDROGEN + "Audiophob", HYDROGEN + "Millo_MultiLayered2"],
+    voices=["/usr/share/klettres/fr/*/*.ogg", "/usr/share/klettres/lt/*/*.ogg", "/usr/share/klettres/en_GB/*/*.ogg",
+            "/usr/share/klettres/tn/*/*.ogg", "flite:rms", "flite:slt"],
+    scores="/usr/share/games/doom/freedoom1.wad",
+    songs=[
+        Plan("t01", "written", 1, (0.6, -0.6)), Plan("t02", "written", 2, (-0.8, 0.3)), Plan("t03", "written", 3, (0.0, 0.0)),
+        Plan("t04", "written", 4, (0.3, 0.7), ("piano",)), Plan("t05", "written", 5, (2, 0.0)), Plan("t06", "written", 6, (-0.4, -0.5), ("drums",)),
+        Plan("t07", "score", 7, (0.7, -0.3), detail=("D_E2M3", 270)), Plan("t08", "score", 8, (2, 0.0), detail=("D_E1M3", 105)),
+        Plan("t09", "score", 9, (-0.5, 0.5), detail=("D_E1M7", 30)), Plan("t10", "written", 10, (0.0, 0.0), mono=True),
+        Plan("t11", "loops", 11, (0.5, -0.6), detail=("loop_amen_full", "loop_compus", "loop_mika")),
+        Plan("t12", "loops", 12, (-0.2, 0.4), ("vocals",), detail=("loop_breakbeat", "loop_garzul", "loop_electric")),
+        Plan("t13", "written", 13, (0.9, 0.0), ("bass",)), Plan("t14", "written", 14, (0.0, -0.9), ("guitar",)),
+        Plan("t15", "take", 15, detail=("sectoid/Feelings", 60)), Plan("t16", "take", 16, detail=("sectoid/War of freedom", 60)),
+    ])
+
+HELD_OUT = Half(
+    fonts={"tim": _font("sf2/TimGM6mb.sf2"), "freepats": lambda: Patches("/etc/timidity/freepats.cfg")},
+    kits=["sf2/TimGM6mb.sf2", "sf2/Red_Zeppelin_4_LV2.sf2", HYDROGEN + "BJA_Pacific", HYDROGEN + "ColomboAcousticDrumkit", HYDROGEN + "HardElectro1", HYDROGEN + "The Black Pearl 1.0"],
+    voices=["/usr/share/klettres/it/*/*.ogg", "/usr/share/klettres/ru/*/*.ogg", "/usr/share/klettres/pt_BR/*/*.ogg",
+            "/usr/share/klettres/nl/*/*.ogg", "festival:lp_diphone", "festival:hy_fi_mv_diphone"],
+    scores="/usr/share/games/doom/freedoom2.wad",
+    songs=[
+        Plan("h01", "written", 101, (-0.6, 0.6)), Plan("h02", "written", 102, (0.4, -0.8)), Plan("h03", "written", 103, (0.0, 0.0)),
+        Plan("h04", "written", 104, (-0.7, -0.2), ("vocals",)), Plan("h05", "written", 105, (2, 0.0)), Plan("h06", "written", 106, (0.5, 0.6), ("bass",)),
+        Plan("h07", "score", 107, (-0.6, 0.4), detail=("D_ROMERO", 420)), Plan("h08", "score", 108, (2, 0.0), detail=("D_DDTBL2", 60)),
+        Plan("h09", "score", 109, (0.5, -0.5), detail=("D_RUNNIN", 30)), Plan("h10", "written", 110, (0.0, 0.0), mono=True),
+        Plan("h11", "loops", 111, (-0.5, 0.6), detail=("break01", "techno_bass01", "house_loop01")),
+        Plan("h12", "loops", 112, (0.2, -0.4), ("piano",), detail=("jungle01", "briff01", "break03")),
+        Plan("h13", "written", 113, (0.0, 0.9), ("drums",)), Plan("h14", "written", 114, (-0.9, 0.0), ("guitar",)),
+        Plan("h15", "take", 115, detail=("muldjord/armygeddon", 60)), Plan("h16", "take", 116, detail=("muldjord/chaos_god", 60)),
+    ])
+SECOND = Half(
+    fonts=HELD_OUT.fonts,
+    kits=["sf2/TimGM6mb.sf2", HYDROGEN + "rumpf_kit_z01_h2", HYDROGEN + "ElectricEmpireKit", HYDROGEN + "VariBreaks"],
+    voices=["/usr/share/klettres/de/*/*.ogg", "/usr/share/klettres/es/*/*.ogg", "/usr/share/klettres/uk/*/*.ogg",
+            "/usr/share/klettres/hu/*/*.ogg", "festival:suo_fi_lj_diphone"],
+    scores="/usr/share/games/doom/freedoom2.wad",
+    songs=[
+        Plan("s01", "written", 201, (0.5, -0.7)), Plan("s02", "written", 202, (-0.3, 0.8)), Plan("s03", "written", 203, (0.0, 0.0)),
+        Plan("s04", "written", 204, (0.6, 0.2), ("vocals",)), Plan("s05", "written", 205, (2, 0.0)), Plan("s06", "written", 206, (-0.5, -0.6), ("bass",)),
+        Plan("s07", "score", 207, (0.5, -0.4), detail=("D_DOOM", 30)), Plan("s08", "score", 208, (2, 0.0), detail=("D_MESSAG", 30)),
+        Plan("s09", "score", 209, (-0.4, 0.5), detail=("D_TENSE", 30)), Plan("s10", "written", 210, (0.0, 0.0), mono=True),
+        Plan("s11", "loops", 211, (0.6, -0.5), detail=("break02", "rave_bass01", "electro_beat01")),
+        Plan("s12", "loops", 212, (-0.3, 0.3), ("piano",), detail=("909beat01", "tb303_01", "rave_hihat01")),
+        Plan("s13", "written", 213, (0.8, 0.0), ("drums",)), Plan("s14", "written", 214, (0.0, 0.9), ("guitar",)),
+        Plan("s15", "take", 215, detail=("muldjord/internal_degeneration", 60)), Plan("s16", "take", 216, detail=("muldjord/mutilated_mime", 60)),
+    ])
+HALVES = {"tuning": TUNING, "held-out": HELD_OUT, "held-out-2": SECOND}
+
+SAMPLERS = {  # key: file of recorded single tones, by half
+    "tuning": {"guitar": {64: SONIC_PI + "guit_em9.flac"}, "piano": {60: SONIC_PI + "ambi_piano.flac"},
+               "bass": {36: SONIC_PI + "bass_woodsy_c.flac"}, "rest": {60: SONIC_PI + "ambi_choir.flac"}},
+    "held-out": {"guitar": {52: LMMS + "instruments/steel_guitar01.ogg"}, "piano": {60: LMMS + "instruments/piano02.ogg"},
+                 "bass": {36: LMMS + "basses/bass01.ogg"}, "rest": {60: LMMS + "stringsnpads/strings01.ogg"}},
+}
+SAMPLERS["held-out-2"] = SAMPLERS["held-out"]
+WORDS = ("love night fire heart away alone river dream morning shine forever home light under dancing tonight hold remember "
+         "sky rain summer lonely moon silver believe stay young world roses whisper ocean alive yesterday water mountain golden").split()
+
+
+class Cast:
+    """The players of one half, loaded when they are needed first."""
+
+    def __init__(self, half):
+        self.half = HALVES[half]
+        self.samplers = SAMPLERS[half]
+        self._loaded = {}
+
+    def _once(self, key, make):
+        if key not in self._loaded:
+            self._loaded[key] = make()
+        return self._loaded[key]
+
+    def font(self, random):
+        name = str(random.choice(list(self.half.fonts)))
+        return self._once(name, self.half.fonts[name])
+
+    def kit(self, random):
+        name = str(random.choice(self.half.kits))
+        return self._once(name, lambda: drum_kit(name) if name.startswith("/") else _font(name)())
+
+    def singer(self, random):
+        name = str(random.choice(self.half.voices))
+        return self._once(name, lambda: singer(name, random))
+
+    def sampler(self, part):
+        return self._once("sampler " + part, lambda: Sampler(self.samplers[part]))
+
+
+def speak(voice, text, path):
+    """Has a speech synthesizer say something into a file."""
+    program, name = voice.split(":")
+    if program == "flite":
+        subprocess.run(["flite", "-voice", name, "-t", text, "-o", path], check=True)
+    else:
+        subprocess.run(["text2wave", "-eval", f"(voice_{name})", "-o", path], input=text.encode(), check=True)
+
+
+def singer(voice, random):
+    """A singer with a recorded voice (a pattern of files) or with one that a speech synthesizer speaks."""
+    if ":" not in voice:
+        paths = sorted(glob.glob(voice))
+        return Singer([paths[i] for i in random.permutation(len(paths))])
+    with tempfile.TemporaryDirectory() as folder:
+        paths = []
+        for i in range(8):
+            paths.append(os.path.join(folder, f"{i}.wav"))
+            speak(voice, " ".join(random.choice(WORDS, 12)), paths[-1])
+        return Singer(paths)
+
+
+def sung(singer_, melody, seconds, random):
+    """A melody by a singer; now and then with a second voice on the sides."""
+    vibrato = random.uniform(0.1, 0.5)
+    voice = singer_.sing(melody, seconds, random, vibrato)
+    sound = np.stack([voice, voice])
+    if random.random() < 0.2:
+        second = singer_.sing(melody, seconds, random, vibrato)
+        sound += np.stack([second * 0.7, second * 0.3])
+    return sound
+
+
+def twice(play, notes, song):
+    """A part played twice, one take on each side."""
+    takes = [play(song.played(notes)) for _ in range(2)]
+    return placed(takes[0], -0.8, 0.5) + placed(takes[1], 0.8, 0.5)
+
+
+GUITARS = {"power": [29, 30], "lead": [29, 30, 27], "chops": [27, 28], "muted": [28], "strum": [24, 25, 27], "arpeggio": [24, 25, 27],
+           "comping": [24, 26], "offbeats": [27, 28]}
+
+
+def written_parts(plan, cast, random):
+    """The parts of a random song, each by a player of the cast."""
+    song = composer.Song(plan.seed, plan.seconds)
+    notes, way = composer.guitar(song)
+    program, font = random.choice(GUITARS[way]), cast.font(random)
+    strings = lambda played: font.play(played, plan.seconds, program)  # noqa: E731
+    guitar = twice(strings, notes, song) if plan.seats[0] == 2 else strings(notes)
+    if program in (26, 27) and random.random() < 0.3:
+        guitar = driven(guitar, random.uniform(3, 20))
+    singer_ = cast.singer(random)
+    return {
+        "guitar": guitar,
+        "vocals": sung(singer_, composer.melody(song, singer_.key + int(random.integers(0, 7))), plan.seconds, random),
+        "piano": cast.font(random).play(composer.piano(song), plan.seconds, random.choice([0, 0, 0, 1, 2, 4, 5])),
+        "bass": cast.font(random).play(composer.bass(song), plan.seconds, random.choice([32, 33, 33, 34, 35, 36, 38])),
+        "drums": cast.kit(random).play(composer.drums(song), plan.seconds, drums=True),
+        "rest": cast.font(random).play(composer.others(song), plan.seconds, random.choice([16, 19, 21, 48, 40, 56, 73])),
+    }
+
+
+PROGRAMS = {"piano": range(0, 8), "guitar": range(24, 32), "bass": range(32, 40)}
+
+
+def part_of(program):
+    if program == midi.DRUMS:
+        return "drums"
+    return next((part for part, programs in PROGRAMS.items() if program in programs), "rest")
+
+
+def score_parts(plan, cast, random):
+    """The parts of an excerpt of a score that somebody wrote; one lead instrument is sung instead."""
+    name, begin = plan.detail
+    by_program = midi.notes_by_program(midi.score(cast.half.scores, name), begin, plan.seconds)
+    parts = {part: np.zeros((2, plan.seconds * RATE), np.float32) for part in PROGRAMS}
+    leads = [p for p in by_program if part_of(p) == "rest" and len(by_program[p]) > 12]
+    if leads:
+        lead = max(leads, key=lambda p: (p in (80, 81, 87), len(by_program[p])))
+        singer_, melody = cast.singer(random), midi.one_at_a_time(by_program.pop(lead))
+        shift = 12 * round((singer_.key + 4 - np.median([n.key for n in melody])) / 12)
+        parts["vocals"] = sung(singer_, [n._replace(key=n.key + shift) for n in melody], plan.seconds, random)
+    for program, notes in by_program.items():
+        part = part_of(program)
+        player = cast.kit(random) if part == "drums" else cast.font(random)
+        take = player.play(notes, plan.seconds, max(program, 0), part == "drums")
+        parts[part] = parts.get(part, 0) + take
+    return parts
+
+
+def loop_parts(plan, cast, random):
+    """Sampled loops of drums and bass, and single recorded tones played at other pitches."""
+    song = composer.Song(plan.seed, plan.seconds)
+    folder = SONIC_PI if cast.half is TUNING else LMMS
+    bar = 16 * song.sixteenth
+    loops = [Loop(next(iter(glob.glob(f"{folder}**/{name}.*", recursive=True)))).play(bar, plan.seconds) for name in plan.detail]
+    singer_ = cast.singer(random)
+    parts = {
+        "drums": loops[0] + 0.4 * loops[2],
+        "bass": cast.sampler("bass").play(composer.bass(song), plan.seconds) if cast.half is TUNING else loops[1],
+        "vocals": sung(singer_, composer.melody(song, singer_.key + int(random.integers(0, 7))), plan.seconds, random),
+        "guitar": cast.sampler("guitar").play(composer.guitar(song)[0], plan.seconds),
+        "piano": cast.sampler("piano").play(composer.piano(song), plan.seconds),
+    }
+    return {**parts, "rest": loops[1] if cast.half is TUNING else cast.sampler("rest").play(composer.others(song), plan.seconds)}
+
+
+def take_parts(plan):
+    """A recording of musicians, of which only the guitar is known by itself."""
+    folder, begin = plan.detail
+    cut = slice(begin * RATE, (begin + plan.seconds) * RATE)
+    return {"guitar": load(f"{FRETS}{folder}/guitar.ogg")[:, cut], "rest": load(f"{FRETS}{folder}/song.ogg")[:, cut]}
+
+
+def mixed_down(parts, plan, random):
+    """The parts as they stand in the mix: tone, room, place, level."""
+    pans = {"guitar": plan.seats[0], "piano": plan.seats[1], "rest": random.uniform(-0.5, 0.5)}
+    for part in sorted(parts):
+        sound = equalised(parts[part], 5, random)
+        if part != "bass" and random.random() < 0.7:
+            sound = reverberated(levelled(sound, -20), random.uniform(-22, -9), random.uniform(0.4, 1.8), random)
+        pan = pans.get(part, random.normal(0, 0.03))
+        width = 0.2 if part == "bass" else random.uniform(0.2, 1.1)
+        sound = sound if pan == 2 else placed(sound, pan, width)
+        parts[part] = levelled(sound, LEVELS[part] + random.normal(0, 2))
+    return parts
+
+
+def make(plan, cast):
+    """The parts of a song that play in it, as they stand in its mix."""
+    random = np.random.default_rng(plan.seed)
+    if plan.kind == "take":
+        parts = take_parts(plan)
+    else:
+        maker = {"written": written_parts, "score": score_parts, "loops": loop_parts}[plan.kind]
+        parts = {part: sound for part, sound in maker(plan, cast, random).items() if part not in plan.without and np.abs(sound).max() > 1e-4}
+        parts = mixed_down(parts, plan, random)
+    if plan.mono:
+        parts = {part: np.repeat(sound.mean(0, keepdims=True), 2, axis=0) for part, sound in parts.items()}
+    peak = np.abs(sum(parts.values())).max()
+    return {part: fitted(sound * (0.9 / peak), plan.seconds * RATE) for part, sound in parts.items()}
+
+
+def render(folder, half):
+    """Writes mix.wav and a WAV file for each part that plays, into a folder for each song of a half."""
+    cast = Cast(half)
+    for plan in HALVES[half].songs:
+        place = os.path.join(folder, plan.name)
+        if os.path.exists(os.path.join(place, "mix.wav")):
+            continue
+        os.makedirs(place, exist_ok=True)
+        parts = make(plan, cast)
+        for part, sound in parts.items():
+            save(os.path.join(place, part + ".wav"), sound, "FLOAT")
+        save(os.path.join(place, "mix.wav"), sum(parts.values()))
+        print(plan.name, plan.kind, *parts, flush=True)

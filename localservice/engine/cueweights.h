@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "localservice/engine/cues.h"
+#include "localservice/engine/maskmodel.h"
+
+namespace localservice {
+
+/// What each cue says about each part, for MaskModel. Fitted to songs of known parts by
+/// training/fit.py.
+extern const std::array<std::int16_t, partCount * cueCount * weightKnots.size()> cueWeights;
+
+/// How the presence of a part shows in the masks of a whole song.
+struct PresenceWeights
+{
+    float share; ///< for each e-fold of its share of the energy
+    float sureness; ///< for the mean of its masks, weighted by what they let through
+    float always;
+};
+
+/// For each part but the rest; fitted as above.
+extern const std::array<PresenceWeights, partCount - 1> presenceWeights;
+
+} // namespace localservice

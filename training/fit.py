@@ -1,0 +1,202 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: The TEKO authors
+# SPDX-License-Identifier: Apache-2.0
+"""Fits the weights of the separator's cues, and of what tells that an instrument plays, to samples of songs of known parts.
+
+usage: fit.py SAMPLES [STEPS] > localservice/engine/cueweights.cpp
+Prints the scores on songs of held-out sources (every tenth) to standard error; the weights that it writes are fitted to all songs."""
+import glob
+import os
+import sys
+
+import numpy as np
+import torch
+
+KNOTS = np.log2([30, 60, 125, 250, 500, 1000, 2000, 4000, 8000, 16000])  # as weightKnots in the engine
+HERTZ_PER_BIN = 44100 / 4096
+PARTS = 6
+BINS_A_STEP, SONGS_A_STEP = 18000, 4
+AUDIBLE = 1e-3  # of a mix' energy: a part with less does not play
+LEAST_EVIDENCE = 0.2
+QUIET = 17.5  # dB below the mix: enough for a part that does not play
+
+
+def knot_shares():
+    """For each bin the shares of the knots between which it lies."""
+    octave = np.log2(np.maximum(np.arange(2049), 0.5) * HERTZ_PER_BIN)
+    place = np.interp(octave, KNOTS, np.arange(len(KNOTS)))
+    return torch.tensor(np.maximum(0, 1 - np.abs(place[:, None] - np.arange(len(KNOTS)))), dtype=torch.float32)
+
+
+SHARES = knot_shares()
+
+
+class Song:
+    """The sampled bins of one mix."""
+
+    def __init__(self, path):
+        data = np.load(path)
+        self.number = int(os.path.basename(path).split("-")[0])
+        self.weight, self.bin = torch.tensor(data["weight"]), torch.tensor(data["bin"].astype(np.int64))
+        self.cues, self.like, self.energy = (torch.tensor(data[name]) for name in ("cues", "likeness", "energy"))
+
+    def some(self, chosen):
+        weight = self.weight[chosen]
+        return self.cues[chosen].float(), self.bin[chosen], weight / weight.sum(), self.like[chosen].float(), self.energy[chosen].float()
+
+    def all(self):
+        return self.some(slice(None))
+
+
+class Masks(torch.nn.Module):
+    """As MaskModel in the engine."""
+
+    def __init__(self, cues):
+        super().__init__()
+        self.register_buffer("mean", torch.zeros(cues))
+        self.register_buffer("scale", torch.ones(cues))
+        self.weights = torch.nn.Parameter(torch.zeros(len(KNOTS) * cues, PARTS))
+
+    def forward(self, cues, bins):
+        at_knots = SHARES[bins][:, :, None] * ((cues - self.mean) / self.scale)[:, None, :]
+        return torch.softmax(at_knots.flatten(1) @ self.weights, 1)
+
+    def look_at(self, songs):
+        some = torch.cat([song.cues[::50].float() for song in songs])
+        spread = some.std(0)
+        self.scale.copy_(torch.where(spread > 1e-3, spread, 1.0))
+        self.mean.copy_(torch.where(spread > 1e-3, some.mean(0), 0.0))
+
+    def plain(self):
+        """(part, cue, knot), to be applied to cues as they are measured; the last cue is always 1."""
+        weights = self.weights.detach().reshape(len(KNOTS), -1, PARTS).permute(2, 1, 0) / self.scale[None, :, None]
+        weights[:, -1] -= (weights * self.mean[None, :, None]).sum(1)
+        return weights.numpy()
+
+
+def measures(masks, weight, like, energy):
+    """Of a mix' energy, for each part: what it has, what is wrong with its result, and what its result has."""
+    weight = weight[:, None]
+    return (weight * energy).sum(0), (weight * (energy - 2 * masks * like + masks ** 2)).sum(0), (weight * masks ** 2).sum(0)
+
+
+def cost(has, wrong, gets):
+    """Minus SDR, with a surcharge where it is worse than silence; for an absent part, its level in excess."""
+    plays = (has > AUDIBLE).float()
+    decibels = 10 * torch.log10((wrong + 1e-4) / (has + 1e-4))
+    excess = torch.relu(10 * torch.log10(gets + 10 ** -2.2) + QUIET)
+    each = plays * (decibels + 3 * torch.relu(decibels + 0.3)) + (1 - plays) * 0.3 * excess
+    return (each * torch.tensor([1, 1, 1, 1, 1, 0.3])).sum(-1).mean()
+
+
+def cosine(optimizer, rate, share):
+    for group in optimizer.param_groups:
+        group["lr"] = rate * (0.5 + 0.5 * np.cos(np.pi * share)) + 1e-5
+
+
+def fitted_masks(songs, steps):
+    torch.manual_seed(0)
+    random = np.random.default_rng(0)
+    model = Masks(songs[0].cues.shape[1])
+    model.look_at(songs)
+    optimizer = torch.optim.Adam(model.parameters(), 5e-3)
+    for step in range(steps):
+        cosine(optimizer, 5e-3, step / steps)
+        optimizer.zero_grad()
+        for index in random.choice(len(songs), SONGS_A_STEP, replace=False):
+            song = songs[index]
+            cues, bins, weight, like, energy = song.some(torch.randint(len(song.bin), (BINS_A_STEP,)))
+            cost(*measures(model(cues, bins), weight, like, energy)).backward()
+        optimizer.step()
+    return model
+
+
+def summaries(model, songs):
+    """For each song and part: its share of the energy, its result's energy, its likeness with its part, its part's energy."""
+    rows = []
+    with torch.no_grad():
+        for song in songs:
+            cues, bins, weight, like, energy = song.all()
+            masks, weight = model(cues, bins), weight[:, None]
+            rows.append(torch.stack([(weight * m).sum(0) for m in (masks, masks ** 2, masks * like, energy)]))
+    return torch.stack(rows)
+
+
+def confidences(weights, summary):
+    """As SongSurvey::confidence in the engine."""
+    share, gets = summary[:, 0], summary[:, 1]
+    return torch.sigmoid(torch.log(share) * weights[:, 0] + gets / share * weights[:, 1] + weights[:, 2])
+
+
+def scaled(summary, gain):
+    return summary[:, 3], summary[:, 3] - 2 * gain * summary[:, 2] + gain ** 2 * summary[:, 1], gain ** 2 * summary[:, 1]
+
+
+def fitted_presence(summary):
+    """Weights (part, 3) of confidences by which scaled results cost least."""
+    weights = torch.tensor([[0.0, 0.0, 2.0]] * PARTS, requires_grad=True)
+    optimizer = torch.optim.Adam([weights], 0.03)
+    for step in range(3000):
+        cosine(optimizer, 0.03, step / 3000)
+        optimizer.zero_grad()
+        (cost(*scaled(summary, confidences(weights, summary))) + 1e-3 * (weights[:, :2] ** 2).sum()).backward()
+        optimizer.step()
+        with torch.no_grad():  # what speaks for a part may not speak against it
+            weights[:, :2].clamp_(min=LEAST_EVIDENCE)
+    return weights.detach()
+
+
+def report(title, summary, weights):
+    has, wrong, gets = scaled(summary, confidences(weights, summary))
+    for part in range(PARTS - 1):
+        plays = has[:, part] > AUDIBLE
+        scores = 10 * torch.log10(has[plays, part] / wrong[plays, part])
+        below = -10 * torch.log10(gets[~plays, part] + 1e-6)
+        absent = f"{below.median():.1f} [{below.min():.1f}]" if len(below) else "–"
+        print(f"{title}, part {part}: SDR {scores.median():.1f} [{scores.min():.1f}], absent {absent} below", file=sys.stderr)
+
+
+def written(numbers):
+    lines = []
+    for begin in range(0, len(numbers), 14):
+        lines.append("    " + " ".join(f"{n}," for n in numbers[begin:begin + 14]))
+    return "\n".join(lines)
+
+
+def main():
+    torch.set_num_threads(1)
+    songs = [Song(path) for path in sorted(glob.glob(os.path.join(sys.argv[1], "*.npz")))]
+    steps = int(sys.argv[2]) if len(sys.argv) > 2 else 1000
+    learned, held_out = [s for s in songs if s.number % 10 != 9], [s for s in songs if s.number % 10 == 9]
+    trial = fitted_masks(learned, steps)
+    report("held out", summaries(trial, held_out), fitted_presence(summaries(trial, learned)))
+    model = fitted_masks(songs, steps)
+    summary = summaries(model, songs)
+    presence = fitted_presence(summary)
+    report("all", summary, presence)
+    weights = np.round(model.plain() * 1000).astype(int).ravel()
+    print(TEXT.format(weights=written(weights), presence="\n".join(f"    {{{a:.3f}F, {b:.3f}F, {c:.3f}F}}," for a, b, c in presence[:-1])), end="")
+
+
+TEXT = """// SPDX-FileCopyrightText: The TEKO authors
+// SPDX-License-Identifier: Apache-2.0
+// Written by training/fit.py.
+#include "localservice/engine/cueweights.h"
+
+namespace localservice {{
+
+// clang-format off
+const std::array<std::int16_t, partCount * cueCount * weightKnots.size()> cueWeights = {{
+{weights}
+}};
+
+const std::array<PresenceWeights, partCount - 1> presenceWeights = {{{{
+{presence}
+}}}};
+// clang-format on
+
+}} // namespace localservice
+"""
+
+if __name__ == "__main__":
+    main()
