@@ -10,6 +10,7 @@
 #include "base/messageboxcustom.h"
 #include "base/programdata.h"
 #include "results/resultopener.h"
+#include "service/missingffmpeg.h"
 
 #include <QDebug>
 #include <QDir>
@@ -131,6 +132,9 @@ void Archive::operateFile(int id, bool isMix, QString newExtension)
 
 void Archive::carryOut(const ArchiveJob &job, const ArchiveRecord &record, bool isMix)
 {
+    // Before a download that would be lost.
+    if (job.needsConversion() && isFfmpegMissing())
+        return showMissingFfmpeg();
     switch (job.action) {
     case ArchiveJob::Action::Play:
         openInPlayer(m_store, job.target);

@@ -90,6 +90,12 @@ QVariantMap archiveRow(const ArchiveRecord &record, const ResultPaths &stored, b
             {u"isUsable"_s, canNameFiles(record)}};
 }
 
+bool ArchiveJob::needsConversion() const
+{
+    const bool isPlainDownload = stored == target && mediaSuffix(stored) == u"wav";
+    return action == Action::Convert || (action == Action::Download && !isPlainDownload);
+}
+
 ArchiveJob archiveJob(const ArchiveRecord &record, const QString &stored, const QString &target,
                       const FileTest &exists)
 {

@@ -46,6 +46,8 @@ struct ArchiveJob
     QString stored; ///< the result in the format in which it was saved
     QString target; ///< the result in the requested format
 
+    /// Whether ffmpeg is run for it.
+    [[nodiscard]] bool needsConversion() const;
     bool operator==(const ArchiveJob &) const = default;
 };
 

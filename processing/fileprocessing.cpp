@@ -6,11 +6,11 @@
 #include "base/guiscale.h"
 #include "base/messageboxcustom.h"
 #include "base/programdata.h"
-#include "processing/missingffmpeg.h"
 #include "processing/processingrules.h"
 #include "results/resultopener.h"
 #include "service/connectivity.h"
 #include "service/convertingfile.h"
+#include "service/missingffmpeg.h"
 #include "service/pictureprobe.h"
 
 #include <QFile>

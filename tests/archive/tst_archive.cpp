@@ -40,6 +40,7 @@ private slots:
     {
         TestCase::init();
         qunsetenv("FAKE_DO");
+        QFile::link("../ffmpeg.exe", m_ffmpeg);
         m_home = std::make_unique<Installation>();
         m_home->signIn("h+%");
         listRecords(record("Song", "wav") + ",7," + record("../Song", "wav"));
@@ -221,6 +222,19 @@ private slots:
                  before.isEmpty() ? QStringList() : QStringList("vocals - Song.mp3=stored"));
     }
 
+    /// Refused before anything is downloaded; what needs no conversion goes on.
+    void withoutFfmpeg()
+    {
+        RecordedMessages messages;
+        QVERIFY(QFile::remove(m_ffmpeg));
+        m_window->openWindow();
+        m_window->operateFile(0, false, "mp3");
+        QVERIFY(messages.texts().join("").contains("needs the program ffmpeg.exe"));
+        QVERIFY(server().requests(Installation::download).isEmpty());
+        m_window->operateFile(0, false, "wav");
+        QTRY_COMPARE(m_home->saved(), QStringList("vocals - Song.wav=instrument"));
+    }
+
     void filmThatIsGone()
     {
         RecordedMessages messages;
@@ -280,6 +294,8 @@ private:
     QVariant value(const char *name) const { return m_window->rootObject()->property(name); }
     static ArchiveHandler *handler() { return topLevelWindow<ArchiveHandler>(); }
 
+    /// In a folder that only this program uses.
+    const QString m_ffmpeg = QCoreApplication::applicationDirPath() + "/ffmpeg.exe";
     std::unique_ptr<Installation> m_home;
     std::unique_ptr<Archive> m_window;
 };

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
-#include "processing/missingffmpeg.h"
+#include "service/missingffmpeg.h"
 
 #include "base/messageboxcustom.h"
 #include "results/resultopener.h"
@@ -28,7 +28,7 @@ void showMissingFfmpeg()
     const auto answer = MessageBoxCustom::critical(
         MissingFfmpeg::tr("Converting Error"),
         MissingFfmpeg::tr("TEKO needs the program ffmpeg.exe in its own folder: put it there, and "
-                          "press PROCESS again."),
+                          "try again."),
         MessageBoxCustom::Open | MessageBoxCustom::Cancel);
     if (answer == MessageBoxCustom::Open)
         openFolderInBrowser(QFileInfo(ffmpegProgram()).absolutePath());
