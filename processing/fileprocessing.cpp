@@ -136,12 +136,12 @@ bool FileProcessing::hasUsableFolders()
 
 void FileProcessing::prepareUpload()
 {
-    if (m_run->prepareWithoutConverting(m_store.defaultPathTemp()))
-        return doneUploadConverting();
-    if (isFfmpegMissing()) {
+    if (m_run->needsConversion() && isFfmpegMissing()) {
         m_run.reset();
         return showMissingFfmpeg();
     }
+    if (m_run->prepareWithoutConverting(m_store.defaultPathTemp()))
+        return doneUploadConverting();
     m_view.showConverting(tr("Preparing a file for upload"));
     m_run->worker().start(m_run->uploadConverter(), &ConvertingFile::prepareToUpload,
                           &ConvertingFile::doneUploadConverting, this,

@@ -69,6 +69,12 @@ ProcessingRun::~ProcessingRun()
         remove(m_source.wavPath);
 }
 
+bool ProcessingRun::needsConversion() const
+{
+    return m_extension != QStringLiteral("wav")
+        || mediaSuffix(m_source.path) != QStringLiteral("wav");
+}
+
 bool ProcessingRun::prepareWithoutConverting(const QString &folder)
 {
     m_source.isUploaded = false;

@@ -52,6 +52,8 @@ public:
 
     /// The thread of the workers below.
     [[nodiscard]] WorkerThread &worker() { return m_worker; }
+    /// Whether ffmpeg is run for the source or its results.
+    [[nodiscard]] bool needsConversion() const;
     /// Chooses a name for the WAV file in a folder and, for a WAV source, copies it. Returns
     /// whether no conversion is needed or possible; the WAV file is then missing if something
     /// failed.
