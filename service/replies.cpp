@@ -56,6 +56,14 @@ std::optional<ResultUrls> resultUrls(const QString &body)
     return ResultUrls{parts[0].trimmed(), parts[1].trimmed()};
 }
 
+QUrl resultUrl(const QUrl &asked, const QString &location)
+{
+    const QUrl url = location.isEmpty() ? QUrl() : asked.resolved(QUrl(location));
+    const bool isUnsafe =
+        asked.scheme() == QLatin1String("https") && url.scheme() == QLatin1String("http");
+    return isUnsafe ? QUrl() : url;
+}
+
 int filesLeft(const QString &body)
 {
     bool isNumber = false;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QUrl>
 
 #include <optional>
 
@@ -32,6 +33,10 @@ struct ResultUrls
 };
 /// Empty unless the text is two parts joined by a bar.
 [[nodiscard]] std::optional<ResultUrls> resultUrls(const QString &body);
+
+/// The address of a result, which may be relative to the one that was asked; empty for none, and
+/// for one that leaves encryption.
+[[nodiscard]] QUrl resultUrl(const QUrl &asked, const QString &location);
 
 /// The files that may still be processed today; -1 when the text is not a number.
 [[nodiscard]] int filesLeft(const QString &body);

@@ -342,9 +342,7 @@ void TekoServer::fetchResults(const TextAnswer &answer, const QList<FetchTarget>
         connect(fetch, &FileFetch::progress, this, target.progress);
         connect(fetch, &FileFetch::failed, this, &TekoServer::showError);
         connect(m_requests.get(), &QObject::destroyed, fetch, &FileFetch::abort);
-        const QUrl location(target.isSecondUrl ? urls->second : urls->first);
-        // It may be relative to the address of the request.
         const QUrl asked = m_store.endpoints().operation(QStringLiteral("download.php"));
-        fetch->start(location.isEmpty() ? location : asked.resolved(location));
+        fetch->start(resultUrl(asked, target.isSecondUrl ? urls->second : urls->first));
     }
 }

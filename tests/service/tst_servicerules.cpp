@@ -33,6 +33,10 @@ private slots:
         QCOMPARE(resultUrls("a|"), (ResultUrls{"a", ""}));
         for (const char *body : {"a", "a|b|c", ""})
             QVERIFY(!resultUrls(body));
+        const QUrl asked("https://s/teko-server/download.php");
+        QCOMPARE(resultUrl(asked, "../r/a.wav"), QUrl("https://s/r/a.wav"));
+        QCOMPARE(resultUrl(asked, "http://s/a.wav"), QUrl());
+        QCOMPARE(resultUrl(QUrl("http://s/x"), "http://t/a.wav"), QUrl("http://t/a.wav"));
     }
 
     void truncatesTexts_data()
