@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/base/log.h"
+#include "localservice/base/paths.h"
 #include "localservice/base/secrets.h"
 #include "localservice/platform/arguments.h"
 #include "localservice/platform/output.h"
@@ -60,6 +61,9 @@ void discardAbandonedBeside(const std::filesystem::path &folder)
             discardAbandoned(numbered(folder, number));
         } catch (const DatabaseBusy &) {
             continue; // another program's
+        } catch (const std::exception &error) {
+            log("What is left in " + utf8(numbered(folder, number))
+                + " stays there: " + error.what());
         }
     }
 }

@@ -69,6 +69,10 @@ void reportProgress(const std::atomic<bool> &ended)
 
 std::optional<Confidence> separateInto(const SeparationTask &final)
 {
+    if (final.main == final.mix)
+        throw Refusal("The two results need two files.");
+    if (!fs::exists(final.input))
+        throw Refusal("There is no file " + utf8(final.input) + ".");
     for (const fs::path &file : {final.main, final.mix}) {
         if (fs::exists(file))
             throw Refusal("The file " + utf8(file) + " exists already.");

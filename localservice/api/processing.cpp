@@ -16,7 +16,7 @@ namespace {
 constexpr std::array<std::string_view, 12> extensions = {
     "mp4", "mkv", "mov", "wmv", "mpg", "webm", "mp3", "wav", "m4a", "aiff", "flac", "wma"};
 constexpr std::size_t maxNameBytes = 1024;
-constexpr std::size_t maxPathBytes = 32768;
+constexpr std::size_t maxPathBytes = 4096;
 // The answer to "how many files may I still send today" when there is no limit.
 constexpr int noLimit = 1000000;
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/api/servicestatus.h"
 
+#include "localservice/base/log.h"
+
 #include <Poco/Exception.h>
 #include <Poco/Format.h>
 
@@ -35,8 +37,8 @@ std::string statusText(const std::vector<AccountUsage> &accounts, int workers,
         sum.seconds += account.seconds;
         sum.uploadBytes += account.uploadBytes;
         sum.resultBytes += account.resultBytes;
-        lines += Poco::format("  %s: %d running, %d waiting, %s\n", account.email, account.running,
-                              account.queued, megabytes(bytesOf(account)));
+        lines += Poco::format("  %s: %d running, %d waiting, %s\n", printable(account.email),
+                              account.running, account.queued, megabytes(bytesOf(account)));
     }
     return Poco::format("Queue: %d running (of %d at a time), %d waiting, %.0f minutes of sound\n",
                         sum.running, workers, sum.queued, sum.seconds / secondsPerMinute)

@@ -109,6 +109,9 @@ bool HostPolicy::acceptsOrigin(std::string_view origin, std::string_view host) c
     const auto asked = parseOrigin(origin);
     if (!asked)
         return false;
+    // What is reached by its public name is asked by its public pages alone.
+    if (m_public && parseHost(host, m_public->port) == m_public)
+        return asked == parseOrigin(m_reachable.publicUrl);
     if (m_public && asked == parseOrigin(m_reachable.publicUrl))
         return true;
     const auto own = parseHost(host, defaultPort());

@@ -239,6 +239,7 @@ private slots:
         add("a port beyond all", "localhost:99999", "", "");
         add("its own page", "localhost:8750", "http://localhost:8750", "local open proxied");
         add("its public page", "localhost:8750", "https://music.example", "proxied");
+        add("the public name's page without TLS", "music.example", "http://music.example", "open");
         add("another page", "localhost:8750", "http://evil.example", "");
         add("a page of this computer", "localhost:8750", "http://localhost:3000", "");
         add("no page's", "localhost:8750", "null", "");
