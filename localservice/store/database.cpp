@@ -59,6 +59,8 @@ struct Addition
 };
 constexpr std::array additions = {
     Addition{"jobs", "attempts", "ALTER TABLE jobs ADD COLUMN attempts INTEGER NOT NULL DEFAULT 0"},
+    Addition{"jobs", "interruptions",
+             "ALTER TABLE jobs ADD COLUMN interruptions INTEGER NOT NULL DEFAULT 0"},
     Addition{"jobs", "started", "ALTER TABLE jobs ADD COLUMN started INTEGER NOT NULL DEFAULT 0"},
     Addition{"jobs", "bytes", "ALTER TABLE jobs ADD COLUMN bytes INTEGER NOT NULL DEFAULT 0"},
     Addition{"uploads", "bytes", "ALTER TABLE uploads ADD COLUMN bytes INTEGER NOT NULL DEFAULT 0"},

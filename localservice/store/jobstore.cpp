@@ -207,8 +207,11 @@ void JobStore::requeueInterrupted(const std::string &reason)
 {
     m_database.changeOnFullDisk([&] {
         Database::Access access = m_database.access();
+        access.session << "UPDATE jobs SET interruptions = interruptions + 1,"
+                          " attempts = attempts - 1 WHERE state = 'running'",
+            now;
         access.session << "UPDATE jobs SET state = 'failed', reason = ?"
-                          " WHERE state = 'running' AND attempts >= ?",
+                          " WHERE state = 'running' AND interruptions >= ?",
             bind(reason), bind(maxAttempts), now;
         access.session << "UPDATE jobs SET state = 'queued' WHERE state = 'running'", now;
     });

@@ -68,7 +68,7 @@ public:
     /// Moves a job on from one state to another; returns whether it was in the first one.
     bool move(std::int32_t id, JobState from, JobState to, const std::string &reason = {});
     /// Puts the jobs that were running when the program died back to their place in the queue.
-    /// Those that have been there maxAttempts times fail with the reason.
+    /// Those that were running at maxAttempts such ends fail with the reason.
     void requeueInterrupted(const std::string &reason);
     /// Cancels all waiting and running jobs.
     void cancelUnfinished();
