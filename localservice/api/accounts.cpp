@@ -6,8 +6,6 @@
 #include "localservice/base/refusal.h"
 
 #include <Poco/DateTimeFormatter.h>
-#include <Poco/JSON/Array.h>
-#include <Poco/JSON/Object.h>
 #include <Poco/String.h>
 #include <Poco/Timestamp.h>
 
@@ -22,6 +20,8 @@ constexpr std::size_t maxTextBytes = 254;
 constexpr std::size_t minPasswordBytes = 8;
 constexpr std::size_t maxPasswordBytes = 1024;
 constexpr std::int64_t secondsPerDay = 86400;
+constexpr int maxArchiveRecords = 1000;
+constexpr std::size_t maxArchiveBytes = 1 << 20;
 
 constexpr const char *wrongSignIn = "The e-mail address or the password is wrong.";
 constexpr const char *wrongCode = "The recovery code is wrong or no longer valid.";
@@ -221,19 +221,30 @@ void Accounts::requirePassword(const Account &account, const std::string &passwo
 
 std::string Accounts::archive(const Fields &fields, const RequestContext &context)
 {
-    Poco::JSON::Array list;
-    for (const Job &job : m_jobs.finishedOf(m_authorizer.require(fields, context).id)) {
-        Poco::JSON::Object::Ptr record = new Poco::JSON::Object;
-        record->set("name", job.name);
-        record->set("deleted", day(job.added + m_keepDays * secondsPerDay));
-        record->set("instrument", job.instrument);
-        record->set("extension", job.extension);
-        record->set("demoFile", job.demo ? "yes" : "no");
-        record->set("local_file_path", job.original);
-        record->set("ai_id", job.id);
-        list.add(record);
+    const std::int64_t account = m_authorizer.require(fields, context).id;
+    // One list at a time, as each takes memory.
+    const std::lock_guard lock(m_archiveMutex);
+    std::string list;
+    for (const Job &job : m_jobs.finishedOf(account, maxArchiveRecords)) {
+        const std::string record = textOf(archiveRecord(job));
+        if (list.size() + record.size() > maxArchiveBytes)
+            break;
+        list += (list.empty() ? "" : ",") + record;
     }
-    return textOf(list);
+    return '[' + list + ']';
+}
+
+Poco::JSON::Object Accounts::archiveRecord(const Job &job) const
+{
+    Poco::JSON::Object record;
+    record.set("name", job.name);
+    record.set("deleted", day(job.added + m_keepDays * secondsPerDay));
+    record.set("instrument", job.instrument);
+    record.set("extension", job.extension);
+    record.set("demoFile", job.demo ? "yes" : "no");
+    record.set("local_file_path", job.original);
+    record.set("ai_id", job.id);
+    return record;
 }
 
 } // namespace localservice

@@ -6,6 +6,10 @@
 #include "localservice/api/licence.h"
 #include "localservice/api/signinguard.h"
 
+#include <Poco/JSON/Object.h>
+
+#include <mutex>
+
 namespace localservice {
 
 /// The requests about accounts. Each takes a form and returns the text of the reply, or throws
@@ -27,9 +31,11 @@ public:
     [[nodiscard]] std::string logout(const Fields &fields, const RequestContext &context);
     /// A change of the e-mail address or the password needs the field "oldPassword".
     [[nodiscard]] std::string update(const Fields &fields, const RequestContext &context);
+    /// The newest 1000 results, as far as they fit into 1 MiB.
     [[nodiscard]] std::string archive(const Fields &fields, const RequestContext &context);
 
 private:
+    [[nodiscard]] Poco::JSON::Object archiveRecord(const Job &job) const;
     [[nodiscard]] std::string userJson(const Account &account, const std::string &hash) const;
     /// Registrations and changes reveal whether an address is taken, so they are limited.
     void countChange(const RequestContext &context);
@@ -43,6 +49,7 @@ private:
     int m_keepDays;
     SignInGuard m_guard;
     RateLimiter m_changes{10};
+    std::mutex m_archiveMutex;
 };
 
 } // namespace localservice

@@ -245,9 +245,11 @@ std::vector<std::string> JobStore::tokens()
     return tokens;
 }
 
-std::vector<Job> JobStore::finishedOf(std::int64_t account)
+std::vector<Job> JobStore::finishedOf(std::int64_t account, int maxCount)
 {
-    return select("WHERE state = 'ready' AND jobs.account = ? ORDER BY turn DESC", account);
+    return select("WHERE state = 'ready' AND jobs.account = ? ORDER BY turn DESC LIMIT "
+                      + std::to_string(maxCount),
+                  account);
 }
 
 std::vector<std::string> JobStore::takeOlderThan(std::int64_t time)

@@ -76,8 +76,8 @@ public:
     [[nodiscard]] std::int64_t bytesOf(std::int64_t account);
     /// The tokens of all jobs.
     [[nodiscard]] std::vector<std::string> tokens();
-    /// An account's finished jobs, the newest first.
-    [[nodiscard]] std::vector<Job> finishedOf(std::int64_t account);
+    /// An account's finished jobs, the newest first, at most `maxCount`.
+    [[nodiscard]] std::vector<Job> finishedOf(std::int64_t account, int maxCount);
     /// Deletes the jobs that ended and were added before a time, and returns their tokens.
     [[nodiscard]] std::vector<std::string> takeOlderThan(std::int64_t time);
 
