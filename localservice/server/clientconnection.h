@@ -17,7 +17,10 @@ public:
     { }
 
     [[nodiscard]] bool requestRead() { return m_connections.requestRead(m_id); }
-    [[nodiscard]] bool beginTransfer() { return m_connections.beginTransfer(m_id); }
+    [[nodiscard]] bool beginTransfer(const std::string &client)
+    {
+        return m_connections.beginTransfer(m_id, client);
+    }
     void transferred(std::size_t bytes) { m_connections.transferred(m_id, bytes); }
     void beginDrain() { m_connections.beginDrain(m_id); }
 

@@ -8,6 +8,7 @@
 #include <Poco/Net/SocketImpl.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace localservice {
 
@@ -24,8 +25,9 @@ constexpr std::size_t shareOf(std::size_t limit)
 
 } // namespace
 
-Connections::Connections(const ConnectionLimits &limits)
+Connections::Connections(const ConnectionLimits &limits, std::string trustedProxy)
     : m_limits(limits)
+    , m_trustedProxy(std::move(trustedProxy))
     , m_watcher(&Connections::watch, this)
 { }
 
@@ -41,7 +43,8 @@ Connections::~Connections()
 
 bool Connections::open(const Poco::Net::StreamSocket &socket)
 {
-    const std::string address = networkOf(socket.peerAddress().host());
+    const Poco::Net::IPAddress peer = socket.peerAddress().host();
+    const std::string address = peer.toString() == m_trustedProxy ? "" : networkOf(peer);
     const std::lock_guard lock(m_mutex);
     if (m_entries.size() >= m_limits.connections + maxAborted || !makeRoom(address))
         return false;
@@ -54,7 +57,7 @@ bool Connections::open(const Poco::Net::StreamSocket &socket)
 
 bool Connections::makeRoom(const std::string &address)
 {
-    if (count(address) >= shareOf(m_limits.connections))
+    if (!address.empty() && count(address) >= shareOf(m_limits.connections))
         return abortOldest(address);
     return count({}) < m_limits.connections || abortOldest({});
 }
@@ -78,18 +81,27 @@ std::size_t Connections::countTransfers(const std::string &address) const
         }));
 }
 
-bool Connections::abortOldest(const std::string &address)
+Connections::Entry *Connections::oldest(const std::string &address,
+                                        std::initializer_list<State> states)
 {
     Entry *oldest = nullptr;
     for (auto &[id, entry] : m_entries) {
-        const bool isReading = entry.state == State::Reading || entry.state == State::Draining;
-        if (isReading && (address.empty() || entry.address == address)
+        if (std::find(states.begin(), states.end(), entry.state) != states.end()
+            && (address.empty() || entry.address == address)
             && (oldest == nullptr || entry.opened < oldest->opened))
             oldest = &entry;
     }
-    if (oldest != nullptr)
-        abort(*oldest);
-    return oldest != nullptr;
+    return oldest;
+}
+
+bool Connections::abortOldest(const std::string &address)
+{
+    Entry *entry = oldest(address, {State::Reading, State::Draining});
+    if (entry == nullptr)
+        entry = oldest(address, {State::Replying});
+    if (entry != nullptr)
+        abort(*entry);
+    return entry != nullptr;
 }
 
 bool Connections::requestRead(Id id)
@@ -103,15 +115,16 @@ bool Connections::requestRead(Id id)
     return true;
 }
 
-bool Connections::beginTransfer(Id id)
+bool Connections::beginTransfer(Id id, const std::string &client)
 {
     const std::lock_guard lock(m_mutex);
     const auto found = m_entries.find(id);
     if (found == m_entries.end() || found->second.state == State::Aborted)
         return false;
     Entry &entry = found->second;
+    entry.address = client;
     if (countTransfers({}) >= m_limits.transfers
-        || countTransfers(entry.address) >= shareOf(m_limits.transfers))
+        || countTransfers(client) >= shareOf(m_limits.transfers))
         return false;
     entry.state = State::Transferring;
     entry.rate.emplace(std::chrono::steady_clock::now(), m_limits.rateWindow,

@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <initializer_list>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -29,14 +30,17 @@ struct ConnectionLimits
 
 /// All open connections, and the rules that keep slow or many clients from occupying the service:
 /// deadlines for requests and replies, a minimum rate for transfers, and a share for each address.
-/// When there are too many, the oldest one without a complete request is aborted for a new one.
+/// When there are too many, one is aborted for a new one: the oldest without a complete request,
+/// otherwise the oldest that is being answered. Transfers keep their place.
 /// Thread-safe.
 class Connections final
 {
 public:
     using Id = const Poco::Net::SocketImpl *;
 
-    explicit Connections(const ConnectionLimits &limits);
+    /// The trusted proxy's IP address ("": none) may have all connections: their clients are known
+    /// only once they begin a transfer.
+    Connections(const ConnectionLimits &limits, std::string trustedProxy);
     Connections(const Connections &) = delete;
     Connections &operator=(const Connections &) = delete;
     ~Connections();
@@ -46,14 +50,15 @@ public:
     /// Its request has been read, so that only the reply is left. False when the connection was
     /// aborted before: what has been read may then be less than was sent.
     [[nodiscard]] bool requestRead(Id id);
-    /// An upload or a result begins, which from now on has a minimum rate instead of a deadline.
-    /// False when too many are under way.
-    [[nodiscard]] bool beginTransfer(Id id);
+    /// An upload or a result of a client begins, which from now on has a minimum rate instead of a
+    /// deadline. False when too many are under way, of all or of this client.
+    [[nodiscard]] bool beginTransfer(Id id, const std::string &client);
     /// Counts the bytes of a transfer.
     void transferred(Id id, std::size_t bytes);
     /// A refused upload is read to its end, so that the client sees the answer: as long as the
     /// reply may take, and only while there is room.
     void beginDrain(Id id);
+    /// The connection is about to be closed, and must no longer be aborted. Can be repeated.
     void closed(Id id);
     /// Aborts all connections.
     void abortAll();
@@ -64,7 +69,7 @@ private:
     struct Entry
     {
         Poco::Net::StreamSocket socket;
-        std::string address;
+        std::string address; // of the client; "" behind the proxy until it is known
         State state;
         Time opened;
         Time deadline;
@@ -74,6 +79,7 @@ private:
 
     [[nodiscard]] std::size_t count(const std::string &address) const;
     [[nodiscard]] std::size_t countTransfers(const std::string &address) const;
+    [[nodiscard]] Entry *oldest(const std::string &address, std::initializer_list<State> states);
     [[nodiscard]] bool abortOldest(const std::string &address);
     [[nodiscard]] bool makeRoom(const std::string &address);
     [[nodiscard]] bool isOverdue(Entry &entry, Time now) const;
@@ -81,6 +87,7 @@ private:
     void watch();
 
     const ConnectionLimits m_limits;
+    const std::string m_trustedProxy;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     bool m_stopping = false;

@@ -99,7 +99,7 @@ Poco::Net::HTTPRequestHandler *HandlerFactory::handlerOfGet(const Request &reque
     if (path == "/generate_204")
         return new FixedHandler(Response::HTTP_NO_CONTENT, "", "");
     if (path.rfind("/results/", 0) == 0)
-        return new ResultHandler(m_backend, m_connection);
+        return new ResultHandler(m_backend, m_rules, m_connection);
     if (const std::optional<std::string> page = pageAt(path))
         return new FixedHandler(Response::HTTP_OK, "text/html; charset=utf-8", *page);
     return refuse(Response::HTTP_NOT_FOUND, "Not found.");

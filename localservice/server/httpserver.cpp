@@ -115,7 +115,7 @@ Poco::Net::ServerSocket listenOn(const ServerSettings &settings)
 
 HttpServer::HttpServer(const ServerSettings &settings, const Backend &backend)
     : m_backend(backend)
-    , m_connections(settings.limits)
+    , m_connections(settings.limits, settings.trustedProxy)
     , m_threads(minThreads, maxThreads)
 {
     const Poco::Net::ServerSocket socket = listenOn(settings);

@@ -23,7 +23,7 @@ void ResultHandler::handleRequest(Request &request, Response &response)
         send(request, response, Response::HTTP_NOT_FOUND, plainText, "Not found.");
         return;
     }
-    if (!m_connection.beginTransfer()) {
+    if (!m_connection.beginTransfer(contextOf(request, m_rules).address)) {
         send(request, response, Response::HTTP_SERVICE_UNAVAILABLE, plainText,
              "The service has too many transfers under way. Please try again.");
         return;

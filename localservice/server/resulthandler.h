@@ -16,8 +16,9 @@ namespace localservice {
 class ResultHandler final : public Poco::Net::HTTPRequestHandler
 {
 public:
-    ResultHandler(Backend &backend, const ClientConnection &connection)
+    ResultHandler(Backend &backend, const RequestRules &rules, const ClientConnection &connection)
         : m_backend(backend)
+        , m_rules(rules)
         , m_connection(connection)
     { }
 
@@ -30,6 +31,7 @@ private:
     void sendFile(const std::filesystem::path &file, Response &response);
 
     Backend &m_backend;
+    const RequestRules &m_rules;
     ClientConnection m_connection;
 };
 

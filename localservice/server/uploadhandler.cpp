@@ -58,7 +58,7 @@ private:
     {
         try {
             const std::int64_t account = m_processing.uploadAccount(m_fields, m_context);
-            if (!m_connection.beginTransfer())
+            if (!m_connection.beginTransfer(m_context.address))
                 throw Refusal("The service has too many transfers under way. Please try again.");
             m_file.begin(account, fileName, m_processing.uploadRoom(account));
         } catch (const Refusal &refusal) {

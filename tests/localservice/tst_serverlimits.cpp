@@ -9,6 +9,7 @@
 #include <QtTest>
 
 #include <Poco/Net/NetException.h>
+#include <Poco/Net/ServerSocket.h>
 
 #include <fstream>
 
@@ -162,8 +163,42 @@ private slots:
         const std::size_t stored = name == "uploads" ? 6 : 0;
         QTRY_COMPARE(server.uploadsOnDisk(), stored);
         for (int i = 0; i < 20; ++i)
-            QVERIFY(server.get("/generate_204").find(" 204 ") != std::string::npos);
+        {
+            const std::string reply = server.get("/generate_204");
+            QVERIFY2(reply.find(" 204 ") != std::string::npos, (std::to_string(i) + reply).c_str());
+        }
         QCOMPARE(server.uploadsOnDisk(), stored);
+    }
+
+    void keepsAShareForEachAddress_data()
+    {
+        const Rows<QString, QString, bool> add;
+        add("connections that say nothing", "reading", "", true);
+        add("replies that are not read", "replying", "", true);
+        add("transfers", "transferring", "", false);
+        add("transfers through the proxy", "transferring", "127.0.0.1", true);
+    }
+
+    /// Of 4 connections an address has 3. Does the fourth one find room?
+    void keepsAShareForEachAddress()
+    {
+        const auto [held, proxy, isAdmitted] = fetchRow<QString, QString, bool>();
+        Connections connections({.connections = 4}, proxy.toStdString());
+        const Poco::Net::ServerSocket listener(Poco::Net::SocketAddress("127.0.0.1:0"));
+        const std::string client = proxy.isEmpty() ? "127.0.0.1" : "192.0.2.7";
+        std::vector<Poco::Net::StreamSocket> sockets;
+        const auto open = [&] {
+            sockets.emplace_back(listener.address());
+            sockets.push_back(Poco::Net::ServerSocket(listener).acceptConnection());
+            return connections.open(sockets.back());
+        };
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY(open());
+            const Connections::Id id = sockets.back().impl();
+            QVERIFY(held == "reading" || connections.requestRead(id));
+            QVERIFY(held != "transferring" || connections.beginTransfer(id, client));
+        }
+        QCOMPARE(open(), isAdmitted);
     }
 
     void limitsWhatAnAccountKeeps_data()
