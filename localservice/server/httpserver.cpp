@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/server/httpserver.h"
 
+#include "localservice/server/httpconnection.h"
 #include "localservice/server/tls.h"
 
-#include <Poco/Net/HTTPServerConnection.h>
 #include <Poco/Net/HTTPServerParams.h>
 #include <Poco/Net/TCPServerConnectionFactory.h>
 
@@ -24,25 +24,6 @@ constexpr int maxThreads = 512;
 constexpr int listenBacklog = 128;
 constexpr int minThreads = 2;
 
-class Connection final : public Poco::Net::HTTPServerConnection
-{
-public:
-    Connection(const StreamSocket &socket, HTTPServerParams::Ptr parameters,
-               Poco::Net::HTTPRequestHandlerFactory::Ptr handlers, Connections &connections)
-        : HTTPServerConnection(socket, std::move(parameters), std::move(handlers))
-        , m_id(socket.impl())
-        , m_connections(connections)
-    {
-        this->socket().setSendTimeout(Poco::Timespan(silenceSeconds, 0));
-    }
-
-    ~Connection() override { m_connections.closed(m_id); }
-
-private:
-    Connections::Id m_id;
-    Connections &m_connections;
-};
-
 class ConnectionFactory final : public Poco::Net::TCPServerConnectionFactory
 {
 public:
@@ -57,8 +38,8 @@ public:
     Poco::Net::TCPServerConnection *createConnection(const StreamSocket &socket) override
     {
         const ClientConnection client{m_connections, socket.impl()};
-        return new Connection(socket, m_parameters, new HandlerFactory(m_backend, m_rules, client),
-                              m_connections);
+        return new HttpConnection(socket, m_parameters,
+                                  new HandlerFactory(m_backend, m_rules, client), m_connections);
     }
 
 private:

@@ -128,6 +128,9 @@ private slots:
             "POST /teko-server/remains.php" + rest + "Content-Length: 70000\r\n\r\n"
                 + QByteArray(70000, 'a'),
             QByteArray("HTTP/1.1 400 "));
+        add("a length that is no number",
+            "POST /teko-server/remains.php" + rest + "Content-Length: abc\r\n",
+            QByteArray("HTTP/1.1 400 "));
         add("no multipart", "POST /teko-server/proceed.php" + rest + "Content-Length: 0\r\n",
             QByteArray("HTTP/1.1 415 "));
     }
