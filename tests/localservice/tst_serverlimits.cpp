@@ -162,8 +162,7 @@ private slots:
             held.push_back(server.connect(server.upload(server.session)));
         const std::size_t stored = name == "uploads" ? 6 : 0;
         QTRY_COMPARE(server.uploadsOnDisk(), stored);
-        for (int i = 0; i < 20; ++i)
-        {
+        for (int i = 0; i < 20; ++i) {
             const std::string reply = server.get("/generate_204");
             QVERIFY2(reply.find(" 204 ") != std::string::npos, (std::to_string(i) + reply).c_str());
         }
