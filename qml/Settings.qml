@@ -8,6 +8,8 @@ import QtQuick.Layouts
 WindowView {
     id: root
 
+    property real storedScf: 1
+
     signal setProgramSettings(var data)
     signal resetOpening(string field)
     signal updatePathField(string path, string key)
@@ -184,6 +186,7 @@ WindowView {
             Layout.fillWidth: true
             Layout.preferredHeight: 118 * root.scf
             view: root
+            stored: root.storedScf
             onSaveScf: scf => root.saveScf(scf)
         }
 

@@ -3,12 +3,15 @@
 import QtQuick
 import QtQuick.Layouts
 
-/// The choice of the interface scale, which shows the scale of its window.
+/// The choice of the interface scale.
 GroupBox {
     id: section
 
     readonly property int firstPercent: 60
     readonly property int lastPercent: 150
+
+    /// The stored scale; that of the window is smaller where the screen is.
+    property real stored: 1
 
     signal saveScf(real scf)
 
@@ -43,7 +46,7 @@ GroupBox {
             Dropdown {
                 id: box
 
-                readonly property int shownIndex: Math.min(Math.max(Math.round(section.prop.scf * 100), section.firstPercent), section.lastPercent) - section.firstPercent
+                readonly property int shownIndex: Math.min(Math.max(Math.round(section.stored * 100), section.firstPercent), section.lastPercent) - section.firstPercent
 
                 Layout.preferredWidth: 70 * section.prop.scf
                 prop: section.prop

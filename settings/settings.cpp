@@ -73,7 +73,7 @@ void Settings::openWindow()
 void Settings::showStoredSettings()
 {
     loadProgramSettings();
-    applyScale(usableGuiScale(m_store.guiScale()));
+    showScale(m_store.guiScale());
     emit setProgramSettings(QVariant(m_programSettings));
 }
 
@@ -97,9 +97,16 @@ QVariantMap Settings::storedSettings() const
 void Settings::saveScf(double scf)
 {
     qInfo() << "Settings::saveScf" << scf;
-    applyScale(usableGuiScale(scf));
+    showScale(scf);
     if (!saveOrShowError(m_store, {{SettingsKeys::guiScale.name, scf}}))
-        applyScale(usableGuiScale(m_store.guiScale()));
+        showScale(m_store.guiScale());
+}
+
+void Settings::showScale(double scf)
+{
+    const double usable = usableGuiScale(scf);
+    applyScale(usable);
+    setViewProperty("storedScf", usable);
 }
 
 void Settings::cancel()

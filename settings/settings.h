@@ -64,6 +64,7 @@ private:
     [[nodiscard]] QString findNewest(const QString &key) const;
     [[nodiscard]] QVariantMap storedSettings() const;
     void showStoredSettings();
+    void showScale(double scf);
 
     ProgramData &m_store;
     const FileDialogs m_dialogs;
