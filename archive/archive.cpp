@@ -94,7 +94,7 @@ ResultPaths Archive::pathsOf(const ArchiveRecord &record, const QString &folder,
                              const QString &extension) const
 {
     if (record.id != 0 && canNameFiles(record)) {
-        if (const auto saved = m_memory.find(record.id, extension))
+        if (const auto saved = m_memory.find(record.id, extension, folder))
             return *saved;
     }
     return archivePaths(folder, record, extension);

@@ -21,6 +21,11 @@ QString variantOf(const QString &path, const QString &extension, int number)
     return file.path() + u'/' + file.completeBaseName() + suffix + u'.' + extension;
 }
 
+QString movedTo(const QString &folder, const QString &path)
+{
+    return folder + u'/' + QFileInfo(path).fileName();
+}
+
 } // namespace
 
 ResultMemory::ResultMemory(const ProgramData &store)
@@ -39,30 +44,33 @@ void ResultMemory::remember(int jobId, const ResultPaths &paths)
     m_file.sync();
 }
 
-std::optional<ResultPaths> ResultMemory::find(int jobId, const QString &extension) const
+std::optional<ResultPaths> ResultMemory::find(int jobId, const QString &extension,
+                                              const QString &folder) const
 {
     const QString main = m_file.value(key(jobId, "main")).toString();
     const QString mix = m_file.value(key(jobId, "mix")).toString();
-    if (main.isEmpty() || mix.isEmpty() || !QFileInfo::exists(QFileInfo(main).path()))
+    if (main.isEmpty() || mix.isEmpty())
         return {};
-    return ResultPaths{pathOf(jobId, main, extension), pathOf(jobId, mix, extension)};
+    const bool isThere = QFileInfo::exists(main) || QFileInfo::exists(mix);
+    return ResultPaths{pathOf(jobId, isThere ? main : movedTo(folder, main), extension),
+                       pathOf(jobId, isThere ? mix : movedTo(folder, mix), extension)};
 }
 
-QString ResultMemory::pathOf(int jobId, const QString &saved, const QString &extension) const
+QString ResultMemory::pathOf(int jobId, const QString &wanted, const QString &extension) const
 {
-    QString path = variantOf(saved, extension, 0);
-    for (int number = 1; path != saved && isAnothers(jobId, path); ++number)
-        path = variantOf(saved, extension, number);
+    QString path = variantOf(wanted, extension, 0);
+    for (int number = 1; isAnothers(jobId, path); ++number)
+        path = variantOf(wanted, extension, number);
     return path;
 }
 
 bool ResultMemory::isAnothers(int jobId, const QString &path) const
 {
+    const auto isHere = [&](const QString &each) { return m_file.value(each).toString() == path; };
     const QStringList own{key(jobId, "main"), key(jobId, "mix")};
     const QStringList keys = m_file.allKeys();
-    return std::any_of(keys.begin(), keys.end(), [&](const QString &each) {
-        return !own.contains(each) && m_file.value(each).toString() == path;
-    });
+    return std::none_of(own.begin(), own.end(), isHere)
+        && std::any_of(keys.begin(), keys.end(), isHere);
 }
 
 QString ResultMemory::key(int jobId, const char *which) const

@@ -22,13 +22,14 @@ public:
     void remember(int jobId, const ResultPaths &paths);
 
     /// The paths of the results of a job of the current service, in the saved or another format,
-    /// under names that no other job's results have; the files need not exist. Empty for an unknown
-    /// job or when the folder no longer exists.
-    [[nodiscard]] std::optional<ResultPaths> find(int jobId, const QString &extension) const;
+    /// under names that no other job's results have. They are where they were saved or, when both
+    /// have gone from there, in `folder`; the files need not exist. Empty for an unknown job.
+    [[nodiscard]] std::optional<ResultPaths> find(int jobId, const QString &extension,
+                                                  const QString &folder) const;
 
 private:
     [[nodiscard]] QString key(int jobId, const char *which) const;
-    [[nodiscard]] QString pathOf(int jobId, const QString &saved, const QString &extension) const;
+    [[nodiscard]] QString pathOf(int jobId, const QString &wanted, const QString &extension) const;
     [[nodiscard]] bool isAnothers(int jobId, const QString &path) const;
     void forgetRemovedResults();
 

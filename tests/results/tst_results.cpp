@@ -63,20 +63,23 @@ private slots:
         ResultMemory(*home.store).remember(7, paths);
         home.restart();
         const ResultMemory memory(*home.store);
-        QCOMPARE(memory.find(7, "mp3"), paths);
-        QCOMPARE(memory.find(7, "flac"),
+        const QString save = home.path("Save");
+        QVERIFY(QFile(paths.mix).open(QIODevice::WriteOnly));
+        QCOMPARE(memory.find(7, "mp3", save), paths);
+        QCOMPARE(memory.find(7, "flac", save),
                  (ResultPaths{home.path("Save/a (1).flac"), home.path("Save/b (1).flac")}));
-        QVERIFY(!memory.find(8, "mp3"));
+        QVERIFY(!memory.find(8, "mp3", save));
         // Another song of that name, saved in another format.
         const ResultPaths others{home.path("Save/a (1).flac"), home.path("Save/b.flac")};
         ResultMemory(*home.store).remember(9, others);
-        QCOMPARE(memory.find(7, "flac")->main, home.path("Save/a (1) (1).flac"));
-        QCOMPARE(memory.find(9, "flac"), others);
+        QCOMPARE(memory.find(7, "flac", save)->main, home.path("Save/a (1) (1).flac"));
+        QCOMPARE(memory.find(9, "flac", save), others);
         home.store->setLocalAccount(LocalAccount{"me", "h"});
-        QVERIFY(!memory.find(7, "mp3"));
+        QVERIFY(!memory.find(7, "mp3", save));
         home.store->setLocalAccount({});
-        QVERIFY(QDir(home.path("Save")).removeRecursively());
-        QVERIFY(!memory.find(7, "mp3"));
+        // The user has moved the results to another folder, and saves there now.
+        QVERIFY(QFile::remove(paths.mix));
+        QCOMPARE(memory.find(7, "mp3", "/New"), (ResultPaths{"/New/a (1).mp3", "/New/b (1).mp3"}));
     }
 
     void opening_data()
