@@ -9,6 +9,7 @@
 #include "service/convertingfile.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
@@ -53,7 +54,8 @@ void ArchiveHandler::downloadingFirst(double percents)
     if (!m_run)
         return;
     qInfo() << "ArchiveHandler::downloadingFirst" << percents;
-    setViewProperty("downloadingPercent", percents);
+    // Cut off: 100 % is said only of a file that is there.
+    setViewProperty("downloadingPercent", int(percents));
     if (percents != 100.0)
         return;
     if (QFile::exists(m_run->downloadPath()))
@@ -70,7 +72,8 @@ void ArchiveHandler::useDownload()
         if (QFile::rename(download, stored))
             doneDownloadedConvert();
         else
-            showError(tr("The result could not be saved:\n\n%1").arg(stored));
+            showError(
+                tr("The result could not be saved:\n\n%1").arg(QDir::toNativeSeparators(stored)));
     } else if (m_run->isOriginalVideoMissing()) {
         // Without the original video the stored one cannot be made again, but its sound can be.
         startWorker(download, m_run->targetPath(), &ConvertingFile::prepareFinal,
@@ -123,7 +126,7 @@ bool ArchiveHandler::isMade(const QString &result)
 {
     if (QFile::exists(result))
         return true;
-    showError(tr("The result could not be converted:\n\n%1").arg(result));
+    showError(tr("The result could not be converted:\n\n%1").arg(QDir::toNativeSeparators(result)));
     return false;
 }
 

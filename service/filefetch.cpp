@@ -6,6 +6,7 @@
 #include "service/textreply.h"
 
 #include <QDebug>
+#include <QDir>
 #include <QNetworkReply>
 
 namespace {
@@ -141,7 +142,8 @@ void FileFetch::commit()
 
 void FileFetch::failOpening()
 {
-    fail(tr("Failed to open file for writing:\n\n%1").arg(m_file.fileName()));
+    fail(tr("Failed to open file for writing:\n\n%1")
+             .arg(QDir::toNativeSeparators(m_file.fileName())));
 }
 
 void FileFetch::failDownload(const QString &reason)
