@@ -6,9 +6,9 @@
 #include "base/guiscale.h"
 #include "base/messageboxcustom.h"
 #include "base/programdata.h"
+#include "processing/openingchecks.h"
 #include "processing/processingrules.h"
 #include "results/resultopener.h"
-#include "service/connectivity.h"
 #include "service/convertingfile.h"
 #include "service/missingffmpeg.h"
 #include "service/pictureprobe.h"
@@ -70,14 +70,8 @@ bool FileProcessing::openWindow(const QString &path)
     m_view.presentFile(path, m_store);
     show();
     raise();
-    const bool isOnline =
-        online(m_server.networkAccess(), m_store.endpoints().connectivity, opening);
-    if (opening && !isOnline) {
-        const OfflineNotice notice = offlineNotice(m_store);
-        MessageBoxCustom::critical(notice.title, notice.text);
-        if (opening)
-            closeWindow();
-    }
+    if (closesOffline(m_server, m_store, opening))
+        closeWindow();
     if (const QString old = opening ? m_source.discardWav() : QString(); !old.isEmpty())
         m_server.removeUploaded(old, opening);
     if (!opening)
@@ -91,16 +85,7 @@ bool FileProcessing::openWindow(const QString &path)
 void FileProcessing::checkRemains()
 {
     qInfo() << "FileProcessing::checkRemains";
-    if (!m_opening)
-        return;
-    const QPointer<QObject> opening(m_opening.get());
-    const int left = m_server.processedFilesRemains(m_store.user().hash, opening);
-    if (!opening || !isDailyLimitReached(left) || !m_view.isLayer("select_instrument"))
-        return;
-    MessageBoxCustom::critical(tr("Files Limit"),
-                               tr("You have already processed 10 files, the maximum daily number "
-                                  "you can process as a customer."));
-    if (opening)
+    if (m_opening && closesAtFilesLimit(m_server, m_store, m_view, m_opening.get()))
         closeWindow();
 }
 
@@ -118,12 +103,24 @@ void FileProcessing::startProcess()
 {
     qInfo() << "FileProcessing::startProcess";
     beginRun();
-    if (!hasUsableFolders())
+    const bool isRepeat = m_source.isUploaded && m_source.hasWav();
+    if (!canRun(isRepeat))
         return;
-    if (m_source.isUploaded && m_source.hasWav())
+    if (isRepeat)
         continueWithWav();
     else
         prepareUpload();
+}
+
+bool FileProcessing::canRun(bool isSourceSent)
+{
+    if (!hasUsableFolders())
+        return false;
+    if (!m_run->needsConversion(isSourceSent) || !isFfmpegMissing())
+        return true;
+    m_run.reset();
+    showMissingFfmpeg();
+    return false;
 }
 
 bool FileProcessing::hasUsableFolders()
@@ -136,10 +133,9 @@ bool FileProcessing::hasUsableFolders()
 
 void FileProcessing::prepareUpload()
 {
-    if (m_run->needsConversion() && isFfmpegMissing()) {
-        m_run.reset();
-        return showMissingFfmpeg();
-    }
+    // The service has it, but its WAV file is gone from here.
+    if (m_source.isUploaded)
+        forgetUploadedFile();
     if (m_run->prepareWithoutConverting(m_store.defaultPathTemp()))
         return doneUploadConverting();
     m_view.showConverting(tr("Preparing a file for upload"));
@@ -163,7 +159,10 @@ void FileProcessing::continueWithWav()
 {
     const std::optional<bool> lacksPicture = m_run->lacksPicture();
     if (!lacksPicture) {
-        m_view.showConverting(tr("Preparing a file for upload"));
+        if (m_source.isUploaded)
+            m_view.showUpload(true);
+        else
+            m_view.showConverting(tr("Preparing a file for upload"));
         m_run->worker().start(m_run->pictureProbe(), &PictureProbe::probe, &PictureProbe::done,
                               this, &FileProcessing::pictureProbed);
     } else if (*lacksPicture) {
@@ -192,7 +191,7 @@ void FileProcessing::runFromDemo(QString instrument, QString extension, int numb
     qInfo() << "FileProcessing::runFromDemo" << instrument << extension << number;
     m_view.setChoice(instrument, extension);
     beginRun();
-    if (!hasUsableFolders())
+    if (!canRun(true))
         return;
     m_view.showUpload(true);
     m_server.repeatDemoFile(m_store.user().hash, extension, number);
@@ -324,7 +323,7 @@ void FileProcessing::showError(QString message)
 {
     qCritical() << "FileProcessing::showError" << message;
     // The service refused an upload that it had acknowledged before: the next run uploads it again.
-    if (m_run && m_run->songId() == 0 && m_source.isUploaded)
+    if (m_run && m_run->songId() == 0 && m_source.isUploaded && m_server.isJobRefused())
         forgetUploadedFile();
     m_run.reset();
     const QPointer<FileProcessing> self(this);

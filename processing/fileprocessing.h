@@ -105,6 +105,8 @@ private:
     void beginRun();
     /// Ends the run with a message when results or temporary files cannot be written.
     [[nodiscard]] bool hasUsableFolders();
+    /// Also when ffmpeg is needed and missing.
+    [[nodiscard]] bool canRun(bool isSourceSent);
     void prepareUpload();
     void continueWithWav();
     void pictureProbed(bool hasPicture);

@@ -41,7 +41,7 @@ bool Source::hasWav() const
 
 QString Source::discardWav()
 {
-    if (!hasWav())
+    if (!hasWav() && !isUploaded)
         return {};
     remove(wavPath);
     isUploaded = false;
@@ -69,10 +69,10 @@ ProcessingRun::~ProcessingRun()
         remove(m_source.wavPath);
 }
 
-bool ProcessingRun::needsConversion() const
+bool ProcessingRun::needsConversion(bool isSourceSent) const
 {
     return m_extension != QStringLiteral("wav")
-        || mediaSuffix(m_source.path) != QStringLiteral("wav");
+        || (!isSourceSent && mediaSuffix(m_source.path) != QStringLiteral("wav"));
 }
 
 bool ProcessingRun::prepareWithoutConverting(const QString &folder)

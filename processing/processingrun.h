@@ -28,7 +28,7 @@ struct Source
     [[nodiscard]] QString name() const; ///< without folder and last suffix
     [[nodiscard]] bool hasWav() const;
     /// Deletes the local WAV file. Returns its file name, under which the service may have it;
-    /// empty when there was none.
+    /// empty when neither has one.
     [[nodiscard]] QString discardWav();
 };
 
@@ -52,8 +52,8 @@ public:
 
     /// The thread of the workers below.
     [[nodiscard]] WorkerThread &worker() { return m_worker; }
-    /// Whether ffmpeg is run for the source or its results.
-    [[nodiscard]] bool needsConversion() const;
+    /// Whether ffmpeg is run for the results or, unless the service has it, the source.
+    [[nodiscard]] bool needsConversion(bool isSourceSent) const;
     /// Chooses a name for the WAV file in a folder and, for a WAV source, copies it. Returns
     /// whether no conversion is needed or possible; the WAV file is then missing if something
     /// failed.

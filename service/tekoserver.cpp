@@ -269,6 +269,7 @@ void TekoServer::failed(const char *label, const TextAnswer &answer)
 
 void TekoServer::jobAnswered(const JobTexts &texts, const TextAnswer &answer)
 {
+    m_isJobRefused = answer.status != 0;
     if (!answer.error.isEmpty()) {
         failed(texts.error, answer);
         return;

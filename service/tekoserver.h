@@ -71,6 +71,8 @@ public:
 
     /// Why the last uploadFile() sent nothing; empty when it did.
     [[nodiscard]] const QString &errorText() const { return m_errorText; }
+    /// Whether the service itself refused the last job; otherwise its answer never arrived.
+    [[nodiscard]] bool isJobRefused() const { return m_isJobRefused; }
     /// For checks of whether the service can be reached.
     [[nodiscard]] QNetworkAccessManager &networkAccess() { return *m_network; }
 
@@ -112,6 +114,7 @@ private:
 
     ProgramData &m_store;
     QString m_errorText;
+    bool m_isJobRefused = false;
     QNetworkAccessManager *const m_network;
     QPointer<QNetworkReply> m_currentReply;
     QList<QPointer<QNetworkReply>> m_lastAnswers; ///< what is open at the end must still come

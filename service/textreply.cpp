@@ -16,9 +16,14 @@ struct TextReply
     Q_DECLARE_TR_FUNCTIONS(TextReply)
 };
 
+int httpStatus(const QNetworkReply &reply)
+{
+    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+}
+
 QString statusText(const QNetworkReply &reply)
 {
-    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const int status = httpStatus(reply);
     if (status >= 200 && status < 300)
         return {};
     if (status >= 300 && status < 400)
@@ -72,10 +77,11 @@ private:
             m_body += m_reply->read(m_maxBytes - m_body.size());
         // After a cut the reply's error is our own abort, not an answer of the service.
         const QString error = m_isCut ? statusText(*m_reply) : failureText(*m_reply);
+        const int status = httpStatus(*m_reply);
         m_reply->deleteLater();
         // A local copy, since the handler may delete the reply and with it this object.
         const auto handler = std::move(m_handler);
-        handler({error, QString::fromUtf8(m_body)});
+        handler({error, QString::fromUtf8(m_body), status});
     }
 
     QNetworkReply *const m_reply;

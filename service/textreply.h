@@ -21,6 +21,7 @@ struct TextAnswer
 {
     QString error; ///< why there is no answer; empty: the service has answered
     QString body; ///< the answer's text, or as much of it as is worth keeping
+    int status = 0; ///< of HTTP; 0: no answer arrived
 };
 
 /// The most bytes read of a short answer; no valid one is longer.

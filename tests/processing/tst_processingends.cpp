@@ -52,19 +52,30 @@ private slots:
     }
 
     /// The service no longer has the file: the next run uploads it again.
-    void aRefusedRepeatIsNoDeadEnd()
+    void aFailedRepeatIsNoDeadEnd_data()
     {
+        const Rows<bool, QString> add;
+        add("refused", true, "proceed remains download");
+        add("connection lost", false, "repeat remains download");
+    }
+
+    /// Only what the service refuses is uploaded again.
+    void aFailedRepeatIsNoDeadEnd()
+    {
+        const auto [isRefused, requests] = fetchRow<bool, QString>();
         RecordedMessages messages;
         run("a.wav");
-        server().clearRequests();
-        server().on(Installation::repeat, {Answer::text("No such file")});
+        server().on(Installation::repeat,
+                    {isRefused ? Answer::text("No such file") : Answer::cut()});
         m_window->proceedAnotherInstrument();
         m_window->startProcess();
-        QTRY_COMPARE(messages.texts(), QStringList("File Processing Error: No such file"));
+        QTRY_COMPARE(messages.texts().size(), 1);
         QTRY_COMPARE(layer(), "select_instrument");
+        server().on(Installation::repeat, {Answer::text("8")});
+        server().clearRequests();
         m_window->startProcess();
         QTRY_COMPARE(layer(), "success");
-        QCOMPARE(jobRequests(), "repeat proceed remains download");
+        QCOMPARE(jobRequests(), requests);
     }
 
     void ends_data()
