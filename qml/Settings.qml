@@ -8,7 +8,7 @@ import QtQuick.Layouts
 WindowView {
     id: root
 
-    property real storedScf: 1
+    property real storedScf: root.scf
 
     signal setProgramSettings(var data)
     signal resetOpening(string field)
