@@ -27,6 +27,9 @@ constexpr std::int64_t codeSeconds = 1800;
 // A session in use is prolonged at most this often.
 constexpr std::int64_t prolongSeconds = 3600;
 constexpr std::int64_t never = std::numeric_limits<std::int64_t>::max();
+constexpr const char *deleteOldSessions =
+    "DELETE FROM sessions WHERE digest IN (SELECT digest FROM sessions WHERE account = ?"
+    " ORDER BY expires DESC, rowid DESC LIMIT -1 OFFSET ?)";
 
 std::string localDay(std::int64_t seconds)
 {
@@ -127,6 +130,7 @@ void AccountStore::keepSession(const std::string &hash, std::int64_t account, st
     access.session << "DELETE FROM sessions WHERE expires <= ?", bind(m_clock()), now;
     access.session << "INSERT OR REPLACE INTO sessions(digest, account, expires) VALUES(?, ?, ?)",
         bind(sessionDigest(hash)), bind(account), bind(expires), now;
+    access.session << deleteOldSessions, bind(account), bind(maxSessions), now;
 }
 
 void AccountStore::prolong(const std::string &digest, std::int64_t expires)

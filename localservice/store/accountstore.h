@@ -35,6 +35,9 @@ public:
     /// How long a session lasts after its latest use, in seconds.
     static constexpr std::int64_t sessionSeconds = std::int64_t{30} * 86400;
 
+    /// How many sessions an account has at most: a new one ends the one not used for the longest.
+    static constexpr int maxSessions = 32;
+
     /// Returns the seconds since 1970.
     using Clock = std::function<std::int64_t()>;
 

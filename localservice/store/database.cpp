@@ -40,6 +40,7 @@ constexpr std::array setUpStatements = {
     " account INTEGER NOT NULL REFERENCES users(id), name TEXT NOT NULL, file TEXT NOT NULL,"
     " seconds REAL NOT NULL, added INTEGER NOT NULL, removed INTEGER NOT NULL DEFAULT 0)",
     "CREATE INDEX IF NOT EXISTS uploads_by_name ON uploads(name)",
+    "CREATE INDEX IF NOT EXISTS uploads_by_account ON uploads(account)",
     "CREATE TABLE IF NOT EXISTS jobs(id INTEGER PRIMARY KEY,"
     " account INTEGER NOT NULL REFERENCES users(id), upload INTEGER NOT NULL,"
     " instrument TEXT NOT NULL, extension TEXT NOT NULL, demo INTEGER NOT NULL, name TEXT NOT "

@@ -105,6 +105,27 @@ private slots:
         QCOMPARE(stores.accounts.accountOf(hash).has_value(), isLocal);
     }
 
+    void endsTheSessionThatIsUnusedForTheLongest()
+    {
+        Stores stores(*m_dir);
+        const std::string mine = stores.accounts.localSession();
+        const std::int64_t account = stores.accounts.accountOf(mine)->id;
+        const std::string first = stores.accounts.openSession(account);
+        const std::string second = stores.accounts.openSession(account);
+        const std::string others = stores.accounts.openSession(stores.addAccount("a@b"));
+        stores.secondsLater = 86400;
+        QVERIFY(stores.accounts.accountOf(first));
+        for (int i = 3; i < AccountStore::maxSessions; ++i)
+            QVERIFY(stores.accounts.accountOf(stores.accounts.openSession(account)));
+        QVERIFY(stores.accounts.accountOf(second));
+        stores.secondsLater *= 2;
+        QVERIFY(stores.accounts.accountOf(first));
+        (void)stores.accounts.openSession(account);
+        QVERIFY(!stores.accounts.accountOf(second));
+        for (const std::string &kept : {mine, first, others})
+            QVERIFY(stores.accounts.accountOf(kept));
+    }
+
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };

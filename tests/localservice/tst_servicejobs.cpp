@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
+#include "localservice/api/processing.h"
 #include "localservice/base/refusal.h"
 #include "stores.h"
 #include "tests/support/rows.h"
@@ -112,6 +113,33 @@ private slots:
         QTRY_VERIFY(stores.stateOf(id) == end);
         QCOMPARE(calls.load(), 2);
         QCOMPARE(stores.jobs.find(id)->reason, std::string(failures > 1 ? "It failed." : ""));
+    }
+
+    void limitsTheJobsOfAnAccount()
+    {
+        Stores stores(*m_dir);
+        const auto runner = stores.run({}, 0);
+        Authorizer authorizer(stores.accounts, stores.jobs);
+        ArrivingFiles arriving;
+        Processing processing(stores.database, stores.accounts, stores.uploads, stores.jobs,
+                              *runner, authorizer, arriving, {}, "..");
+        const RequestContext me{"", stores.accounts.localSession()};
+        const std::int64_t account = processing.uploadAccount({}, me);
+        const std::int32_t oldest = stores.addJob(account, "a.wav");
+        const Fields form = Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3"
+                                             "&uploadedFileName=a.wav");
+        const auto repeat = [&] { return std::stoi(processing.repeat(form, me)); };
+        std::int32_t latest = 0;
+        while (stores.jobs.countWaiting(account) < 200)
+            latest = repeat();
+        QVERIFY_EXCEPTION_THROWN((void)repeat(), Refusal);
+        // Cancelled jobs make room, and are not remembered for ever.
+        QVERIFY(runner->cancel(oldest));
+        for (int i = 0; i < JobStore::maxUnsuccessful; ++i)
+            QVERIFY(runner->cancel(repeat()));
+        (void)repeat();
+        QVERIFY(!stores.jobs.find(oldest));
+        QVERIFY(stores.stateOf(latest) == JobState::Queued);
     }
 
     void discardsWhatADeadClientLeft()
