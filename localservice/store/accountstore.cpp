@@ -268,10 +268,12 @@ std::string AccountStore::localSession()
     std::int64_t id = 0;
     if (hash.empty()) {
         hash = randomHex(hashBytes);
+        Transaction transaction(access.session);
         const std::optional<Account> known = find(localEmail);
         id = known ? known->id : add({"Local user", localEmail, ""}).id;
         setSetting("local_hash", hash);
         setSetting("local_account", std::to_string(id));
+        transaction.commit();
     } else {
         id = std::stoll(setting("local_account"));
     }

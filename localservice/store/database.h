@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <mutex>
+#include <vector>
 
 namespace localservice {
 
@@ -18,8 +19,10 @@ class Database final
 {
 public:
     /// Another service cannot open the file while this one does: throws DatabaseBusy. A damaged
-    /// file is renamed, and an empty database takes its place.
-    explicit Database(const std::filesystem::path &file);
+    /// file is renamed, and an empty database takes its place. So are the `folders`, whose files
+    /// nothing but its rows explains.
+    explicit Database(const std::filesystem::path &file,
+                      const std::vector<std::filesystem::path> &folders = {});
 
     /// The new name of the damaged file; "" when there was none.
     [[nodiscard]] const std::filesystem::path &damagedFile() const { return m_damagedFile; }

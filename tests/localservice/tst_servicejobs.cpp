@@ -165,28 +165,50 @@ private slots:
 
     void setsADamagedDatabaseAside_data()
     {
-        const Rows<qint64, int> add;
-        add("no database at all", 0, 100);
-        add("overwritten in the middle", 20000, 8000);
-        add("whole", 0, 0);
+        const Rows<qint64, int, QList<const char *>> add;
+        add("no database at all", 0, 100, {});
+        add("overwritten in the middle", 20000, 8000, {});
+        add("no number for this computer's account", 0, 0,
+            {"UPDATE settings SET value = 'x' WHERE name = 'local_account'"});
+        add("this computer's account not named", 0, 0,
+            {"DELETE FROM settings WHERE name = 'local_account'"});
+        add("this computer's account gone", 0, 0, {"DELETE FROM users WHERE email LIKE 'local%'"});
+        add("a job's account gone", 0, 0, {"DELETE FROM users WHERE email = '0@b'"});
+        add("another column", 0, 0, {"ALTER TABLE users RENAME email TO mail"});
+        add("another table", 0, 0, {"DROP TABLE uploads", "CREATE TABLE uploads(x)"});
+        add("whole", 0, 0, {});
     }
 
     void setsADamagedDatabaseAside()
     {
-        const auto [offset, bytes] = fetchRow<qint64, int>();
+        const auto [offset, bytes, changes] = fetchRow<qint64, int, QList<const char *>>();
+        std::filesystem::path upload;
         {
             Stores stores(*m_dir);
-            for (int i = 0; i < 100; ++i)
+            (void)stores.accounts.localSession();
+            const std::int32_t job = stores.addJob(stores.addAccount("0@b"), "a.wav");
+            upload = stores.uploads.find(stores.jobs.find(job)->upload)->file;
+            for (int i = 1; i < 100; ++i)
                 stores.addAccount(std::to_string(i) + "@b");
+            for (const char *change : QList{"PRAGMA foreign_keys = OFF"} + changes)
+                stores.database.access().session << change, Poco::Data::Keywords::now;
         }
         QFile file(m_dir->filePath("data/service.db"));
         QVERIFY(file.open(QIODevice::ReadWrite) && file.size() > offset + bytes);
         QVERIFY(file.seek(offset) && file.write(QByteArray(bytes, '?')) == bytes);
         file.close();
+        const bool isDamaged = QTest::currentDataTag() != QByteArray("whole");
         Stores stores(*m_dir);
-        QCOMPARE(std::filesystem::exists(stores.database.damagedFile()), bytes > 0);
-        QCOMPARE(stores.accounts.openRecovery("7@b").has_value(), bytes == 0);
-        QVERIFY(stores.addAccount("new@b") > 0);
+        (void)stores.run({}, 0);
+        const std::string aside = stores.database.damagedFile().string();
+        QCOMPARE(!aside.empty(), isDamaged);
+        QCOMPARE(stores.accounts.openRecovery("9@b").has_value(), !isDamaged);
+        QVERIFY(stores.accounts.accountOf(stores.accounts.localSession()));
+        // The uploads stay with the rows that name them.
+        const std::string date = isDamaged ? aside.substr(aside.find(".damaged")) : "";
+        const std::filesystem::path home = stores.folder.database().parent_path();
+        QVERIFY(std::filesystem::exists(home / ("uploads" + date) / upload));
+        QCOMPARE(std::filesystem::is_empty(home / "uploads"), isDamaged);
     }
 
     void worksOnAFullDisk()
