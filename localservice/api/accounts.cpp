@@ -136,10 +136,12 @@ std::string Accounts::login(const Fields &fields, const RequestContext &context)
     m_guard.check(context.address, email);
     const SignInGuard::HashPlace place(m_guard, context.address);
     const std::optional<Account> account = m_accounts.signIn(email, fields["password"]);
-    if (account)
-        return userJson(*account, m_accounts.openSession(account->id));
-    m_guard.countFailure(context.address, email);
-    throw Refusal(wrongSignIn);
+    if (!account) {
+        m_guard.countFailure(context.address, email);
+        throw Refusal(wrongSignIn);
+    }
+    m_guard.countSuccess(context.address);
+    return userJson(*account, m_accounts.openSession(account->id));
 }
 
 std::string Accounts::registerAccount(const Fields &fields, const RequestContext &context)

@@ -175,7 +175,6 @@ private slots:
             QCOMPARE(tryPassword("OTTO9@b.org"), wrong);
         QVERIFY(tryPassword("otto9@b.org", "12345678").contains("Too many tries"));
         QCOMPARE(tryPassword("nobody@localhost"), wrong);
-
         const auto askFor = [](Client &client, const QByteArray &number) {
             return client.post("remains.php", {{"songID", number}});
         };
