@@ -78,7 +78,9 @@ AccountChange accountChangeFrom(const Fields &fields, const std::string &ownEmai
 // Takes as long for an unknown address.
 void logRecovery(const std::string &email, const std::optional<std::string> &code)
 {
-    if (code)
+    if (code && code->empty())
+        log("A recovery code was asked for " + email + ", whose earlier one is still valid");
+    else if (code)
         log("The recovery code for " + email + " is " + *code + " (valid for 30 minutes, once)");
     else
         log("A recovery code was asked for " + email + ", which has no account with a password");

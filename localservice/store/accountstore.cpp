@@ -200,13 +200,19 @@ std::optional<std::string> AccountStore::openRecovery(const std::string &email)
     const std::string code = randomHex(codeBytes);
     Database::Access access = m_database.access();
     const std::optional<Account> account = find(email);
-    if (!account || isLocal(account->id)) {
-        // As much work as for a known address.
+    const bool isKnown = account && !isLocal(account->id);
+    const std::int64_t time = m_clock();
+    int valid = 0;
+    // A later end than half an hour is from before the clock was set right.
+    access.session << "SELECT COUNT(*) FROM users WHERE email = ? AND code_until BETWEEN ? AND ?",
+        bind(email), bind(time), bind(time + codeSeconds), into(valid), now;
+    if (!isKnown || valid > 0) {
+        // As much work as for a new code.
         setSetting("unused_code", keyedDigest("code " + code, m_key));
-        return std::nullopt;
+        return isKnown ? std::optional<std::string>("") : std::nullopt;
     }
     access.session << "UPDATE users SET code = ?, code_until = ? WHERE email = ?",
-        bind(keyedDigest("code " + code, m_key)), bind(m_clock() + codeSeconds), bind(email), now;
+        bind(keyedDigest("code " + code, m_key)), bind(time + codeSeconds), bind(email), now;
     return code;
 }
 

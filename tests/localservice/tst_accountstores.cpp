@@ -69,6 +69,28 @@ private slots:
         QVERIFY(stores.accounts.signIn("a@b", "new password"));
         QVERIFY(!stores.accounts.accountOf(session));
         QVERIFY(!stores.accounts.recover("a@b", code, "another one"));
+        QVERIFY(!stores.accounts.openRecovery("a@b")->empty());
+    }
+
+    void keepsAValidRecoveryCode_data()
+    {
+        const Rows<int, bool> add;
+        add("asked again at once", 0, true);
+        add("asked again when it ends", 1800, true);
+        add("asked again afterwards", 1801, false);
+        add("asked again before the clock was set back", -3600, false);
+    }
+
+    void keepsAValidRecoveryCode()
+    {
+        const auto [secondsLater, isKept] = fetchRow<int, bool>();
+        Stores stores(*m_dir);
+        stores.addAccount("a@b");
+        const std::string code = stores.accounts.openRecovery("a@b").value();
+        stores.secondsLater = secondsLater;
+        const std::string again = stores.accounts.openRecovery("a@b").value();
+        QCOMPARE(again.empty(), isKept);
+        QVERIFY(stores.accounts.recover("a@b", isKept ? code : again, "new password"));
     }
 
     void endsUnusedSessions_data()
