@@ -43,8 +43,7 @@ bool looksLikeEmail(const std::string &email)
     const std::size_t at = email.find('@');
     return at != std::string::npos && at > 0 && at + 1 < email.size()
         && email.find('@', at + 1) == std::string::npos && email.size() <= maxTextBytes
-        && std::none_of(email.begin(), email.end(),
-                        [](unsigned char c) { return c <= ' ' || c == 0x7f; });
+        && email.find(' ') == std::string::npos && printable(email) == email;
 }
 
 bool isSameEmail(const std::string &one, const std::string &other)

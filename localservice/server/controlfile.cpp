@@ -8,6 +8,7 @@
 
 #include <Poco/Net/HTTPRequest.h>
 #include <Poco/Net/HTTPResponse.h>
+#include <Poco/Net/NetException.h>
 #include <Poco/StreamCopier.h>
 #include <Poco/URI.h>
 
@@ -26,6 +27,24 @@ Poco::Net::SocketAddress addressOf(const Poco::URI &url)
     return {host.isWildcard() ? IPAddress(host.family() == IPAddress::IPv4 ? "127.0.0.1" : "::1")
                               : host,
             url.getPort()};
+}
+
+std::string requestStatus(const std::string &url, const std::string &key)
+{
+    const Poco::URI address(url);
+    const auto session = address.getScheme() == "https"
+        ? makeTlsClient(addressOf(address))
+        : std::make_unique<Poco::Net::HTTPClientSession>(addressOf(address));
+    Poco::Net::HTTPRequest request(Poco::Net::HTTPRequest::HTTP_GET, "/status",
+                                   Poco::Net::HTTPRequest::HTTP_1_1);
+    request.set("Authorization", "Bearer " + key);
+    session->sendRequest(request);
+    Poco::Net::HTTPResponse response;
+    std::string text;
+    Poco::StreamCopier::copyToString(session->receiveResponse(response), text);
+    if (response.getStatus() != Poco::Net::HTTPResponse::HTTP_OK)
+        throw std::runtime_error("The service does not answer: " + response.getReason());
+    return text;
 }
 
 } // namespace
@@ -51,26 +70,19 @@ ControlFile::~ControlFile()
 
 std::string fetchStatus(const std::filesystem::path &controlFile)
 {
+    const std::string notRunning =
+        "No service is running on " + utf8(controlFile.parent_path()) + ".";
     std::ifstream stream(controlFile);
     std::string url;
     std::string key;
     if (!(stream >> url >> key))
-        throw std::runtime_error("No service is running on " + utf8(controlFile.parent_path())
-                                 + ".");
-    const Poco::URI address(url);
-    const auto session = address.getScheme() == "https"
-        ? makeTlsClient(addressOf(address))
-        : std::make_unique<Poco::Net::HTTPClientSession>(addressOf(address));
-    Poco::Net::HTTPRequest request(Poco::Net::HTTPRequest::HTTP_GET, "/status",
-                                   Poco::Net::HTTPRequest::HTTP_1_1);
-    request.set("Authorization", "Bearer " + key);
-    session->sendRequest(request);
-    Poco::Net::HTTPResponse response;
-    std::string text;
-    Poco::StreamCopier::copyToString(session->receiveResponse(response), text);
-    if (response.getStatus() != Poco::Net::HTTPResponse::HTTP_OK)
-        throw std::runtime_error("The service does not answer: " + response.getReason());
-    return text;
+        throw std::runtime_error(notRunning);
+    try {
+        return requestStatus(url, key);
+    } catch (const Poco::Net::ConnectionRefusedException &) {
+        // The service was killed.
+        throw std::runtime_error(notRunning);
+    }
 }
 
 } // namespace localservice
