@@ -19,6 +19,8 @@ namespace localservice {
 
 namespace {
 
+constexpr std::size_t fileBytes = 256;
+
 // A wildcard address cannot be connected to.
 Poco::Net::SocketAddress addressOf(const Poco::URI &url)
 {
@@ -47,25 +49,33 @@ std::string requestStatus(const std::string &url, const std::string &key)
     return text;
 }
 
+// The file keeps its size from run to run: a full disk has no room for a new one.
+bool overwrite(const std::filesystem::path &file, std::string text)
+{
+    text.resize(fileBytes, ' ');
+    std::fstream stream(file, std::ios::in | std::ios::out | std::ios::binary);
+    if (!stream.is_open())
+        stream.open(file, std::ios::out | std::ios::binary);
+    stream << text;
+    stream.close();
+    return !stream.fail();
+}
+
 } // namespace
 
 ControlFile::ControlFile(std::filesystem::path file, const std::string &url, const std::string &key)
     : m_file(std::move(file))
 {
-    std::ofstream stream(m_file, std::ios::trunc);
+    if (!overwrite(m_file, url + "\n" + key + "\n"))
+        log("Could not write " + utf8(m_file) + ": \"teko-service status\" will not work");
     std::error_code ignored;
     std::filesystem::permissions(
         m_file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, ignored);
-    stream << url << "\n" << key << "\n";
-    stream.close();
-    if (!stream)
-        log("Could not write " + utf8(m_file) + ": \"teko-service status\" will not work");
 }
 
 ControlFile::~ControlFile()
 {
-    std::error_code ignored;
-    std::filesystem::remove(m_file, ignored);
+    (void)overwrite(m_file, "");
 }
 
 std::string fetchStatus(const std::filesystem::path &controlFile)

@@ -223,17 +223,24 @@ Database::Database(const fs::path &file, const std::vector<fs::path> &folders)
     , m_session(openOrReplace(file, folders, m_damagedFile))
 { }
 
+void Database::reuseLog()
+{
+    const std::lock_guard lock(m_mutex);
+    try {
+        // The next change overwrites the log from its beginning. The file keeps its size, so that
+        // nobody else takes the room.
+        m_session << "PRAGMA wal_checkpoint(RESTART)", now;
+    } catch (const Poco::Data::SQLite::SQLiteException &error) {
+        log("Could not reuse the database's log: " + error.displayText());
+    }
+}
+
 void Database::releaseReserve()
 {
     const std::lock_guard lock(m_mutex);
     log("The disk is full: using the reserve");
     m_reserve.release();
-    try {
-        // Truncates the write-ahead log.
-        m_session << "PRAGMA wal_checkpoint(TRUNCATE)", now;
-    } catch (const Poco::Data::SQLite::SQLiteException &error) {
-        log("Could not shorten the database's log: " + error.displayText());
-    }
+    reuseLog();
 }
 
 void Database::refillReserve()

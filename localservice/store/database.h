@@ -43,21 +43,24 @@ public:
 
     [[nodiscard]] Access access() { return Access(*this); }
 
-    /// Makes a change that must also work on a full disk, by releasing the reserve. Call it outside
-    /// of transactions.
+    /// Makes a change that must also work on a full disk: in the room that earlier changes took in
+    /// the write-ahead log, or else in that of the reserve. Call it outside of transactions.
     template <typename Change> auto changeOnFullDisk(Change change)
     {
-        try {
-            return change();
-        } catch (const Poco::Data::SQLite::DatabaseFullException &) {
-            releaseReserve();
-            return change();
+        for (const auto makeRoom : {&Database::reuseLog, &Database::releaseReserve}) {
+            try {
+                return change();
+            } catch (const Poco::Data::SQLite::DatabaseFullException &) {
+                (this->*makeRoom)();
+            }
         }
+        return change();
     }
     /// To be called when there may be room again.
     void refillReserve();
 
 private:
+    void reuseLog();
     void releaseReserve();
 
     std::filesystem::path m_damagedFile;

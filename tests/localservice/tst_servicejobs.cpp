@@ -220,6 +220,7 @@ private slots:
         Stores stores(*m_dir);
         const std::int64_t account = stores.addAccount("a@b");
         const std::string session = stores.accounts.openSession(account);
+        const std::string second = stores.accounts.openSession(account);
         const Job job = *stores.jobs.find(stores.addJob(account, "a.wav"));
         const auto runner = stores.run(waitForCancel);
         QTRY_VERIFY(stores.stateOf(job.id) == JobState::Running);
@@ -227,6 +228,11 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(stores.addAccount(std::string(100000, 'x')), Poco::Exception);
         stores.accounts.closeSession(session);
         QVERIFY(!stores.accounts.accountOf(session));
+        // Others take what the reserve has left.
+        std::filesystem::remove(stores.folder.database().replace_filename("reserve"));
+        fillDisk();
+        stores.accounts.closeSession(second);
+        QVERIFY(!stores.accounts.accountOf(second));
         QVERIFY(runner->cancel(job.id));
         stores.uploads.remove(account, "a.wav");
         QTRY_VERIFY(!stores.hasFile(job.upload));
@@ -316,7 +322,7 @@ private:
     void fillDisk() const
     {
         QFile file(m_dir->filePath("filling"));
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        QVERIFY(file.open(QIODevice::Append | QIODevice::Unbuffered));
         for (const int bytes : {65536, 4096, 1}) {
             while (file.write(QByteArray(bytes, 'x')) == bytes) { }
         }
