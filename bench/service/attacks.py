@@ -210,6 +210,8 @@ def files_and_log(program):
     root = tempfile.mkdtemp(prefix="teko-try-")
     for name in ("", "uploads", "results", "work"):
         os.makedirs(os.path.join(root, "data", name), mode=0o755, exist_ok=True)
+    for name in ("service.log", "service.db.damaged-2026-01-01T00-00-00", "reserve"):
+        open(os.path.join(root, "data", name), "w").close()
     service = Service(program, folder=root)
     session = service.register("a@b.org")
     job = service.upload(wav(1), session)

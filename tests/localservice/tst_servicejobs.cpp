@@ -38,9 +38,6 @@ private slots:
             QTRY_VERIFY(stores.stateOf(id) == JobState::Running);
         }
         Stores stores(*m_dir);
-        QCOMPARE(QFile::permissions(m_dir->filePath("data/service.db"))
-                     & ~(QFile::ReadUser | QFile::WriteUser),
-                 QFile::ReadOwner | QFile::WriteOwner);
         QCOMPARE(stores.accounts.localSession(), hash);
         const Job kept = stores.jobs.find(id).value();
         QCOMPARE(kept.instrument, std::string("drums"));
@@ -50,6 +47,27 @@ private slots:
         const auto runner = stores.run(copyTwice);
         QTRY_VERIFY(stores.stateOf(id) == JobState::Ready);
         QVERIFY(std::filesystem::exists(stores.folder.mixResult(stores.jobs.find(id)->token)));
+    }
+
+    void keepsItsFilesPrivate_data()
+    {
+        const Rows<bool> add;
+        for (const char *own :
+             {"service.db", "service.db-wal", "service.log", "service.db.damaged-1", "reserve"})
+            add(own, true);
+        add("holiday.txt", false);
+    }
+
+    void keepsItsFilesPrivate()
+    {
+        const auto [isOwn] = fetchRow<bool>();
+        QVERIFY(QDir(m_dir->path()).mkdir("data"));
+        QFile file(m_dir->filePath("data/") + QTest::currentDataTag());
+        const auto anybody = QFile::ReadOther | QFile::ReadGroup;
+        QVERIFY(file.open(QIODevice::WriteOnly)
+                && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | anybody));
+        const DataFolder folder(m_dir->filePath("data").toStdString());
+        QCOMPARE((file.permissions() & anybody) != 0, !isOwn);
     }
 
     void findsTheJobOfAnEqualUpload()
