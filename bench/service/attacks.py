@@ -206,6 +206,35 @@ def sign_in(service, session):
            " and ".join(f"{statistics.median(t) * 1e6:.0f} µs" for t in times.values()))
 
 
+def pile_up(program):
+    service = Service(program, ["--workers", "1", "--separator", "sleep 1000", "--trusted-proxy", "127.0.0.1"])
+    session = service.register("a@b.org")
+    service.upload(wav(1), session)
+
+    def repeat():
+        return service.post("repeat.php", session, instrument="bass", version="full", fileName="a", extension="mp3",
+                            uploadedFileName="x.wav")
+
+    jobs = [repeat() for _ in range(300)]
+    report("one file repeated 300 times", f"{sum(job.isdigit() for job in jobs)} wait, then: {jobs[-1]}")
+    for _ in range(1000):
+        service.post("cancel.php", session, songID=jobs[0])
+        jobs[0] = repeat()
+    begin = time.monotonic()
+    service.post("remains.php", session, songID=jobs[0])
+    report("… and cancelled and repeated 1000 times", f"the time left is answered after {(time.monotonic() - begin) * 1000:.0f} ms")
+    sessions = [re.search(r'"hash":"(\w+)"', service.post("auth/login.php", client=f"192.0.2.{i}", email="a@b.org",
+                                                          password="12345678"))[1] for i in range(40)]
+    report("40 sign-ins to one account", f"{sum('hash' in service.post('auth/check.php', s) for s in sessions)} sessions")
+    for _ in range(3):
+        service.post("auth/recover.php", client="192.0.2.77", email="a@b.org")
+    code = re.search(r"code for a@b.org is (\w+)", open(service.log).read())[1]
+    report("a recovery code, asked for by others afterwards",
+           "is still valid" if service.post("auth/recover.php", email="a@b.org", code=code, password="87654321") == "1"
+           else "is void")
+    service.remove()
+
+
 def files_and_log(program):
     root = tempfile.mkdtemp(prefix="teko-try-")
     for name in ("", "uploads", "results", "work"):
@@ -262,6 +291,7 @@ def main():
         slow_transfers(service, session, job)
     report("addresses of results", service.post("download.php", session, songID=job)[:40] + "…")
     service.remove()
+    pile_up(program)
     files_and_log(program)
 
 

@@ -200,14 +200,14 @@ std::optional<std::string> AccountStore::openRecovery(const std::string &email)
     const std::string code = randomHex(codeBytes);
     Database::Access access = m_database.access();
     const std::optional<Account> account = find(email);
-    const bool isKnown = account && !isLocal(account->id);
+    // As much work for an unknown address as for a known one, also below.
+    const bool isKnown = !isLocal(account ? account->id : 0) && account;
     const std::int64_t time = m_clock();
     int valid = 0;
     // A later end than half an hour is from before the clock was set right.
     access.session << "SELECT COUNT(*) FROM users WHERE email = ? AND code_until BETWEEN ? AND ?",
         bind(email), bind(time), bind(time + codeSeconds), into(valid), now;
     if (!isKnown || valid > 0) {
-        // As much work as for a new code.
         setSetting("unused_code", keyedDigest("code " + code, m_key));
         return isKnown ? std::optional<std::string>("") : std::nullopt;
     }
