@@ -4,6 +4,7 @@
 #include "localservice/base/refusal.h"
 #include "localservice/engine/separation.h"
 #include "localservice/platform/arguments.h"
+#include "localservice/platform/newfile.h"
 #include "localservice/platform/output.h"
 
 #include <csignal>
@@ -39,25 +40,41 @@ void cancel(int)
     control.cancelled = true;
 }
 
-// Deletes the files when it goes out of scope, unless they have been renamed.
-struct PartFiles
+// A file that this run has created, and that is deleted with the object unless it is kept.
+class OwnFile final
 {
-    explicit PartFiles(const SeparationTask &final)
-        : main(fs::path(final.main) += ".part")
-        , mix(fs::path(final.mix) += ".part")
-    { }
-    PartFiles(const PartFiles &) = delete;
-    PartFiles &operator=(const PartFiles &) = delete;
-    ~PartFiles()
+public:
+    explicit OwnFile(fs::path path)
+        : m_path(std::move(path))
+    {
+        const std::error_code error = createNewFile(m_path);
+        if (error == std::errc::file_exists)
+            throw Refusal("The file " + utf8(m_path) + " exists already.");
+        if (error)
+            throw Refusal("The file " + utf8(m_path) + " cannot be created: " + error.message()
+                          + ".");
+    }
+    OwnFile(const OwnFile &) = delete;
+    OwnFile &operator=(const OwnFile &) = delete;
+    ~OwnFile()
     {
         std::error_code ignored;
-        fs::remove(main, ignored);
-        fs::remove(mix, ignored);
+        if (!m_isKept)
+            fs::remove(m_path, ignored);
     }
 
-    fs::path main;
-    fs::path mix;
+    [[nodiscard]] const fs::path &path() const { return m_path; }
+    void keep() { m_isKept = true; }
+
+private:
+    fs::path m_path;
+    bool m_isKept = false;
 };
+
+fs::path partOf(fs::path file)
+{
+    return file += ".part";
+}
 
 void reportProgress(const std::atomic<bool> &ended)
 {
@@ -77,13 +94,19 @@ std::optional<Confidence> separateInto(const SeparationTask &final)
         if (fs::exists(file))
             throw Refusal("The file " + utf8(file) + " exists already.");
     }
-    const PartFiles parts(final);
+    const OwnFile mainPart(partOf(final.main));
+    const OwnFile mixPart(partOf(final.mix));
     const std::optional<Confidence> confidence =
-        separate({final.input, final.instrument, parts.main, parts.mix}, control);
+        separate({final.input, final.instrument, mainPart.path(), mixPart.path()}, control);
     if (!confidence)
         return std::nullopt;
-    fs::rename(parts.main, final.main);
-    fs::rename(parts.mix, final.mix);
+    // Renaming replaces what has come to be there meanwhile, unless the names are taken before.
+    OwnFile main(final.main);
+    OwnFile mix(final.mix);
+    fs::rename(mainPart.path(), main.path());
+    fs::rename(mixPart.path(), mix.path());
+    main.keep();
+    mix.keep();
     return confidence;
 }
 

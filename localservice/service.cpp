@@ -22,7 +22,7 @@ SeparateFunction separatorOf(const Options &options)
 
 Service::Service(const Options &options)
     : m_folder(options.data)
-    , m_database(m_folder.database())
+    , m_database(m_folder.database(), m_folder.filesOfDatabase())
     , m_accountStore(m_database)
     , m_uploads(m_database)
     , m_jobs(m_database)
@@ -44,7 +44,7 @@ Service::Service(const Options &options)
 void discardAbandoned(const std::filesystem::path &data)
 {
     const DataFolder folder(data);
-    Database database(folder.database());
+    Database database(folder.database(), folder.filesOfDatabase());
     UploadStore uploads(database);
     JobStore jobs(database);
     const JobRunner runner(database, jobs, uploads, folder, {},

@@ -153,51 +153,94 @@ def web_pages(service):
 
 
 def sign_in(service, session):
-    def login(email, password, source="127.0.0.1"):
-        return service.post("auth/login.php", source=source, email=email, password=password)
+    def login(email, password, client="127.0.0.1"):
+        return service.post("auth/login.php", client=client, email=email, password=password)
 
-    service.register("owner@b.org")
+    def outcome(reply):
+        return "succeeds" if "hash" in reply else reply
+
+    for name in ("owner", "other"):
+        service.register(name + "@b.org")
     for _ in range(11):
-        last = login("owner@b.org", "wrong", "127.0.0.3")
+        last = login("owner@b.org", "wrong", "198.51.100.3")
     report("11 wrong passwords of one account from one address", last)
-    report("… its owner signs in from another address", "succeeds" if "hash" in login("owner@b.org", "12345678") else "locked out")
-    tries = [login(f"n{i}@b.org", "password", "127.0.0.4") for i in range(40)]
+    report("… its owner signs in from another address", outcome(login("owner@b.org", "12345678")))
+    tries = [login(f"n{i}@b.org", "password", "198.51.100.4") for i in range(40)]
     report("one password for 40 accounts", f"{sum('is wrong' in t for t in tries)} tried, then: {tries[-1]}")
+    tries = [login("other@b.org", "12345678", "198.51.100.5") for i in range(40)]
+    report("40 sign-ins with the right password", f"{sum('hash' in t for t in tries)} succeed, then: {tries[-1]}")
+    tries = [login(f"n{i}@b.org", "password", f"127.1.{i}.1") for i in range(40)]
+    report("one password for 40 accounts, from 40 loopback addresses",
+           f"{sum('is wrong' in t for t in tries)} tried, then: {tries[-1]}")
 
     stop, times = threading.Event(), []
 
     def flood(i):
         while not stop.is_set():
-            login(f"f{i}@b.org", "password", f"127.0.1.{i % 50 + 1}")
+            login(f"f{i}@b.org", "password", f"203.0.113.{i % 6 + 1}")
 
     with concurrent.futures.ThreadPoolExecutor(100) as pool:
         for i in range(100):
             pool.submit(flood, i)
         time.sleep(1)
+        replies = [login("owner@b.org", "12345678", f"192.0.2.{i + 1}") for i in range(5)]
         for _ in range(20):
             begin = time.monotonic()
             service.post("auth/check.php", session)
             times.append(time.monotonic() - begin)
         stop.set()
-    report("100 clients sign in all the time; a signed-in user's request",
+    report("100 clients at 6 addresses sign in all the time; 5 sign-ins of the owner",
+           " · ".join(sorted({f"{[outcome(r) for r in replies].count(text)} × {text}" for text in map(outcome, replies)})))
+    report("… a signed-in user's request",
            f"median {statistics.median(times) * 1000:.0f} ms, worst {max(times) * 1000:.0f} ms")
-    report("a stolen session changes the password", service.post("auth/update.php", session, name="A", email="a@b.org",
-                                                                 password="87654321"))
-    report("recovery of local@localhost", service.post("auth/recover.php", email="local@localhost"))
+    report("a stolen session changes the password",
+           service.post("auth/update.php", session, client="192.0.2.99", name="A", email="a@b.org", password="87654321"))
+    report("recovery of local@localhost", service.post("auth/recover.php", client="192.0.2.99", email="local@localhost"))
     times = {"owner@b.org": [], "unknown@b.org": []}
     for i in range(40):
         for email in times:
             begin = time.monotonic()
-            service.post("auth/recover.php", source=f"127.0.2.{i + 1}", email=email)
+            service.post("auth/recover.php", client=f"192.0.2.{i + 1}", email=email)
             times[email].append(time.monotonic() - begin)
     report("time of a recovery, known and unknown",
            " and ".join(f"{statistics.median(t) * 1e6:.0f} µs" for t in times.values()))
+
+
+def pile_up(program):
+    service = Service(program, ["--workers", "1", "--separator", "sleep 1000", "--trusted-proxy", "127.0.0.1"])
+    session = service.register("a@b.org")
+    service.upload(wav(1), session)
+
+    def repeat():
+        return service.post("repeat.php", session, instrument="bass", version="full", fileName="a", extension="mp3",
+                            uploadedFileName="x.wav")
+
+    jobs = [repeat() for _ in range(300)]
+    report("one file repeated 300 times", f"{sum(job.isdigit() for job in jobs)} wait, then: {jobs[-1]}")
+    for _ in range(1000):
+        service.post("cancel.php", session, songID=jobs[0])
+        jobs[0] = repeat()
+    begin = time.monotonic()
+    service.post("remains.php", session, songID=jobs[0])
+    report("… and cancelled and repeated 1000 times", f"the time left is answered after {(time.monotonic() - begin) * 1000:.0f} ms")
+    sessions = [re.search(r'"hash":"(\w+)"', service.post("auth/login.php", client=f"192.0.2.{i}", email="a@b.org",
+                                                          password="12345678"))[1] for i in range(40)]
+    report("40 sign-ins to one account", f"{sum('hash' in service.post('auth/check.php', s) for s in sessions)} sessions")
+    for _ in range(3):
+        service.post("auth/recover.php", client="192.0.2.77", email="a@b.org")
+    code = re.search(r"code for a@b.org is (\w+)", open(service.log).read())[1]
+    report("a recovery code, asked for by others afterwards",
+           "is still valid" if service.post("auth/recover.php", email="a@b.org", code=code, password="87654321") == "1"
+           else "is void")
+    service.remove()
 
 
 def files_and_log(program):
     root = tempfile.mkdtemp(prefix="teko-try-")
     for name in ("", "uploads", "results", "work"):
         os.makedirs(os.path.join(root, "data", name), mode=0o755, exist_ok=True)
+    for name in ("service.log", "service.db.damaged-2026-01-01T00-00-00", "reserve"):
+        open(os.path.join(root, "data", name), "w").close()
     service = Service(program, folder=root)
     session = service.register("a@b.org")
     job = service.upload(wav(1), session)
@@ -207,9 +250,10 @@ def files_and_log(program):
         found |= {f"{os.stat(os.path.join(folder, f)).st_mode & 0o777:o} folder" for f in folders}
         found |= {f"{os.stat(os.path.join(folder, f)).st_mode & 0o777:o} file" for f in files}
     report("a data folder that was there with 0755", ", ".join(sorted(found)))
-    service.post("auth/recover.php", email="a\u2028b\u202e\u0085@b.org")
-    service.register("c\u2028d\u202e@b.org")
-    service.post("auth/recover.php", email="c\u2028d\u202e@b.org")
+    hidden = "c\u2028d\u202e\u0085@b.org"
+    report("an account for an address with bidi characters",
+           service.post("auth/register.php", name="A", email=hidden, password="12345678"))
+    service.post("auth/recover.php", email=hidden)
     time.sleep(0.2)
     log = open(service.log, encoding="utf-8").read()
     report("separators and bidi characters in an address",
@@ -220,6 +264,12 @@ def files_and_log(program):
 def odd_requests(service, session):
     host = f"Host: 127.0.0.1:{service.port}\r\n\r\n"
     report("GET of a form's path", service.raw(f"GET /teko-server/remains.php HTTP/1.1\r\n{host}".encode())[0])
+    report("POST of /healthz", service.raw(f"POST /healthz HTTP/1.1\r\n{host}".encode())[0])
+    report("two headers Host", service.raw(f"GET / HTTP/1.1\r\nHost: evil.example\r\n{host}".encode())[0])
+    chunk = "email=a%40b.org"
+    form = (f"POST /teko-server/auth/recover.php HTTP/1.1\r\nTransfer-Encoding: chunked\r\n"
+            f"Content-Type: application/x-www-form-urlencoded\r\n{host}{len(chunk):x}\r\n{chunk}\r\n")
+    report("a form in chunks that breaks off", service.raw(form.encode())[0])
     for what, name in (("NUL", b"x\0y.wav"), ("broken UTF-8", b"x\xff.wav")):
         content = wav(1)
         begin, end = service.upload_request(len(content) + len(name) - 4, session, name="NAME")
@@ -228,7 +278,7 @@ def odd_requests(service, session):
 
 def main():
     program = os.path.abspath(sys.argv[1])
-    service = Service(program)
+    service = Service(program, ["--trusted-proxy", "127.0.0.1"])
     session = service.register("a@b.org")
     job = service.upload(wav(60), session)
     service.wait(job, session)
@@ -241,6 +291,7 @@ def main():
         slow_transfers(service, session, job)
     report("addresses of results", service.post("download.php", session, songID=job)[:40] + "…")
     service.remove()
+    pile_up(program)
     files_and_log(program)
 
 

@@ -71,9 +71,11 @@ class Service:
         head, _, body = reply.partition(b"\r\n\r\n")
         return (int(head.split()[1]) if head else 0), body.decode(errors="replace")
 
-    def post(self, path, session="", source="127.0.0.1", headers=None, timeout=60, **form):
-        connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout, (source, 0))
-        all_headers = {"Content-Type": "application/x-www-form-urlencoded", "Cookie": "teko-session=" + session}
+    def post(self, path, session="", client="127.0.0.1", headers=None, timeout=60, **form):
+        """The reply to a form. Services with --trusted-proxy 127.0.0.1 take it for that of a client at another address."""
+        connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout)
+        all_headers = {"Content-Type": "application/x-www-form-urlencoded", "Cookie": "teko-session=" + session,
+                       "X-Forwarded-For": client}
         connection.request("POST", "/teko-server/" + path, urllib.parse.urlencode(form),
                            {**all_headers, **(headers or {})})
         return connection.getresponse().read().decode()

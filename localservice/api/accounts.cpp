@@ -43,8 +43,7 @@ bool looksLikeEmail(const std::string &email)
     const std::size_t at = email.find('@');
     return at != std::string::npos && at > 0 && at + 1 < email.size()
         && email.find('@', at + 1) == std::string::npos && email.size() <= maxTextBytes
-        && std::none_of(email.begin(), email.end(),
-                        [](unsigned char c) { return c <= ' ' || c == 0x7f; });
+        && email.find(' ') == std::string::npos && printable(email) == email;
 }
 
 bool isSameEmail(const std::string &one, const std::string &other)
@@ -78,7 +77,9 @@ AccountChange accountChangeFrom(const Fields &fields, const std::string &ownEmai
 // Takes as long for an unknown address.
 void logRecovery(const std::string &email, const std::optional<std::string> &code)
 {
-    if (code)
+    if (code && code->empty())
+        log("A recovery code was asked for " + email + ", whose earlier one is still valid");
+    else if (code)
         log("The recovery code for " + email + " is " + *code + " (valid for 30 minutes, once)");
     else
         log("A recovery code was asked for " + email + ", which has no account with a password");
@@ -136,10 +137,12 @@ std::string Accounts::login(const Fields &fields, const RequestContext &context)
     m_guard.check(context.address, email);
     const SignInGuard::HashPlace place(m_guard, context.address);
     const std::optional<Account> account = m_accounts.signIn(email, fields["password"]);
-    if (account)
-        return userJson(*account, m_accounts.openSession(account->id));
-    m_guard.countFailure(context.address, email);
-    throw Refusal(wrongSignIn);
+    if (!account) {
+        m_guard.countFailure(context.address, email);
+        throw Refusal(wrongSignIn);
+    }
+    m_guard.countSuccess(context.address);
+    return userJson(*account, m_accounts.openSession(account->id));
 }
 
 std::string Accounts::registerAccount(const Fields &fields, const RequestContext &context)

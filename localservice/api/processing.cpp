@@ -4,6 +4,7 @@
 
 #include "localservice/base/refusal.h"
 #include "localservice/engine/wavfile.h"
+#include "localservice/store/usage.h"
 
 #include <algorithm>
 #include <array>
@@ -19,6 +20,9 @@ constexpr std::size_t maxNameBytes = 1024;
 constexpr std::size_t maxPathBytes = 4096;
 // The answer to "how many files may I still send today" when there is no limit.
 constexpr int noLimit = 1000000;
+// Far more than a person needs: their rows take memory and time.
+constexpr int maxWaitingJobs = 200;
+constexpr std::int64_t maxKeptFiles = 10000;
 
 constexpr const char *fileGone =
     "The service no longer has this file. Please process it again from the beginning.";
@@ -116,8 +120,10 @@ std::int32_t Processing::accept(const Job &job, Upload upload, ReceivedFile &fil
 
 std::int32_t Processing::queue(Job job, const Upload &upload)
 {
-    // The room that is checked is there until the job is added.
+    // What is checked stays so until the job is added.
     const Database::Access access = m_database.access();
+    if (m_jobs.countWaiting(job.account) >= maxWaitingJobs)
+        throw Refusal("Too many of your files are waiting. Please try again when some are done.");
     job.upload = upload.id;
     job.seconds = job.demo ? std::min(upload.seconds, demoSeconds) : upload.seconds;
     // Two results as long as the upload; of floats they are shorter.
@@ -132,8 +138,11 @@ std::uint64_t Processing::uploadRoom(std::int64_t account)
 {
     if (m_licence.accountBytes <= 0)
         return std::numeric_limits<std::uint64_t>::max();
-    const std::int64_t used = m_uploads.bytesOf(account) + m_jobs.bytesOf(account);
-    return static_cast<std::uint64_t>(std::max<std::int64_t>(0, m_licence.accountBytes - used));
+    const KeptFiles kept = keptFor(m_database, account);
+    if (kept.count >= maxKeptFiles)
+        return 0;
+    return static_cast<std::uint64_t>(
+        std::max<std::int64_t>(0, m_licence.accountBytes - kept.bytes));
 }
 
 void Processing::checkRoom(std::int64_t account, std::int64_t bytes)

@@ -4,41 +4,56 @@
 
 #include "localservice/api/ratelimiter.h"
 
+#include <condition_variable>
 #include <mutex>
-#include <set>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace localservice {
 
-/// Slows down guessing. Wrong tries count for an address with an account, and for an address with
-/// all accounts, so that they do not lock an account's owner out at another address. Thread-safe.
+/// Slows down guessing. Wrong tries count for an address with an account, and all sign-ins for an
+/// address with all accounts, so that they do not lock an account's owner out at another address.
+/// Thread-safe.
 class SignInGuard final
 {
 public:
     /// Throws Refusal when the address has tried too often.
     void check(const std::string &address, const std::string &email);
     void countFailure(const std::string &address, const std::string &email);
+    void countSuccess(const std::string &address);
 
-    /// A place in the queue for the computation of a password hash, as long as it exists.
+    /// The right to compute a password hash, as long as it exists.
     class HashPlace
     {
     public:
-        /// Throws Refusal when the queue, or the address' part of it, is full.
+        /// Waits in a queue. Throws Refusal when that, or the address' part of it, is full, and
+        /// when the place in it is given to an address that has fewer.
         HashPlace(SignInGuard &guard, std::string address);
         HashPlace(const HashPlace &) = delete;
         HashPlace &operator=(const HashPlace &) = delete;
         ~HashPlace();
 
     private:
+        friend SignInGuard;
         SignInGuard &m_guard;
         std::string m_address;
+        bool m_isGivenAway = false;
     };
 
 private:
+    void enter(HashPlace &place);
+
     RateLimiter m_byAccount{10};
     RateLimiter m_byAddress{30};
     std::mutex m_mutex;
-    std::multiset<std::string> m_hashing; // the addresses in the queue
+    std::condition_variable m_changed;
+    std::vector<HashPlace *> m_queue; // the first one computes
 };
+
+/// Which place of a full queue of addresses, the oldest first, goes to a newcomer's address: the
+/// newest one of the address with the most places, if that has more than the newcomer will have.
+[[nodiscard]] std::optional<std::size_t> placeFor(const std::vector<std::string> &queue,
+                                                  const std::string &address);
 
 } // namespace localservice

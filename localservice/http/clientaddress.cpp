@@ -15,12 +15,15 @@ constexpr unsigned networkBits = 64;
 std::string networkOf(const Poco::Net::IPAddress &address)
 {
     using Poco::Net::IPAddress;
+    if (address.family() == IPAddress::IPv6 && address.isIPv4Mapped()) {
+        const std::string text = address.toString();
+        return networkOf(IPAddress(text.substr(text.rfind(':') + 1)));
+    }
+    // Every program on this computer can take any of its many loopback addresses.
+    if (address.isLoopback())
+        return "127.0.0.0";
     if (address.family() == IPAddress::IPv4)
         return address.toString();
-    if (address.isIPv4Mapped()) {
-        const std::string text = address.toString();
-        return text.substr(text.rfind(':') + 1);
-    }
     return (address & IPAddress(networkBits, IPAddress::IPv6)).toString();
 }
 

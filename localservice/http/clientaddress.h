@@ -9,7 +9,7 @@
 namespace localservice {
 
 /// The key that identifies a client for limits: its IPv4 address, or the first 64 bits of its IPv6
-/// address, since such a network usually belongs to one client.
+/// address, since such a network usually belongs to one client. All loopback addresses are one.
 [[nodiscard]] std::string networkOf(const Poco::Net::IPAddress &address);
 
 /// The network of a client: of the connection's peer, or, when that is the trusted proxy ("":

@@ -36,6 +36,20 @@ void restrictToOwner(const fs::path &path, fs::perms permissions)
     fs::permissions(path, permissions, ignored);
 }
 
+// The database and what lies beside it, also from earlier runs, such as "service.log" and
+// "service.db.damaged-…".
+void restrictOwnFiles(const fs::path &root)
+{
+    for (const auto &entry : fs::directory_iterator(root)) {
+        const std::string name = utf8(entry.path().filename());
+        const bool isOwn = name.rfind("service.", 0) == 0 || name == "reserve"
+            || entry.path() == DataFolder::controlFile(root);
+        std::error_code ignored;
+        if (isOwn && entry.is_regular_file(ignored) && !entry.is_symlink(ignored))
+            restrictToOwner(entry.path(), ownerFile);
+    }
+}
+
 void makePrivateFolder(const fs::path &folder)
 {
     fs::create_directory(folder);
@@ -55,8 +69,7 @@ DataFolder::DataFolder(fs::path root)
     // SQLite creates the files beside the database with the same permissions.
     if (!fs::exists(database()))
         std::ofstream stream(database());
-    for (const char *suffix : {"", "-wal", "-shm"})
-        restrictToOwner(fs::path(database()) += suffix, ownerFile);
+    restrictOwnFiles(m_root);
 }
 
 std::uint64_t DataFolder::freeBytes() const noexcept

@@ -18,6 +18,11 @@ public:
     explicit DataFolder(std::filesystem::path root);
 
     [[nodiscard]] std::filesystem::path database() const { return m_root / "service.db"; }
+    /// The folders of what the database's rows name.
+    [[nodiscard]] std::vector<std::filesystem::path> filesOfDatabase() const
+    {
+        return {m_root / "uploads", m_root / "results"};
+    }
     /// See ControlFile.
     [[nodiscard]] static std::filesystem::path controlFile(const std::filesystem::path &root)
     {
@@ -42,8 +47,8 @@ public:
     /// Returns whether the file is gone: Windows keeps one that is open.
     [[nodiscard]] bool removeUpload(const std::string &file) const noexcept;
     void removeResults(const std::string &token) const noexcept;
-    /// Removes results that belong to no job and are older than a time (in seconds since 1970), as
-    /// after the loss of a damaged database.
+    /// Removes results that belong to no job and are older than a time (in seconds since 1970),
+    /// such as could not be removed with their job.
     void removeUnknownResults(const std::vector<std::string> &knownTokens,
                               std::int64_t before) const;
     /// Removes what an earlier run left unfinished: all staging folders, and unknown uploads.

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <functional>
 #include <queue>
-#include <tuple>
 
 namespace localservice {
 
@@ -14,14 +13,14 @@ std::vector<QueuedJob> startOrder(std::vector<QueuedJob> queued,
 {
     // The n-th jobs of all accounts come before any account's next one.
     std::map<std::int64_t, int> rounds;
-    std::map<std::int32_t, std::tuple<int, std::int64_t>> keys;
+    std::multimap<std::pair<int, std::int64_t>, QueuedJob> sorted;
     for (const QueuedJob &job : queued) {
         const auto last = lastStarts.find(job.account);
-        keys[job.id] = {rounds[job.account]++, last == lastStarts.end() ? 0 : last->second};
+        sorted.emplace(
+            std::pair(rounds[job.account]++, last == lastStarts.end() ? 0 : last->second), job);
     }
-    std::stable_sort(queued.begin(), queued.end(), [&keys](const auto &one, const auto &other) {
-        return keys[one.id] < keys[other.id];
-    });
+    std::transform(sorted.begin(), sorted.end(), queued.begin(),
+                   [](const auto &item) { return item.second; });
     return queued;
 }
 

@@ -8,6 +8,7 @@
 
 #include <Poco/Net/HTTPRequest.h>
 #include <Poco/Net/HTTPResponse.h>
+#include <Poco/Net/NetException.h>
 #include <Poco/StreamCopier.h>
 #include <Poco/URI.h>
 
@@ -17,6 +18,8 @@
 namespace localservice {
 
 namespace {
+
+constexpr std::size_t fileBytes = 256;
 
 // A wildcard address cannot be connected to.
 Poco::Net::SocketAddress addressOf(const Poco::URI &url)
@@ -28,35 +31,8 @@ Poco::Net::SocketAddress addressOf(const Poco::URI &url)
             url.getPort()};
 }
 
-} // namespace
-
-ControlFile::ControlFile(std::filesystem::path file, const std::string &url, const std::string &key)
-    : m_file(std::move(file))
+std::string requestStatus(const std::string &url, const std::string &key)
 {
-    std::ofstream stream(m_file, std::ios::trunc);
-    std::error_code ignored;
-    std::filesystem::permissions(
-        m_file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, ignored);
-    stream << url << "\n" << key << "\n";
-    stream.close();
-    if (!stream)
-        log("Could not write " + utf8(m_file) + ": \"teko-service status\" will not work");
-}
-
-ControlFile::~ControlFile()
-{
-    std::error_code ignored;
-    std::filesystem::remove(m_file, ignored);
-}
-
-std::string fetchStatus(const std::filesystem::path &controlFile)
-{
-    std::ifstream stream(controlFile);
-    std::string url;
-    std::string key;
-    if (!(stream >> url >> key))
-        throw std::runtime_error("No service is running on " + utf8(controlFile.parent_path())
-                                 + ".");
     const Poco::URI address(url);
     const auto session = address.getScheme() == "https"
         ? makeTlsClient(addressOf(address))
@@ -71,6 +47,52 @@ std::string fetchStatus(const std::filesystem::path &controlFile)
     if (response.getStatus() != Poco::Net::HTTPResponse::HTTP_OK)
         throw std::runtime_error("The service does not answer: " + response.getReason());
     return text;
+}
+
+// The file keeps its size from run to run: a full disk has no room for a new one.
+bool overwrite(const std::filesystem::path &file, std::string text)
+{
+    text.resize(fileBytes, ' ');
+    std::fstream stream(file, std::ios::in | std::ios::out | std::ios::binary);
+    if (!stream.is_open())
+        stream.open(file, std::ios::out | std::ios::binary);
+    stream << text;
+    stream.close();
+    return !stream.fail();
+}
+
+} // namespace
+
+ControlFile::ControlFile(std::filesystem::path file, const std::string &url, const std::string &key)
+    : m_file(std::move(file))
+{
+    if (!overwrite(m_file, url + "\n" + key + "\n"))
+        log("Could not write " + utf8(m_file) + ": \"teko-service status\" will not work");
+    std::error_code ignored;
+    std::filesystem::permissions(
+        m_file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, ignored);
+}
+
+ControlFile::~ControlFile()
+{
+    (void)overwrite(m_file, "");
+}
+
+std::string fetchStatus(const std::filesystem::path &controlFile)
+{
+    const std::string notRunning =
+        "No service is running on " + utf8(controlFile.parent_path()) + ".";
+    std::ifstream stream(controlFile);
+    std::string url;
+    std::string key;
+    if (!(stream >> url >> key))
+        throw std::runtime_error(notRunning);
+    try {
+        return requestStatus(url, key);
+    } catch (const Poco::Net::ConnectionRefusedException &) {
+        // The service was killed.
+        throw std::runtime_error(notRunning);
+    }
 }
 
 } // namespace localservice

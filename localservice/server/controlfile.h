@@ -11,7 +11,7 @@
 namespace localservice {
 
 /// A file in the data folder by which "teko-service status" finds the running service: its address,
-/// and a key that only readers of the file know. It is deleted with the object.
+/// and a key that only readers of the file know. It is emptied with the object.
 class ControlFile final
 {
 public:

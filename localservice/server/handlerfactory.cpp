@@ -8,6 +8,10 @@
 #include "localservice/server/resulthandler.h"
 #include "localservice/server/uploadhandler.h"
 
+#include <Poco/String.h>
+
+#include <algorithm>
+
 namespace localservice {
 
 namespace {
@@ -50,10 +54,27 @@ bool isRead(const Request &request)
     return request.getMethod() == Request::HTTP_GET || request.getMethod() == Request::HTTP_HEAD;
 }
 
+bool isReadPath(const std::string &path)
+{
+    return path == "/healthz" || path == "/status" || path == "/generate_204"
+        || path.rfind("/results/", 0) == 0 || pageAt(path).has_value();
+}
+
+// What stands before this service may have looked at the other one.
+bool isRepeated(const Request &request, const std::string &header)
+{
+    return std::count_if(
+               request.begin(), request.end(),
+               [&header](const auto &item) { return Poco::icompare(item.first, header) == 0; })
+        > 1;
+}
+
 } // namespace
 
 Poco::Net::HTTPRequestHandler *HandlerFactory::createRequestHandler(const Request &request)
 {
+    if (isRepeated(request, "Host") || isRepeated(request, "Origin"))
+        return refuse(Response::HTTP_BAD_REQUEST, "Repeated header.");
     const std::string host = request.get("Host", "");
     if (!m_rules.hosts.acceptsHost(host))
         return refuse(Response::HTTP_FORBIDDEN, "Host header not accepted.");
@@ -69,8 +90,10 @@ Poco::Net::HTTPRequestHandler *HandlerFactory::createRequestHandler(const Reques
             return new UploadHandler(m_backend, m_rules, m_connection);
         return new FormHandler(m_backend, m_rules, m_connection, *call);
     }
-    return isRead(request) ? handlerOfGet(request, path)
-                           : refuse(Response::HTTP_NOT_FOUND, "Not found.");
+    if (isRead(request))
+        return handlerOfGet(request, path);
+    return isReadPath(path) ? refuse(Response::HTTP_METHOD_NOT_ALLOWED, "Not allowed.")
+                            : refuse(Response::HTTP_NOT_FOUND, "Not found.");
 }
 
 bool HandlerFactory::maySeeStatus(const Request &request) const

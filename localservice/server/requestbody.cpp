@@ -5,6 +5,7 @@
 #include "localservice/http/fields.h"
 
 #include <Poco/Exception.h>
+#include <Poco/Net/HTTPResponse.h>
 
 #include <algorithm>
 
@@ -29,11 +30,19 @@ std::streamsize readSome(std::streambuf &source, std::vector<char> &block)
     }
 }
 
+std::int64_t lengthOf(const Poco::Net::HTTPServerRequest &request)
+{
+    if (request.getChunkedTransferEncoding() || !request.hasContentLength())
+        throw BadRequest("The request does not state its length.",
+                         Poco::Net::HTTPResponse::HTTP_LENGTH_REQUIRED);
+    return request.getContentLength64();
+}
+
 } // namespace
 
 RequestBody::RequestBody(Poco::Net::HTTPServerRequest &request)
     : m_source(*request.stream().rdbuf())
-    , m_contentLength(request.hasContentLength() ? request.getContentLength64() : -1)
+    , m_contentLength(lengthOf(request))
     , m_block(blockBytes)
 { }
 

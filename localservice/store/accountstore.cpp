@@ -27,6 +27,9 @@ constexpr std::int64_t codeSeconds = 1800;
 // A session in use is prolonged at most this often.
 constexpr std::int64_t prolongSeconds = 3600;
 constexpr std::int64_t never = std::numeric_limits<std::int64_t>::max();
+constexpr const char *deleteOldSessions =
+    "DELETE FROM sessions WHERE digest IN (SELECT digest FROM sessions WHERE account = ?"
+    " ORDER BY expires DESC, rowid DESC LIMIT -1 OFFSET ?)";
 
 std::string localDay(std::int64_t seconds)
 {
@@ -127,6 +130,7 @@ void AccountStore::keepSession(const std::string &hash, std::int64_t account, st
     access.session << "DELETE FROM sessions WHERE expires <= ?", bind(m_clock()), now;
     access.session << "INSERT OR REPLACE INTO sessions(digest, account, expires) VALUES(?, ?, ?)",
         bind(sessionDigest(hash)), bind(account), bind(expires), now;
+    access.session << deleteOldSessions, bind(account), bind(maxSessions), now;
 }
 
 void AccountStore::prolong(const std::string &digest, std::int64_t expires)
@@ -196,13 +200,19 @@ std::optional<std::string> AccountStore::openRecovery(const std::string &email)
     const std::string code = randomHex(codeBytes);
     Database::Access access = m_database.access();
     const std::optional<Account> account = find(email);
-    if (!account || isLocal(account->id)) {
-        // As much work as for a known address.
+    // As much work for an unknown address as for a known one, also below.
+    const bool isKnown = !isLocal(account ? account->id : 0) && account;
+    const std::int64_t time = m_clock();
+    int valid = 0;
+    // A later end than half an hour is from before the clock was set right.
+    access.session << "SELECT COUNT(*) FROM users WHERE email = ? AND code_until BETWEEN ? AND ?",
+        bind(email), bind(time), bind(time + codeSeconds), into(valid), now;
+    if (!isKnown || valid > 0) {
         setSetting("unused_code", keyedDigest("code " + code, m_key));
-        return std::nullopt;
+        return isKnown ? std::optional<std::string>("") : std::nullopt;
     }
     access.session << "UPDATE users SET code = ?, code_until = ? WHERE email = ?",
-        bind(keyedDigest("code " + code, m_key)), bind(m_clock() + codeSeconds), bind(email), now;
+        bind(keyedDigest("code " + code, m_key)), bind(time + codeSeconds), bind(email), now;
     return code;
 }
 
@@ -264,10 +274,12 @@ std::string AccountStore::localSession()
     std::int64_t id = 0;
     if (hash.empty()) {
         hash = randomHex(hashBytes);
+        Transaction transaction(access.session);
         const std::optional<Account> known = find(localEmail);
         id = known ? known->id : add({"Local user", localEmail, ""}).id;
         setSetting("local_hash", hash);
         setSetting("local_account", std::to_string(id));
+        transaction.commit();
     } else {
         id = std::stoll(setting("local_account"));
     }

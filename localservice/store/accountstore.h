@@ -35,6 +35,9 @@ public:
     /// How long a session lasts after its latest use, in seconds.
     static constexpr std::int64_t sessionSeconds = std::int64_t{30} * 86400;
 
+    /// How many sessions an account has at most: a new one ends the one not used for the longest.
+    static constexpr int maxSessions = 32;
+
     /// Returns the seconds since 1970.
     using Clock = std::function<std::int64_t()>;
 
@@ -60,8 +63,9 @@ public:
     /// Throws Refusal when the e-mail address is another one's.
     void change(const Account &account, const AccountChange &change, const std::string &hash);
 
-    /// A code for a new password, valid once and for half an hour; empty for an unknown address and
-    /// for this computer's own account. Takes the same time in all cases.
+    /// A code for a new password, valid once and for half an hour; "" when an earlier one still is,
+    /// so that nobody makes it invalid by asking again. Empty for an unknown address and for this
+    /// computer's own account. Takes the same time in all cases.
     [[nodiscard]] std::optional<std::string> openRecovery(const std::string &email);
     /// Sets a new password with such a code and ends all sessions but the local one; returns
     /// whether the code was right.

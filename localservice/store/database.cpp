@@ -10,6 +10,7 @@
 #include <Poco/DateTimeFormatter.h>
 #include <Poco/Timestamp.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 
@@ -40,6 +41,7 @@ constexpr std::array setUpStatements = {
     " account INTEGER NOT NULL REFERENCES users(id), name TEXT NOT NULL, file TEXT NOT NULL,"
     " seconds REAL NOT NULL, added INTEGER NOT NULL, removed INTEGER NOT NULL DEFAULT 0)",
     "CREATE INDEX IF NOT EXISTS uploads_by_name ON uploads(name)",
+    "CREATE INDEX IF NOT EXISTS uploads_by_account ON uploads(account)",
     "CREATE TABLE IF NOT EXISTS jobs(id INTEGER PRIMARY KEY,"
     " account INTEGER NOT NULL REFERENCES users(id), upload INTEGER NOT NULL,"
     " instrument TEXT NOT NULL, extension TEXT NOT NULL, demo INTEGER NOT NULL, name TEXT NOT "
@@ -108,22 +110,69 @@ void checkWhole(Poco::Data::Session &session)
         throw DatabaseDamaged(result);
 }
 
+void setUp(Poco::Data::Session &session)
+{
+    for (const char *statement : setUpStatements)
+        session << statement, now;
+    checkWhole(session);
+    migrate(session);
+}
+
+// All columns, each with its table.
+std::vector<std::string> columnsOf(Poco::Data::Session &session)
+{
+    std::vector<std::string> columns;
+    session << "SELECT tables.name || '.' || columns.name AS path FROM sqlite_master AS tables,"
+               " pragma_table_info(tables.name) AS columns WHERE tables.type = 'table'"
+               " ORDER BY path",
+        into(columns), now;
+    return columns;
+}
+
+void checkColumns(Poco::Data::Session &session)
+{
+    Poco::Data::Session complete("SQLite", ":memory:");
+    setUp(complete);
+    const std::vector<std::string> found = columnsOf(session);
+    const std::vector<std::string> needed = columnsOf(complete);
+    if (!std::includes(found.begin(), found.end(), needed.begin(), needed.end()))
+        throw DatabaseDamaged("columns are missing");
+}
+
+// What SQLite takes for whole, but no store can have written.
+void checkValues(Poco::Data::Session &session)
+{
+    int orphans = 0;
+    session << "SELECT COUNT(*) FROM pragma_foreign_key_check", into(orphans), now;
+    if (orphans > 0)
+        throw DatabaseDamaged("rows of accounts that do not exist");
+    int withoutAccount = 0;
+    session << "SELECT COUNT(*) FROM settings WHERE name = 'local_hash' AND NOT EXISTS"
+               " (SELECT 1 FROM settings AS owner JOIN users"
+               "  ON CAST(users.id AS TEXT) = owner.value WHERE owner.name = 'local_account')",
+        into(withoutAccount), now;
+    if (withoutAccount > 0)
+        throw DatabaseDamaged("this computer's own account is missing");
+}
+
 Poco::Data::Session open(const fs::path &file)
 {
     using namespace Poco::Data::SQLite;
     Connector::registerConnector();
     try {
         Poco::Data::Session session("SQLite", utf8(file), 1);
-        for (const char *statement : setUpStatements)
-            session << statement, now;
-        checkWhole(session);
-        migrate(session);
+        setUp(session);
+        checkColumns(session);
+        checkValues(session);
         return session;
     } catch (const DBLockedException &) {
         throw DatabaseBusy("Another service already uses " + utf8(file));
     } catch (const TableLockedException &) {
         throw DatabaseBusy("Another service already uses " + utf8(file));
     } catch (const CorruptImageException &error) {
+        throw DatabaseDamaged(error.displayText());
+    } catch (const InvalidSQLStatementException &error) {
+        // A table has other columns.
         throw DatabaseDamaged(error.displayText());
     } catch (const SQLiteException &error) {
         // The library has no class for this one.
@@ -133,11 +182,19 @@ Poco::Data::Session open(const fs::path &file)
     }
 }
 
-// The files beside the database are renamed with it: they belong together.
-fs::path setAside(const fs::path &file)
+// The files and folders beside the database are renamed with it, and before it: whoever is
+// interrupted does it again.
+fs::path setAside(const fs::path &file, const std::vector<fs::path> &folders)
 {
     const std::string date =
         Poco::DateTimeFormatter::format(Poco::Timestamp(), ".damaged-%Y-%m-%dT%H-%M-%S");
+    for (const fs::path &folder : folders) {
+        if (fs::is_empty(folder))
+            continue;
+        const fs::path aside = fs::path(folder) += date;
+        fs::rename(folder, aside);
+        fs::create_directory(folder, aside);
+    }
     for (const char *suffix : {"-wal", "-shm"}) {
         std::error_code missing;
         fs::rename(fs::path(file) += suffix, (fs::path(file) += date) += suffix, missing);
@@ -146,36 +203,44 @@ fs::path setAside(const fs::path &file)
     return fs::path(file) += date;
 }
 
-Poco::Data::Session openOrReplace(const fs::path &file, fs::path &damagedFile)
+Poco::Data::Session openOrReplace(const fs::path &file, const std::vector<fs::path> &folders,
+                                  fs::path &damagedFile)
 {
     try {
         return open(file);
     } catch (const DatabaseDamaged &error) {
-        damagedFile = setAside(file);
+        damagedFile = setAside(file, folders);
         log("The database was damaged (" + std::string(error.what()) + "). It is now "
-            + utf8(damagedFile) + ", and a new one begins.");
+            + utf8(damagedFile) + ", its files are beside it, and a new one begins.");
         return open(file);
     }
 }
 
 } // namespace
 
-Database::Database(const fs::path &file)
+Database::Database(const fs::path &file, const std::vector<fs::path> &folders)
     : m_reserve(fs::path(file).replace_filename("reserve"))
-    , m_session(openOrReplace(file, m_damagedFile))
+    , m_session(openOrReplace(file, folders, m_damagedFile))
 { }
+
+void Database::reuseLog()
+{
+    const std::lock_guard lock(m_mutex);
+    try {
+        // The next change overwrites the log from its beginning. The file keeps its size, so that
+        // nobody else takes the room.
+        m_session << "PRAGMA wal_checkpoint(RESTART)", now;
+    } catch (const Poco::Data::SQLite::SQLiteException &error) {
+        log("Could not reuse the database's log: " + error.displayText());
+    }
+}
 
 void Database::releaseReserve()
 {
     const std::lock_guard lock(m_mutex);
     log("The disk is full: using the reserve");
     m_reserve.release();
-    try {
-        // Truncates the write-ahead log.
-        m_session << "PRAGMA wal_checkpoint(TRUNCATE)", now;
-    } catch (const Poco::Data::SQLite::SQLiteException &error) {
-        log("Could not shorten the database's log: " + error.displayText());
-    }
+    reuseLog();
 }
 
 void Database::refillReserve()

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <mutex>
+#include <vector>
 
 namespace localservice {
 
@@ -18,8 +19,10 @@ class Database final
 {
 public:
     /// Another service cannot open the file while this one does: throws DatabaseBusy. A damaged
-    /// file is renamed, and an empty database takes its place.
-    explicit Database(const std::filesystem::path &file);
+    /// file is renamed, and an empty database takes its place. So are the `folders`, whose files
+    /// nothing but its rows explains.
+    explicit Database(const std::filesystem::path &file,
+                      const std::vector<std::filesystem::path> &folders = {});
 
     /// The new name of the damaged file; "" when there was none.
     [[nodiscard]] const std::filesystem::path &damagedFile() const { return m_damagedFile; }
@@ -40,21 +43,24 @@ public:
 
     [[nodiscard]] Access access() { return Access(*this); }
 
-    /// Makes a change that must also work on a full disk, by releasing the reserve. Call it outside
-    /// of transactions.
+    /// Makes a change that must also work on a full disk: in the room that earlier changes took in
+    /// the write-ahead log, or else in that of the reserve. Call it outside of transactions.
     template <typename Change> auto changeOnFullDisk(Change change)
     {
-        try {
-            return change();
-        } catch (const Poco::Data::SQLite::DatabaseFullException &) {
-            releaseReserve();
-            return change();
+        for (const auto makeRoom : {&Database::reuseLog, &Database::releaseReserve}) {
+            try {
+                return change();
+            } catch (const Poco::Data::SQLite::DatabaseFullException &) {
+                (this->*makeRoom)();
+            }
         }
+        return change();
     }
     /// To be called when there may be room again.
     void refillReserve();
 
 private:
+    void reuseLog();
     void releaseReserve();
 
     std::filesystem::path m_damagedFile;

@@ -19,6 +19,9 @@ constexpr const char *selectJobs =
     "SELECT jobs.id AS id, jobs.account AS account, upload, instrument, extension, demo,"
     " jobs.name AS name, original, jobs.seconds AS seconds, state, reason, token,"
     " jobs.added AS added, jobs.bytes AS bytes, attempts FROM jobs ";
+constexpr const char *deleteUnsuccessful =
+    "DELETE FROM jobs WHERE id IN (SELECT id FROM jobs WHERE account = ?"
+    " AND state IN ('failed', 'cancelled') ORDER BY turn DESC LIMIT -1 OFFSET ?)";
 
 std::string wordOf(JobState state)
 {
@@ -89,6 +92,7 @@ std::int32_t JobStore::add(const Job &job)
     Database::Access access = m_database.access();
     Transaction transaction(access.session);
     const std::int32_t id = freeId(access.session);
+    access.session << deleteUnsuccessful, bind(job.account), bind(maxUnsuccessful), now;
     access.session
         << "INSERT INTO jobs(id, account, upload, instrument, extension, demo, name, original,"
            " seconds, state, reason, token, added, bytes, turn) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?,"
@@ -227,14 +231,13 @@ void JobStore::cancelUnfinished()
     });
 }
 
-std::int64_t JobStore::bytesOf(std::int64_t account)
+int JobStore::countWaiting(std::int64_t account)
 {
     Database::Access access = m_database.access();
-    std::int64_t bytes = 0;
-    access.session << "SELECT COALESCE(SUM(bytes), 0) FROM jobs WHERE account = ?"
-                      " AND state IN ('queued', 'running', 'ready')",
-        bind(account), into(bytes), now;
-    return bytes;
+    int count = 0;
+    access.session << "SELECT COUNT(*) FROM jobs WHERE account = ? AND state = 'queued'",
+        bind(account), into(count), now;
+    return count;
 }
 
 std::vector<std::string> JobStore::tokens()

@@ -51,7 +51,8 @@ public:
         : m_database(database)
     { }
 
-    /// Adds a job to the queue and returns its id.
+    /// Adds a job to the queue and returns its id. The account's oldest failed and cancelled jobs
+    /// beyond maxUnsuccessful are deleted.
     std::int32_t add(const Job &job);
     [[nodiscard]] std::optional<Job> find(std::int32_t id);
     [[nodiscard]] std::optional<Job> findByToken(const std::string &token);
@@ -72,8 +73,8 @@ public:
     void requeueInterrupted(const std::string &reason);
     /// Cancels all waiting and running jobs.
     void cancelUnfinished();
-    /// The bytes on the disk of an account's results, also of those that are still to come.
-    [[nodiscard]] std::int64_t bytesOf(std::int64_t account);
+    /// How many jobs of an account are waiting.
+    [[nodiscard]] int countWaiting(std::int64_t account);
     /// The tokens of all jobs.
     [[nodiscard]] std::vector<std::string> tokens();
     /// An account's finished jobs, the newest first, at most `maxCount`.
@@ -83,6 +84,8 @@ public:
 
     /// How often a job is started before it fails.
     static constexpr int maxAttempts = 2;
+    /// How many failed and cancelled jobs of an account are remembered.
+    static constexpr int maxUnsuccessful = 200;
 
 private:
     [[nodiscard]] std::vector<Job> select(const std::string &condition, std::int64_t value);

@@ -99,15 +99,6 @@ std::vector<std::string> UploadStore::takeUnneeded(std::int64_t demosBefore)
     });
 }
 
-std::int64_t UploadStore::bytesOf(std::int64_t account)
-{
-    Database::Access access = m_database.access();
-    std::int64_t bytes = 0;
-    access.session << "SELECT COALESCE(SUM(bytes), 0) FROM uploads WHERE account = ?",
-        bind(account), into(bytes), now;
-    return bytes;
-}
-
 std::vector<std::string> UploadStore::files()
 {
     Database::Access access = m_database.access();

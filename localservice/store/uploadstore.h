@@ -43,8 +43,6 @@ public:
     /// disk. Files of waiting and running jobs are needed, and those of demo results added after
     /// `demosBefore`, which may still be processed in full.
     [[nodiscard]] std::vector<std::string> takeUnneeded(std::int64_t demosBefore);
-    /// The bytes of an account's files on the disk.
-    [[nodiscard]] std::int64_t bytesOf(std::int64_t account);
     /// The names on disk of all files that are kept.
     [[nodiscard]] std::vector<std::string> files();
 

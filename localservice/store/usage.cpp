@@ -20,6 +20,10 @@ constexpr const char *selectUsage =
     " (SELECT COALESCE(SUM(bytes), 0) FROM jobs WHERE account = users.id"
     "  AND state = 'ready') AS results"
     " FROM users ORDER BY id";
+constexpr const char *sumKept =
+    "SELECT COALESCE(SUM(bytes), 0), COUNT(*) FROM"
+    " (SELECT bytes FROM uploads WHERE account = ? UNION ALL"
+    "  SELECT bytes FROM jobs WHERE account = ? AND state IN ('queued', 'running', 'ready'))";
 
 } // namespace
 
@@ -37,6 +41,15 @@ std::vector<AccountUsage> accountUsage(Database &database)
                          rows["uploaded"].convert<std::int64_t>(),
                          rows["results"].convert<std::int64_t>()});
     return usage;
+}
+
+KeptFiles keptFor(Database &database, std::int64_t account)
+{
+    Database::Access access = database.access();
+    KeptFiles kept;
+    access.session << sumKept, bind(account), bind(account), into(kept.bytes), into(kept.count),
+        now;
+    return kept;
 }
 
 } // namespace localservice

@@ -20,7 +20,17 @@ struct AccountUsage
     std::int64_t resultBytes = 0;
 };
 
+/// An account's uploads, and the results of its jobs, also those that are still to come.
+struct KeptFiles
+{
+    std::int64_t bytes = 0; ///< on the disk
+    std::int64_t count = 0; ///< of uploads and jobs
+};
+
 /// The usage of all accounts, the oldest account first.
 [[nodiscard]] std::vector<AccountUsage> accountUsage(Database &database);
+
+/// The files that are kept for an account.
+[[nodiscard]] KeptFiles keptFor(Database &database, std::int64_t account);
 
 } // namespace localservice

@@ -16,7 +16,7 @@ struct Stores
 {
     explicit Stores(const QTemporaryDir &dir)
         : folder(dir.filePath("data").toStdString())
-        , database(folder.database())
+        , database(folder.database(), folder.filesOfDatabase())
         , accounts(database,
                    [this] {
                        std::this_thread::yield(); // lets other threads come between

@@ -69,6 +69,28 @@ private slots:
         QVERIFY(stores.accounts.signIn("a@b", "new password"));
         QVERIFY(!stores.accounts.accountOf(session));
         QVERIFY(!stores.accounts.recover("a@b", code, "another one"));
+        QVERIFY(!stores.accounts.openRecovery("a@b")->empty());
+    }
+
+    void keepsAValidRecoveryCode_data()
+    {
+        const Rows<int, bool> add;
+        add("asked again at once", 0, true);
+        add("asked again when it ends", 1800, true);
+        add("asked again afterwards", 1801, false);
+        add("asked again before the clock was set back", -3600, false);
+    }
+
+    void keepsAValidRecoveryCode()
+    {
+        const auto [secondsLater, isKept] = fetchRow<int, bool>();
+        Stores stores(*m_dir);
+        stores.addAccount("a@b");
+        const std::string code = stores.accounts.openRecovery("a@b").value();
+        stores.secondsLater = secondsLater;
+        const std::string again = stores.accounts.openRecovery("a@b").value();
+        QCOMPARE(again.empty(), isKept);
+        QVERIFY(stores.accounts.recover("a@b", isKept ? code : again, "new password"));
     }
 
     void endsUnusedSessions_data()
@@ -103,6 +125,24 @@ private slots:
             stores.accounts.change(stores.accounts.accountOf(hash).value(), {"L", "l@b", "new"},
                                    "");
         QCOMPARE(stores.accounts.accountOf(hash).has_value(), isLocal);
+    }
+
+    void endsTheSessionThatIsUnusedForTheLongest()
+    {
+        Stores stores(*m_dir);
+        const std::string mine = stores.accounts.localSession();
+        const std::int64_t account = stores.accounts.accountOf(mine)->id;
+        const std::string first = stores.accounts.openSession(account);
+        const std::string second = stores.accounts.openSession(account);
+        std::vector<std::string> kept = {mine, first,
+                                         stores.accounts.openSession(stores.addAccount("a@b"))};
+        stores.secondsLater = 86400;
+        QVERIFY(stores.accounts.accountOf(first));
+        while (kept.size() <= AccountStore::maxSessions)
+            kept.push_back(stores.accounts.openSession(account));
+        QVERIFY(!stores.accounts.accountOf(second));
+        for (const std::string &session : kept)
+            QVERIFY(stores.accounts.accountOf(session));
     }
 
 private:

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
+#include "localservice/api/signinguard.h"
 #include "localservice/http/clientaddress.h"
 #include "localservice/http/fields.h"
 #include "localservice/http/hostpolicy.h"
@@ -262,12 +263,37 @@ private slots:
         QCOMPARE(accepting.join(' '), services);
     }
 
+    void givesPlacesToTheNewcomer_data()
+    {
+        const Rows<QString, QString, int> add;
+        // Each place is a letter, its address.
+        add("nobody has more than one", "abcd", "e", -1);
+        add("one has more", "abba", "c", 3);
+        add("several have", "aabb", "c", 1);
+        add("the newcomer will have as many", "aabc", "b", -1);
+        add("the newcomer will have fewer", "aaab", "b", 2);
+        add("the newcomer has the most", "aaab", "a", -1);
+    }
+
+    void givesPlacesToTheNewcomer()
+    {
+        const auto [queue, newcomer, place] = fetchRow<QString, QString, int>();
+        std::vector<std::string> addresses;
+        for (const QChar address : queue)
+            addresses.push_back(QString(address).toStdString());
+        const auto given = placeFor(addresses, newcomer.toStdString());
+        QCOMPARE(given ? int(*given) : -1, place);
+    }
+
     void countsClientsByNetwork_data()
     {
         const Rows<std::string, std::string, std::string> add;
         add("IPv4", "192.0.2.7", "", "192.0.2.7");
         add("IPv6", "2001:db8:1:2:3:4:5:6", "", "2001:db8:1:2::");
         add("IPv4 in IPv6", "::ffff:192.0.2.7", "", "192.0.2.7");
+        add("this computer", "127.0.3.2", "", "127.0.0.0");
+        add("this computer, IPv6", "::1", "", "127.0.0.0");
+        add("this computer, IPv4 in IPv6", "::ffff:127.0.0.1", "", "127.0.0.0");
         add("a header of anybody", "192.0.2.7", "198.51.100.1", "192.0.2.7");
         add("a header of the proxy", "192.0.2.1", "203.0.113.9, 198.51.100.1", "198.51.100.1");
         add("a proxy without it", "192.0.2.1", "unknown", "192.0.2.1");

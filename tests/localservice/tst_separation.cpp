@@ -208,6 +208,9 @@ private slots:
         add("instrument", {"in.wav", "flute", "1.wav", "2.wav"}, 2, "error: There is no such");
         add("no WAV", {"text", "vocals", "1.wav", "2.wav"}, 1, "error: The uploaded file is not");
         add("existing result", {"in.wav", "vocals", "1.wav", "text"}, 1, "exists already");
+        add("existing part", {"in.wav", "vocals", "1.wav", "2"}, 1, "2.part exists already");
+        add("one result twice", {"in.wav", "vocals", "1", "./1"}, 1, "exists already");
+        add("no folder", {"in.wav", "vocals", "1.wav", "no/2.wav"}, 1, "No such file or directory");
     }
 
     void programSeparates()
@@ -216,7 +219,8 @@ private slots:
         const QTemporaryDir dir;
         const WavShape shape{1, 8000, 16, 8000};
         writeWav(dir.filePath("in.wav").toStdString(), shape, std::vector<std::int32_t>(8000));
-        std::ofstream(dir.filePath("text").toStdString()) << "mine";
+        for (const char *name : {"text", "2.part"})
+            std::ofstream(dir.filePath(name).toStdString()) << "mine";
         QProcess program;
         program.setWorkingDirectory(dir.path());
         program.start(QCoreApplication::applicationDirPath() + "/teko-separate", arguments);
@@ -226,9 +230,29 @@ private slots:
         QVERIFY2(error.contains(message), error);
         const QStringList files = QDir(dir.path()).entryList(QDir::Files);
         QCOMPARE(files,
-                 code == 0 ? QStringList({"1.wav", "2.wav", "in.wav", "text"})
-                           : QStringList({"in.wav", "text"}));
-        QCOMPARE(QFileInfo(dir.filePath("text")).size(), 4);
+                 code == 0 ? QStringList({"1.wav", "2.part", "2.wav", "in.wav", "text"})
+                           : QStringList({"2.part", "in.wav", "text"}));
+        for (const char *name : {"text", "2.part"})
+            QCOMPARE(QFileInfo(dir.filePath(name)).size(), 4);
+    }
+
+    /// A file that comes to be there while the program works is somebody else's.
+    void programOverwritesNothing()
+    {
+        const QTemporaryDir dir;
+        const WavShape shape{2, 44100, 16, 60 * 44100};
+        writeWav(dir.filePath("in.wav").toStdString(), shape,
+                 std::vector<std::int32_t>(std::size_t(shape.frames) * 2, 1000));
+        QProcess program;
+        program.setWorkingDirectory(dir.path());
+        program.start(QCoreApplication::applicationDirPath() + "/teko-separate",
+                      {"in.wav", "bass", "1.wav", "2.wav"});
+        QTRY_VERIFY(QFile::exists(dir.filePath("1.wav.part")));
+        std::ofstream(dir.filePath("2.wav").toStdString()) << "mine";
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitCode(), 1);
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList({"2.wav", "in.wav"}));
+        QCOMPARE(QFileInfo(dir.filePath("2.wav")).size(), 4);
     }
 
     void stopsAtOnceWhenCancelled()

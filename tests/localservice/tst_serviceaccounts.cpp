@@ -136,11 +136,13 @@ private slots:
         QVERIFY(change(QString(7, 'x')).contains("at least 8"));
         QVERIFY(change(QString(1025, 'x')).contains("too long"));
         QVERIFY(other.post("auth/check.php", {{"hash", hash}}).contains("\"E\""));
-        // The address of this computer's own account is reserved.
-        person[1].second = "LOCAL@localhost";
-        for (const char *path : {"auth/register.php", "auth/update.php"})
-            QCOMPARE(other.post(path, person + Form{{"hash", hash}}),
-                     "This is not an e-mail address.");
+        // The address of this computer's own account is reserved; others look like what they are.
+        for (const char *email : {"LOCAL@localhost", "gro\u202e@b.org", "a\u0085@b.org"}) {
+            person[1].second = email;
+            for (const char *path : {"auth/register.php", "auth/update.php"})
+                QCOMPARE(other.post(path, person + Form{{"hash", hash}}),
+                         "This is not an e-mail address.");
+        }
 
         // The answer does not reveal who has an account.
         for (const char *email : {"nobody@b.org", "e@b.org"})
@@ -175,7 +177,6 @@ private slots:
             QCOMPARE(tryPassword("OTTO9@b.org"), wrong);
         QVERIFY(tryPassword("otto9@b.org", "12345678").contains("Too many tries"));
         QCOMPARE(tryPassword("nobody@localhost"), wrong);
-
         const auto askFor = [](Client &client, const QByteArray &number) {
             return client.post("remains.php", {{"songID", number}});
         };

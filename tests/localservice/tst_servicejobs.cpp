@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
+#include "localservice/api/processing.h"
 #include "localservice/base/refusal.h"
 #include "stores.h"
 #include "tests/support/rows.h"
@@ -37,9 +38,6 @@ private slots:
             QTRY_VERIFY(stores.stateOf(id) == JobState::Running);
         }
         Stores stores(*m_dir);
-        QCOMPARE(QFile::permissions(m_dir->filePath("data/service.db"))
-                     & ~(QFile::ReadUser | QFile::WriteUser),
-                 QFile::ReadOwner | QFile::WriteOwner);
         QCOMPARE(stores.accounts.localSession(), hash);
         const Job kept = stores.jobs.find(id).value();
         QCOMPARE(kept.instrument, std::string("drums"));
@@ -49,6 +47,24 @@ private slots:
         const auto runner = stores.run(copyTwice);
         QTRY_VERIFY(stores.stateOf(id) == JobState::Ready);
         QVERIFY(std::filesystem::exists(stores.folder.mixResult(stores.jobs.find(id)->token)));
+    }
+
+    void keepsItsFilesPrivate()
+    {
+        const QDir data(m_dir->filePath("data"));
+        QVERIFY(data.mkpath("."));
+        const auto anybody = QFile::ReadOther | QFile::ReadGroup;
+        for (const char *name : {"service.db.damaged-1", "reserve", "service.log", "holiday.txt"}) {
+            QFile file(data.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.setPermissions(anybody));
+        }
+        const Stores stores(*m_dir);
+        QStringList others;
+        for (const QFileInfo &file : data.entryInfoList(QDir::Files)) {
+            if (file.permissions() & anybody)
+                others << file.fileName();
+        }
+        QCOMPARE(others, QStringList("holiday.txt"));
     }
 
     void findsTheJobOfAnEqualUpload()
@@ -114,6 +130,33 @@ private slots:
         QCOMPARE(stores.jobs.find(id)->reason, std::string(failures > 1 ? "It failed." : ""));
     }
 
+    void limitsTheJobsOfAnAccount()
+    {
+        Stores stores(*m_dir);
+        const auto runner = stores.run({}, 0);
+        Authorizer authorizer(stores.accounts, stores.jobs);
+        ArrivingFiles arriving;
+        Processing processing(stores.database, stores.accounts, stores.uploads, stores.jobs,
+                              *runner, authorizer, arriving, {}, "..");
+        const RequestContext me{"", stores.accounts.localSession()};
+        const std::int64_t account = processing.uploadAccount({}, me);
+        const std::int32_t oldest = stores.addJob(account, "a.wav");
+        const Fields form = Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3"
+                                             "&uploadedFileName=a.wav");
+        const auto repeat = [&] { return std::stoi(processing.repeat(form, me)); };
+        std::int32_t latest = 0;
+        while (stores.jobs.countWaiting(account) < 200)
+            latest = repeat();
+        QVERIFY_EXCEPTION_THROWN((void)repeat(), Refusal);
+        // Cancelled jobs make room, and are not remembered for ever.
+        QVERIFY(runner->cancel(oldest));
+        for (int i = 0; i < JobStore::maxUnsuccessful; ++i)
+            QVERIFY(runner->cancel(repeat()));
+        (void)repeat();
+        QVERIFY(!stores.jobs.find(oldest));
+        QVERIFY(stores.stateOf(latest) == JobState::Queued);
+    }
+
     void discardsWhatADeadClientLeft()
     {
         Stores stores(*m_dir);
@@ -137,28 +180,47 @@ private slots:
 
     void setsADamagedDatabaseAside_data()
     {
-        const Rows<qint64, int> add;
-        add("no database at all", 0, 100);
-        add("overwritten in the middle", 20000, 8000);
-        add("whole", 0, 0);
+        const Rows<qint64, int, QList<const char *>> add;
+        add("no database at all", 0, 100, {});
+        add("overwritten in the middle", 20000, 8000, {});
+        add("no number for this computer's account", 0, 0,
+            {"UPDATE settings SET value = 'x' WHERE name = 'local_account'"});
+        add("a job's account gone", 0, 0, {"DELETE FROM users WHERE email = '0@b'"});
+        add("another column", 0, 0, {"ALTER TABLE users RENAME email TO mail"});
+        add("another table", 0, 0, {"DROP TABLE uploads", "CREATE TABLE uploads(x)"});
+        add("whole", 0, 0, {});
     }
 
     void setsADamagedDatabaseAside()
     {
-        const auto [offset, bytes] = fetchRow<qint64, int>();
+        const auto [offset, bytes, changes] = fetchRow<qint64, int, QList<const char *>>();
+        std::filesystem::path upload;
         {
             Stores stores(*m_dir);
-            for (int i = 0; i < 100; ++i)
+            (void)stores.accounts.localSession();
+            const std::int32_t job = stores.addJob(stores.addAccount("0@b"), "a.wav");
+            upload = stores.uploads.find(stores.jobs.find(job)->upload)->file;
+            for (int i = 1; i < 100; ++i)
                 stores.addAccount(std::to_string(i) + "@b");
+            for (const char *change : QList{"PRAGMA foreign_keys = OFF"} + changes)
+                stores.database.access().session << change, Poco::Data::Keywords::now;
         }
         QFile file(m_dir->filePath("data/service.db"));
         QVERIFY(file.open(QIODevice::ReadWrite) && file.size() > offset + bytes);
         QVERIFY(file.seek(offset) && file.write(QByteArray(bytes, '?')) == bytes);
         file.close();
+        const bool isDamaged = QTest::currentDataTag() != QByteArray("whole");
         Stores stores(*m_dir);
-        QCOMPARE(std::filesystem::exists(stores.database.damagedFile()), bytes > 0);
-        QCOMPARE(stores.accounts.openRecovery("7@b").has_value(), bytes == 0);
-        QVERIFY(stores.addAccount("new@b") > 0);
+        (void)stores.run({}, 0);
+        const std::string aside = stores.database.damagedFile().string();
+        QCOMPARE(!aside.empty(), isDamaged);
+        QCOMPARE(stores.accounts.openRecovery("9@b").has_value(), !isDamaged);
+        QVERIFY(stores.accounts.accountOf(stores.accounts.localSession()));
+        // The uploads stay with the rows that name them.
+        const std::string date = isDamaged ? aside.substr(aside.find(".damaged")) : "";
+        const std::filesystem::path home = stores.folder.database().parent_path();
+        QVERIFY(std::filesystem::exists(home / ("uploads" + date) / upload));
+        QCOMPARE(std::filesystem::is_empty(home / "uploads"), isDamaged);
     }
 
     void worksOnAFullDisk()
@@ -170,6 +232,7 @@ private slots:
         Stores stores(*m_dir);
         const std::int64_t account = stores.addAccount("a@b");
         const std::string session = stores.accounts.openSession(account);
+        const std::string second = stores.accounts.openSession(account);
         const Job job = *stores.jobs.find(stores.addJob(account, "a.wav"));
         const auto runner = stores.run(waitForCancel);
         QTRY_VERIFY(stores.stateOf(job.id) == JobState::Running);
@@ -177,6 +240,11 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(stores.addAccount(std::string(100000, 'x')), Poco::Exception);
         stores.accounts.closeSession(session);
         QVERIFY(!stores.accounts.accountOf(session));
+        // Others take what the reserve has left.
+        std::filesystem::remove(stores.folder.database().replace_filename("reserve"));
+        fillDisk();
+        stores.accounts.closeSession(second);
+        QVERIFY(!stores.accounts.accountOf(second));
         QVERIFY(runner->cancel(job.id));
         stores.uploads.remove(account, "a.wav");
         QTRY_VERIFY(!stores.hasFile(job.upload));
@@ -266,7 +334,7 @@ private:
     void fillDisk() const
     {
         QFile file(m_dir->filePath("filling"));
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        QVERIFY(file.open(QIODevice::Append | QIODevice::Unbuffered));
         for (const int bytes : {65536, 4096, 1}) {
             while (file.write(QByteArray(bytes, 'x')) == bytes) { }
         }

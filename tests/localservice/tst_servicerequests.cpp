@@ -112,6 +112,16 @@ private slots:
         add("GET /status", "GET /status" + rest, "HTTP/1.1 404 ");
         add("another host", "GET / HTTP/1.1\r\nHost: evil.example\r\n", "HTTP/1.1 403 ");
         add("another origin", "GET /" + rest + "Origin: http://evil.example\r\n", "HTTP/1.1 403 ");
+        add("two hosts", "GET /" + rest + "HOST: " + host() + "\r\n", "HTTP/1.1 400 ");
+        add("two origins",
+            "GET /" + rest + "Origin: http://" + host() + "\r\nOrigin: http://evil.example\r\n",
+            "HTTP/1.1 400 ");
+        add("a form in chunks, cut off",
+            "POST /teko-server/remains.php" + rest
+                + "Transfer-Encoding: chunked\r\nContent-Type: application/x-www-form-urlencoded"
+                  "\r\n\r\n8\r\nsongID=1\r\n",
+            "HTTP/1.1 411 ");
+        add("POST /healthz", "POST /healthz" + rest, "HTTP/1.1 405 ");
         add("another type",
             "POST /teko-server/remains.php" + rest
                 + "Content-Type: text/plain\r\nContent-Length: 0\r\n",
@@ -164,8 +174,11 @@ private slots:
         QCOMPARE(service.url.startsWith("https:"), !options.isEmpty());
         QCOMPARE(run({"status", "--data", dir.path()}), 0);
         QVERIFY(m_program.readAllStandardOutput().contains("local@localhost: 0 running"));
-        QCOMPARE(run({"status", "--data", m_dir->filePath("nothing")}), 1);
-        QVERIFY(m_program.readAllStandardError().contains("No service is running"));
+        service.crash();
+        for (const QString &folder : {dir.path(), m_dir->filePath("nothing")}) {
+            QCOMPARE(run({"status", "--data", folder}), 1);
+            QVERIFY(m_program.readAllStandardError().contains("No service is running"));
+        }
     }
 
 private:
