@@ -184,7 +184,7 @@ private slots:
         const auto [held, proxy, isAdmitted] = fetchRow<QString, QString, bool>();
         Connections connections({.connections = 4}, proxy.toStdString());
         const Poco::Net::ServerSocket listener(Poco::Net::SocketAddress("127.0.0.1:0"));
-        const std::string client = proxy.isEmpty() ? "127.0.0.1" : "192.0.2.7";
+        const std::string client = proxy.isEmpty() ? "127.0.0.0" : "192.0.2.7";
         std::vector<Poco::Net::StreamSocket> sockets;
         const auto open = [&] {
             sockets.emplace_back(listener.address());
