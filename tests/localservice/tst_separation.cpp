@@ -8,7 +8,6 @@
 #include "tests/support/testmain.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -48,8 +47,8 @@ private slots:
     void resultsAddUpToTheInput_data()
     {
         const Rows<WavShape, Voice> add;
-        const Voice noise = [](qint64, int) {
-            return QRandomGenerator::global()->generateDouble() * 2 - 1;
+        const Voice noise = [random = QRandomGenerator(1)](qint64, int) mutable {
+            return random.generateDouble() * 2 - 1;
         };
         const Voice chord = [](qint64 frame, int channel) {
             return sine(220, frame, 44100) * (channel % 2 + 1) / 2 + sine(3000, frame, 44100) / 2;
@@ -241,13 +240,14 @@ private slots:
         std::thread worker([&] { finished = separate(task(Part::Bass), control).has_value(); });
         const bool isUnderWay =
             QTest::qWaitFor([&] { return control.progress > 0.15; }, 20000) && control.progress < 1;
-        QElapsedTimer timer;
-        timer.start();
         control.cancelled = true;
+        const double progress = control.progress;
         worker.join();
         QVERIFY(isUnderWay);
         QVERIFY(!finished);
-        QVERIFY2(timer.elapsed() < 300, qPrintable(QString::number(timer.elapsed())));
+        // A hop that was under way may still end; it is a ten-thousandth of the work.
+        const double after = control.progress - progress;
+        QVERIFY2(after < 0.001, qPrintable(QString::number(after)));
     }
 
 private:
