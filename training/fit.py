@@ -176,7 +176,7 @@ def written(numbers):
 def main():
     torch.set_num_threads(1)
     songs = [Song(path) for path in sorted(glob.glob(os.path.join(sys.argv[1], "*.npz")))]
-    steps = int(sys.argv[2]) if len(sys.argv) > 2 else 1000
+    steps = int(sys.argv[2]) if len(sys.argv) > 2 else 700
     learned, held_out = [s for s in songs if s.number % 10 != 9], [s for s in songs if s.number % 10 == 9]
     trial = fitted_masks(learned, steps)
     report("held out", summaries(trial, held_out), fitted_presence(summaries(trial, learned)))
