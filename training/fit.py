@@ -19,6 +19,11 @@ BINS_A_STEP, SONGS_A_STEP = 18000, 4
 AUDIBLE = 1e-3  # of a mix' energy: a part with less does not play
 LEAST_EVIDENCE = 0.2
 QUIET = 17.5  # dB below the mix: enough for a part that does not play
+ABSENT_COST = torch.tensor([0.3, 0.3, 0.3, 0.3, 1, 0.3])  # of each dB that an absent part is louder; few songs are without drums
+HIGH = round(3000 / HERTZ_PER_BIN)  # the bin from which on the survey looks once more
+FAINT = 1e-3  # of a mix' energy: so little that it says nothing
+DRUMS = 4
+MOST = torch.tensor([1, 1, 1, 1, 0.85, 1])  # confidence: drums of loops are unlike those learned from, and a wrong guess is loud
 
 
 def knot_shares():
@@ -85,7 +90,7 @@ def cost(has, wrong, gets):
     plays = (has > AUDIBLE).float()
     decibels = 10 * torch.log10((wrong + 1e-4) / (has + 1e-4))
     excess = torch.relu(10 * torch.log10(gets + 10 ** -2.2) + QUIET)
-    each = plays * (decibels + 3 * torch.relu(decibels + 0.3)) + (1 - plays) * 0.3 * excess
+    each = plays * (decibels + 3 * torch.relu(decibels + 0.3)) + (1 - plays) * ABSENT_COST * excess
     return (each * torch.tensor([1, 1, 1, 1, 1, 0.3])).sum(-1).mean()
 
 
@@ -112,20 +117,23 @@ def fitted_masks(songs, steps):
 
 
 def summaries(model, songs):
-    """For each song and part: its share of the energy, its result's energy, its likeness with its part, its part's energy."""
+    """For each song and part: its share of the energy, its result's energy, its likeness with its part, its part's energy;
+    then the first two of the high bins alone."""
     rows = []
     with torch.no_grad():
         for song in songs:
             cues, bins, weight, like, energy = song.all()
             masks, weight = model(cues, bins), weight[:, None]
-            rows.append(torch.stack([(weight * m).sum(0) for m in (masks, masks ** 2, masks * like, energy)]))
+            high = masks * (bins >= HIGH)[:, None]
+            rows.append(torch.stack([(weight * m).sum(0) for m in (masks, masks ** 2, masks * like, energy, high, high * masks)]))
     return torch.stack(rows)
 
 
 def confidences(weights, summary):
     """As SongSurvey::confidence in the engine."""
-    share, gets = summary[:, 0], summary[:, 1]
-    return torch.sigmoid(torch.log(share) * weights[:, 0] + gets / share * weights[:, 1] + weights[:, 2])
+    share, gets, high_share, high_gets = summary[:, 0], summary[:, 1], summary[:, 4], summary[:, 5]
+    clues = torch.log(share), gets / share, torch.log(high_share + FAINT), high_gets / (high_share + FAINT)
+    return MOST * torch.sigmoid(sum(clue * weights[:, i] for i, clue in enumerate(clues)) + weights[:, 4])
 
 
 def scaled(summary, gain):
@@ -133,16 +141,18 @@ def scaled(summary, gain):
 
 
 def fitted_presence(summary):
-    """Weights (part, 3) of confidences by which scaled results cost least."""
-    weights = torch.tensor([[0.0, 0.0, 2.0]] * PARTS, requires_grad=True)
+    """Weights (part, 5) of confidences by which scaled results cost least."""
+    weights = torch.tensor([[0.0, 0.0, 0.0, 0.0, 2.0]] * PARTS, requires_grad=True)
     optimizer = torch.optim.Adam([weights], 0.03)
     for step in range(3000):
         cosine(optimizer, 0.03, step / 3000)
         optimizer.zero_grad()
-        (cost(*scaled(summary, confidences(weights, summary))) + 1e-3 * (weights[:, :2] ** 2).sum()).backward()
+        (cost(*scaled(summary, confidences(weights, summary))) + 1e-3 * (weights[:, :4] ** 2).sum()).backward()
         optimizer.step()
         with torch.no_grad():  # what speaks for a part may not speak against it
             weights[:, :2].clamp_(min=LEAST_EVIDENCE)
+            weights[:, 2:4].clamp_(min=0)
+            weights[:DRUMS, 2:4] = weights[DRUMS + 1:, 2:4] = 0  # a dull guitar is a guitar
     return weights.detach()
 
 
@@ -166,7 +176,7 @@ def written(numbers):
 def main():
     torch.set_num_threads(1)
     songs = [Song(path) for path in sorted(glob.glob(os.path.join(sys.argv[1], "*.npz")))]
-    steps = int(sys.argv[2]) if len(sys.argv) > 2 else 1000
+    steps = int(sys.argv[2]) if len(sys.argv) > 2 else 700
     learned, held_out = [s for s in songs if s.number % 10 != 9], [s for s in songs if s.number % 10 == 9]
     trial = fitted_masks(learned, steps)
     report("held out", summaries(trial, held_out), fitted_presence(summaries(trial, learned)))
@@ -175,7 +185,7 @@ def main():
     presence = fitted_presence(summary)
     report("all", summary, presence)
     weights = np.round(model.plain() * 1000).astype(int).ravel()
-    print(TEXT.format(weights=written(weights), presence="\n".join(f"    {{{a:.3f}F, {b:.3f}F, {c:.3f}F}}," for a, b, c in presence[:-1])), end="")
+    print(TEXT.format(weights=written(weights), presence="\n".join("    {" + ", ".join(f"{w:.3f}F" for w in [*row, most]) + "}," for row, most in zip(presence[:-1], MOST))), end="")
 
 
 TEXT = """// SPDX-FileCopyrightText: The TEKO authors

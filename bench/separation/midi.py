@@ -1,8 +1,9 @@
 # SPDX-FileCopyrightText: The TEKO authors
 # SPDX-License-Identifier: Apache-2.0
-"""Music that people wrote and played: the scores in the data files of the game Freedoom."""
+"""Music that people wrote and played: the scores for games."""
 import collections
 import io
+import os
 import struct
 
 import mido
@@ -14,7 +15,9 @@ DRUMS = -1
 
 
 def score(path, name):
-    """The MIDI file of a name in a data file."""
+    """The MIDI file of a name in a data file or a folder."""
+    if os.path.isdir(path):
+        return mido.MidiFile(os.path.join(path, name + ".mid"), clip=True)
     data = open(path, "rb").read()
     count, directory = struct.unpack("<II", data[4:12])
     for i in range(count):

@@ -100,7 +100,24 @@ SECOND = Half(
         Plan("s13", "written", 213, (0.8, 0.0), ("drums",)), Plan("s14", "written", 214, (0.0, 0.9), ("guitar",)),
         Plan("s15", "take", 215, detail=("muldjord/internal_degeneration", 60)), Plan("s16", "take", 216, detail=("muldjord/mutilated_mime", 60)),
     ])
-HALVES = {"tuning": TUNING, "held-out": HELD_OUT, "held-out-2": SECOND}
+THIRD = Half(
+    fonts={"opl3": _font("sf2/OPL-3_FM_128M.sf2"), **HELD_OUT.fonts},
+    kits=["sf2/OPL-3_FM_128M.sf2", HYDROGEN + "GMRockKit", HYDROGEN + "TR808EmulationKit", HYDROGEN + "Millo-Drums_v.1"],
+    voices=["/usr/share/klettres/cs/*/*.ogg", "/usr/share/klettres/da/*/*.ogg", "/usr/share/klettres/he/*/*.ogg", "/usr/share/klettres/nb/*/*.ogg",
+            "festival:czech_dita", "festival:czech_machac", "festival:pc_diphone"],
+    scores="/usr/share/games/openttd/baseset/openmsx",
+    songs=[
+        Plan("n01", "written", 301, (-0.5, 0.5)), Plan("n02", "written", 302, (0.7, -0.3)), Plan("n03", "written", 303, (0.0, 0.0)),
+        Plan("n04", "written", 304, (-0.3, -0.7), ("vocals",)), Plan("n05", "written", 305, (2, 0.0)), Plan("n06", "written", 306, (0.4, 0.5), ("bass",)),
+        Plan("n07", "score", 307, (-0.5, 0.5), detail=("keep_on_rolling", 30)), Plan("n08", "score", 308, (2, 0.0), detail=("mighty_giant_run", 30)),
+        Plan("n09", "score", 309, (0.4, -0.6), detail=("tttheme2", 30)), Plan("n10", "written", 310, (0.0, 0.0), mono=True),
+        Plan("n11", "loops", 311, (-0.6, 0.5), detail=("electro_beat02", "techno_bass02", "rave_hihat02")),
+        Plan("n12", "loops", 312, (0.3, -0.3), ("piano",), detail=("loop_mehackit1", "bassloops/rave_bass02", "loop_perc1")),
+        Plan("n13", "loops", 313, (0.4, -0.5), ("drums",), detail=("loop_tabla", "bassloops/rave_bass01", "loop_safari")),
+        Plan("n14", "score", 314, (0.3, 0.0), detail=("chemistry_lab", 30)), Plan("n15", "written", 315, (-0.8, 0.0), ("drums",)),
+        Plan("n16", "written", 316, (0.0, -0.8), ("guitar",)),
+    ])
+HALVES = {"tuning": TUNING, "held-out": HELD_OUT, "held-out-2": SECOND, "held-out-3": THIRD}
 
 SAMPLERS = {  # key: file of recorded single tones, by half
     "tuning": {"guitar": {64: SONIC_PI + "guit_em9.flac"}, "piano": {60: SONIC_PI + "ambi_piano.flac"},
@@ -109,6 +126,8 @@ SAMPLERS = {  # key: file of recorded single tones, by half
                  "bass": {36: LMMS + "basses/bass01.ogg"}, "rest": {60: LMMS + "stringsnpads/strings01.ogg"}},
 }
 SAMPLERS["held-out-2"] = SAMPLERS["held-out"]
+SAMPLERS["held-out-3"] = {"guitar": {52: LMMS + "instruments/steel_guitar_slight_distorted01.ogg"}, "piano": {60: LMMS + "instruments/e_piano_accord01.ogg"},
+                          "bass": {36: LMMS + "basses/bass_hard01.ogg"}, "rest": {60: LMMS + "stringsnpads/orion_string01.ogg"}}
 WORDS = ("love night fire heart away alone river dream morning shine forever home light under dancing tonight hold remember "
          "sky rain summer lonely moon silver believe stay young world roses whisper ocean alive yesterday water mountain golden").split()
 
@@ -233,12 +252,15 @@ def score_parts(plan, cast, random):
     return parts
 
 
+def found_sample(name):
+    return next(path for folder in (SONIC_PI, LMMS) for path in glob.glob(f"{folder}**/{name}.*", recursive=True))
+
+
 def loop_parts(plan, cast, random):
     """Sampled loops of drums and bass, and single recorded tones played at other pitches."""
     song = composer.Song(plan.seed, plan.seconds)
-    folder = SONIC_PI if cast.half is TUNING else LMMS
     bar = 16 * song.sixteenth
-    loops = [Loop(next(iter(glob.glob(f"{folder}**/{name}.*", recursive=True)))).play(bar, plan.seconds) for name in plan.detail]
+    loops = [Loop(found_sample(name)).play(bar, plan.seconds) for name in plan.detail]
     singer_ = cast.singer(random)
     parts = {
         "drums": loops[0] + 0.4 * loops[2],

@@ -27,6 +27,12 @@ constexpr int aroundReach = 10;
 constexpr int usualFrames = 200;
 // The frames before and after between which the slope is taken.
 constexpr int slopeReach = 5;
+// The frames after this one in which a tone settles.
+constexpr int settlingFrames = 4;
+// How much of an onset of all frequencies still rings a frame later.
+constexpr float wideRingingDecay = 0.85F;
+// The onsets, in octaves of rise together, over which the habit of a bin is a mean.
+constexpr float habitWeight = 60;
 // Each cue, and the one that is its mean around a bin.
 constexpr std::array<std::pair<Cue, Cue>, 4> surroundings = {
     {{Cue::Sustained, Cue::SustainedAround},
@@ -38,6 +44,12 @@ constexpr std::array<float, 7> bandEdgesHertz = {10, 130, 300, 1000, 4000, 11800
 float ratioOf(float magnitude, float level)
 {
     return std::clamp(std::log2(magnitude + silence) - level, leastRatio, greatestRatio);
+}
+
+float riseTo(float after, float before)
+{
+    return std::clamp(std::log2((after + silence) / (before + silence)), -greatestRise,
+                      greatestRise);
 }
 
 std::size_t binAt(float hertz, float hertzPerBin)
@@ -112,6 +124,7 @@ CueMeter::CueMeter(int sampleRate)
     , m_voice(static_cast<float>(sampleRate) / Stft::frameSize, 85, 900, 10)
     , m_bandPositions(bandPositions(static_cast<float>(sampleRate) / Stft::frameSize))
     , m_usualLevels(Stft::binCount)
+    , m_struckHabits(Stft::binCount)
     , m_scratch(Stft::binCount)
 {
     const float hertzPerBin = static_cast<float>(sampleRate) / Stft::frameSize;
@@ -130,6 +143,8 @@ const FrameCues &CueMeter::measure(const FrameHistory &history)
     measurePitches(history);
     measureSurroundings(history.frame(0));
     measureLoudness(history.frame(0));
+    measureTones(history);
+    measureHabits();
     return m_cues;
 }
 
@@ -194,9 +209,7 @@ void CueMeter::measureShape(const FrameHistory &history)
         const double mean = std::max(energy, 0.0) / (2 * peakReach + 1);
         m_cues.of(Cue::Peak)[bin] =
             -ratioOf(static_cast<float>(std::sqrt(mean)), frame.levels[bin]);
-        m_cues.of(Cue::Slope)[bin] =
-            std::clamp(std::log2((future.peaks[bin] + silence) / (past.peaks[bin] + silence)),
-                       -greatestRise, greatestRise);
+        m_cues.of(Cue::Slope)[bin] = riseTo(future.peaks[bin], past.peaks[bin]);
     }
 }
 
@@ -258,6 +271,38 @@ void CueMeter::measureLoudness(const Frame &frame)
         m_usualLevels[bin] += rate * (frame.levels[bin] - m_usualLevels[bin]);
         m_cues.of(Cue::Loudness)[bin] =
             std::clamp(frame.levels[bin] - m_usualLevels[bin], leastRatio, greatestRatio);
+    }
+}
+
+void CueMeter::measureTones(const FrameHistory &history)
+{
+    const Frame &frame = history.frame(0);
+    const Frame &future = history.frame(slopeReach);
+    constexpr std::size_t last = Stft::binCount - 1;
+    for (std::size_t bin = 0; bin < Stft::binCount; ++bin) {
+        float soon = 0;
+        for (int distance = 1; distance <= settlingFrames; ++distance)
+            soon += history.frame(distance).steadiness[bin];
+        m_cues.of(Cue::Steady)[bin] = frame.steadiness[bin];
+        m_cues.of(Cue::Settling)[bin] = soon / settlingFrames;
+        const float above =
+            frame.peaks[std::min(2 * bin, last)] + frame.peaks[std::min(3 * bin, last)];
+        m_cues.of(Cue::Overtones)[bin] = ratioOf(above / 2, frame.levels[bin]);
+        m_cues.of(Cue::Lasting)[bin] = riseTo(future.peaks[bin], frame.peaks[bin]);
+    }
+}
+
+void CueMeter::measureHabits()
+{
+    const float wide = m_cues.of(Cue::WideOnset).front();
+    m_wideRinging = std::max(wide, wideRingingDecay * m_wideRinging);
+    std::vector<float> &ringing = m_cues.of(Cue::WideRinging);
+    std::fill(ringing.begin(), ringing.end(), m_wideRinging);
+    m_struckWeight = std::min(m_struckWeight + wide, habitWeight);
+    const float rate = wide / std::max(m_struckWeight, 1.0F);
+    for (std::size_t bin = 0; bin < Stft::binCount; ++bin) {
+        m_struckHabits[bin] += rate * (m_cues.of(Cue::Loudness)[bin] - m_struckHabits[bin]);
+        m_cues.of(Cue::StruckHabit)[bin] = m_struckHabits[bin];
     }
 }
 

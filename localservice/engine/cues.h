@@ -34,9 +34,15 @@ enum class Cue {
     SideAround,
     Loudness, ///< against the latest seconds, at its frequency
     VoiceMotion, ///< how far that tone in the middle moves
+    Steady, ///< how much of a steady tone it is: its phase runs on
+    Settling, ///< how much of a steady tone it is about to be
+    Overtones, ///< how much sounds an octave and a twelfth above
+    Lasting, ///< the rise from now to the future
+    StruckHabit, ///< how far it rises, as a rule, when all frequencies do
+    WideRinging, ///< how high all frequencies rose lately
     Always ///< 1
 };
-inline constexpr std::size_t cueCount = 23;
+inline constexpr std::size_t cueCount = 29;
 
 /// The cues of one frame.
 struct FrameCues
@@ -65,6 +71,8 @@ private:
     void measurePitches(const FrameHistory &history);
     void measureSurroundings(const Frame &frame);
     void measureLoudness(const Frame &frame);
+    void measureTones(const FrameHistory &history);
+    void measureHabits();
 
     FrameCues m_cues;
     PitchComb m_bass;
@@ -73,6 +81,9 @@ private:
     std::vector<float> m_bandPositions; // of all bins, between the centres of the bands
     std::array<float, bandCount> m_ringing{};
     std::vector<float> m_usualLevels;
+    std::vector<float> m_struckHabits;
+    float m_struckWeight = 0; // of the onsets that m_struckHabits is a mean of
+    float m_wideRinging = 0;
     int m_soundingFrames = 0; // that m_usualLevels is a mean of
     std::vector<float> m_scratch;
 };

@@ -16,7 +16,10 @@ struct PresenceWeights
 {
     float share; ///< for each e-fold of its share of the energy
     float sureness; ///< for the mean of its masks, weighted by what they let through
+    float highShare; ///< as above, of the high frequencies alone: for the drums
+    float highSureness;
     float always;
+    float most; ///< the greatest confidence
 };
 
 /// For each part but the rest; fitted as above.

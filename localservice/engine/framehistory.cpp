@@ -24,6 +24,20 @@ void computePeaks(std::span<const float> magnitudes, std::span<float> peaks)
     }
 }
 
+// How far the phase of a bin runs on from frame to frame as it ran before, and how far it could.
+void addSteadiness(std::complex<float> before, std::complex<float> at, std::complex<float> after,
+                   float &part, float &whole)
+{
+    // Plain arithmetic: std::complex multiplies slowly because it minds infinities.
+    const float pastReal = at.real() * before.real() + at.imag() * before.imag();
+    const float pastImag = at.imag() * before.real() - at.real() * before.imag();
+    const float nextReal = after.real() * at.real() + after.imag() * at.imag();
+    const float nextImag = after.imag() * at.real() - after.real() * at.imag();
+    part += pastReal * nextReal + pastImag * nextImag;
+    whole += std::sqrt((pastReal * pastReal + pastImag * pastImag)
+                       * (nextReal * nextReal + nextImag * nextImag));
+}
+
 } // namespace
 
 FrameHistory::FrameHistory(std::size_t channels)
@@ -32,7 +46,7 @@ FrameHistory::FrameHistory(std::size_t channels)
                {std::vector<Spectrum>(channels, Spectrum(Stft::binCount)),
                 std::vector<float>(Stft::binCount),
                 std::vector<float>(Stft::binCount, std::log2(silence)),
-                std::vector<float>(Stft::binCount)})
+                std::vector<float>(Stft::binCount), std::vector<float>(Stft::binCount)})
     , m_magnitudeMedians(Stft::binCount)
     , m_peakMedians(Stft::binCount)
     , m_transient(Stft::binCount)
@@ -45,6 +59,7 @@ void FrameHistory::push(const Planes &in)
     const std::vector<float> oldMagnitudes = newest.magnitudes;
     const std::vector<float> oldPeaks = newest.peaks;
     analyse(in, newest);
+    measureSteadiness();
     m_sustained = m_magnitudeMedians.push(oldMagnitudes, newest.magnitudes);
     m_wandering = m_peakMedians.push(oldPeaks, newest.peaks);
     frequencyMedians(frame(0).magnitudes, m_transient);
@@ -59,6 +74,23 @@ const Frame &FrameHistory::frame(int distance) const
 Frame &FrameHistory::middle()
 {
     return m_frames[(m_newest + m_frames.size() - reach) % m_frames.size()];
+}
+
+// Of the second newest frame: it takes one before and one after.
+void FrameHistory::measureSteadiness()
+{
+    const std::size_t count = m_frames.size();
+    const Frame &after = m_frames[m_newest];
+    Frame &at = m_frames[(m_newest + count - 1) % count];
+    const Frame &before = m_frames[(m_newest + count - 2) % count];
+    for (int bin = 0; bin < Stft::binCount; ++bin) {
+        float part = 0;
+        float whole = 1e-12F;
+        for (std::size_t channel = 0; channel < m_recent.size(); ++channel)
+            addSteadiness(before.channels[channel][bin], at.channels[channel][bin],
+                          after.channels[channel][bin], part, whole);
+        at.steadiness[bin] = part / whole;
+    }
 }
 
 void FrameHistory::analyse(const Planes &in, Frame &frame)

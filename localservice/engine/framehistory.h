@@ -17,6 +17,7 @@ struct Frame
     std::vector<float> magnitudes; ///< of all channels together
     std::vector<float> levels; ///< log2 of the magnitudes
     std::vector<float> peaks; ///< the largest magnitude of a bin and its neighbours
+    std::vector<float> steadiness; ///< 1 where the phase runs on as a steady tone's does, to -1
 };
 
 /// The latest frames of a stream of sound. Cues are taken from the one in the middle, which has
@@ -44,6 +45,7 @@ public:
 
 private:
     void analyse(const Planes &in, Frame &frame);
+    void measureSteadiness();
 
     Stft m_stft;
     Planes m_recent; // the latest Stft::frameSize samples of each channel

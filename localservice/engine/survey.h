@@ -21,15 +21,25 @@ public:
     [[nodiscard]] float confidence() const;
 
 private:
+    // What of a song's energy a part gets.
+    struct Sums
+    {
+        double share = 0;
+        double sure = 0; // weighted by its masks once more
+    };
+
+    void add(const std::vector<float> &magnitudes, const std::vector<float> &mask);
+
     Part m_wanted;
     FrameHistory m_history;
     CueMeter m_meter;
     MaskModel m_model;
     FrameMasks m_masks;
     int m_heard = 0; // hops of this piece
+    std::size_t m_firstHighBin;
     double m_energy = 0; // of the song
-    double m_share = 0; // of its energy that the part gets
-    double m_sure = 0; // of its energy that the part gets, weighted by its masks once more
+    Sums m_low; // below m_firstHighBin
+    Sums m_high; // from there on
 };
 
 } // namespace localservice

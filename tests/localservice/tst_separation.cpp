@@ -8,7 +8,6 @@
 #include "tests/support/testmain.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -48,8 +47,8 @@ private slots:
     void resultsAddUpToTheInput_data()
     {
         const Rows<WavShape, Voice> add;
-        const Voice noise = [](qint64, int) {
-            return QRandomGenerator::global()->generateDouble() * 2 - 1;
+        const Voice noise = [random = QRandomGenerator(1)](qint64, int) mutable {
+            return random.generateDouble() * 2 - 1;
         };
         const Voice chord = [](qint64 frame, int channel) {
             return sine(220, frame, 44100) * (channel % 2 + 1) / 2 + sine(3000, frame, 44100) / 2;
@@ -104,7 +103,7 @@ private slots:
     void soundGoesToItsPart_data()
     {
         const Rows<Part, double, Voice> add;
-        add("strokes are drums", Part::Drums, 0.6, stroke);
+        add("strokes are drums", Part::Drums, 0.5, stroke);
         add("a trembling tone in the middle is the voice", Part::Vocals, 0.6,
             [](qint64 frame, int) { return tone(330, frame, 0.02); });
         add("a deep tone is the bass", Part::Bass, 0.6,
@@ -134,12 +133,27 @@ private slots:
         }
     }
 
+    void doubtsAnInstrumentThatDoesNotPlay_data()
+    {
+        const Rows<Part, Voice> add;
+        add("drums are no voice", Part::Vocals, stroke);
+        add("a plucked bass is no drum", Part::Drums, [](qint64 frame, int) {
+            const double age = double(frame % 11025) / 44100;
+            return tone(frame / 44100 % 2 ? 65 : 82, frame, 0) * std::exp(-8 * age);
+        });
+    }
+
     void doubtsAnInstrumentThatDoesNotPlay()
     {
+        const auto [part, voice] = fetchRow<Part, Voice>();
         const WavShape shape{2, 44100, 16, 6 * 44100};
-        writeWav(at("in.wav"), shape, soundOf(shape, stroke));
+        const std::vector<std::int32_t> input = soundOf(shape, voice);
+        writeWav(at("in.wav"), shape, input);
         JobControl control;
-        QVERIFY(separate(task(Part::Vocals), control)->isLow());
+        const std::optional<Confidence> confidence = separate(task(part), control);
+        const double share = energyOf(readWav(at("main.wav"))) / energyOf(input);
+        const QString text = QStringLiteral("%1 of the energy, confidence %2").arg(share);
+        QVERIFY2(share < 0.03 && confidence->isLow(), qPrintable(text.arg(confidence->value)));
     }
 
     void masksShareEverythingOut()
@@ -265,13 +279,14 @@ private slots:
         std::thread worker([&] { finished = separate(task(Part::Bass), control).has_value(); });
         const bool isUnderWay =
             QTest::qWaitFor([&] { return control.progress > 0.15; }, 20000) && control.progress < 1;
-        QElapsedTimer timer;
-        timer.start();
         control.cancelled = true;
+        const double progress = control.progress;
         worker.join();
         QVERIFY(isUnderWay);
         QVERIFY(!finished);
-        QVERIFY2(timer.elapsed() < 300, qPrintable(QString::number(timer.elapsed())));
+        // A hop that was under way may still end; it is a ten-thousandth of the work.
+        const double after = control.progress - progress;
+        QVERIFY2(after < 0.001, qPrintable(QString::number(after)));
     }
 
 private:
