@@ -37,9 +37,11 @@ private slots:
             QTRY_VERIFY(stores.stateOf(id) == JobState::Running);
         }
         Stores stores(*m_dir);
+#ifndef Q_OS_WIN // whose users' folders are their own
         QCOMPARE(QFile::permissions(m_dir->filePath("data/service.db"))
                      & ~(QFile::ReadUser | QFile::WriteUser),
                  QFile::ReadOwner | QFile::WriteOwner);
+#endif
         QCOMPARE(stores.accounts.localSession(), hash);
         const Job kept = stores.jobs.find(id).value();
         QCOMPARE(kept.instrument, std::string("drums"));
