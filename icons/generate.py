@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: The TEKO authors
 # SPDX-License-Identifier: Apache-2.0
-"""Draws every picture of the program: the views' icons, the tile of the progress bar and the program icon.
+"""Draws every picture of the program: the views' icons, the tile of the progress bar, the program icon and the installer's.
 
     icons/generate.py          write the pictures
     icons/generate.py --check  change nothing; list each picture that differs from its drawing and exit with 1
@@ -40,6 +40,7 @@ def pictures():
     files["icons/progress-item.png"] = bitmaps.progress_item()
     files["packaging/teko.svg"] = bitmaps.program_icon_svg().encode()
     files["packaging/teko.ico"] = bitmaps.program_icon()
+    files["packaging/windows/installer.bmp"] = bitmaps.installer_picture()
     return files
 
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-FileCopyrightText: The TEKO authors
 # SPDX-License-Identifier: Apache-2.0
-# Makes the files of a release, with their checksums, in build/packages. The same commit makes the same bytes.
+# Makes the files of a release from the last commit, with their checksums, in build/packages. The same commit makes the same
+# bytes, wherever it was checked out; those for Windows with TEKO_WINDOWS_SYSROOT in the same folder.
 #   scripts/package.sh windows   the installer and the ZIP; needs TEKO_WINDOWS_SYSROOT (docs/windows.md)
 #   scripts/package.sh deb       the Debian package, checked by lintian
 set -euo pipefail
@@ -16,14 +17,21 @@ if [[ -z ${QT_HASH_SEED-} ]]; then
     export QT_HASH_SEED=0
     exec setarch -R scripts/package.sh "$kind"
 fi
-build=build/package-$kind
-packages=build/packages
+packages=$PWD/build/packages
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
 export SOURCE_DATE_EPOCH
-[[ -z $(git status --porcelain --untracked-files=no) ]] || echo "There are changes that are not in the commit." >&2
+[[ -z $(git status --porcelain --untracked-files=no) ]] || echo "There are changes that are not in the commit; they are left out." >&2
 
-# From scratch: what is compiled in carries the time of the commit.
-rm -rf "$build"
+# Those addresses follow the lengths of the folders' names, too: it is always the same folder.
+place=/tmp/teko-package
+mkdir "$place" || {
+    echo "Another one is at work in $place, or was interrupted there: remove the folder then." >&2
+    exit 1
+}
+trap 'rm -rf "$place"' EXIT
+git archive HEAD | tar -x -C "$place"
+cd "$place"
+build=build/package-$kind
 if [[ $kind == windows ]]; then
     scripts/build-windows.sh "$build"
 else

@@ -13,7 +13,7 @@ run=(ffmpeg libqt6svg6 qt6-qpa-plugins qt6-wayland libgl1-mesa-dri fonts-liberat
 check=(clang-format-14 qml6-module-qttest xvfb xauth curl python3 iproute2 desktop-file-utils)
 tidy=(clang-tidy-14)
 windows=(g++-mingw-w64-x86-64-posix)
-wine=(wine wine64 xvfb xdotool imagemagick)
+wine=(wine wine64 xvfb xdotool imagemagick ffmpeg curl python3 procps)
 package=(nsis zip lintian appstream dpkg-dev fakeroot)
 
 wanted=()

@@ -4,7 +4,6 @@
 # Tries under Wine what scripts/build-windows.sh has built, in a prefix and on a display of its own, and fails when anything
 # is not as it should be. Pictures of the windows are kept in build/try-windows/pictures. docs/windows.md says what Wine
 # cannot show.
-#   TEKO_WINDOWS_FFMPEG   an ffmpeg.exe; without it npm fetches one, for trying only
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh wine
@@ -12,69 +11,26 @@ root=$PWD/build/try-windows
 programs=$root/TEKO
 songs=$root/songs
 pictures=$root/pictures
+[[ -e build/windows/bin/teko.exe ]] || {
+    echo "There is nothing to try: scripts/build-windows.sh builds it." >&2
+    exit 1
+}
 rm -rf "$root"
 mkdir -p "$songs" "$pictures"
 
-ffmpeg=${TEKO_WINDOWS_FFMPEG-}
-if [[ -z $ffmpeg ]]; then
-    ffmpeg=build/tools/ffmpeg/ffmpeg.exe
-    [[ -e $ffmpeg ]] || {
-        mkdir -p build/tools/ffmpeg
-        (cd build/tools/ffmpeg && npm pack --silent @ffmpeg-installer/win32-x64 && tar -xzf ./*.tgz --strip-components=1)
-    }
-fi
+# shellcheck source=scripts/wine-prefix.sh
+source scripts/wine-prefix.sh
 cmake --install build/windows --prefix "$programs" >/dev/null
 cp "$ffmpeg" "$programs"
-
-# Wine makes links into the home folder: nobody's real one.
-mkdir -p "$root/home"
-export HOME=$root/home WINEPREFIX=$root/wine WINEDEBUG=-all QSG_RHI_BACKEND=opengl
-exec 9> >(cat >"$root/display")
-Xvfb -displayfd 9 -screen 0 1280x900x24 >/dev/null 2>&1 &
-xvfb=$!
-trap 'wineserver -k 2>/dev/null || true; kill $xvfb' EXIT
-until [[ -s $root/display ]]; do sleep 0.1; done
-DISPLAY=:$(<"$root/display")
-export DISPLAY
-wineboot -i >/dev/null 2>&1
-home=$WINEPREFIX/drive_c/users/$(wine cmd /c 'echo %USERNAME%' | tr -d '\r')
 documents=$home/Documents/TEKO
 service_data="$home/AppData/Local/Dravo Software/TEKO/service"
 
-faults=0
-# expect WHAT COMMAND…: notes whether the command succeeds.
-expect() {
-    if "${@:2}" >>"$root/log" 2>&1; then
-        echo "ok     $1"
-    else
-        echo "FAULT  $1"
-        faults=$((faults + 1))
-    fi
-}
-# within SECONDS COMMAND…: whether it succeeds by then.
-within() {
-    local end=$((SECONDS + $1))
-    until "${@:2}" >/dev/null 2>&1; do
-        ((SECONDS < end)) || return 1
-        sleep 0.3
-    done
-}
-not() { ! "$@"; }
 # winepath cuts long ones off.
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
 unix_path() {
     local path=${1//\\//}
     path=${path/#C:/$WINEPREFIX/drive_c}
     printf %s "${path/#Z:/}"
-}
-is_empty() { [[ -z $(ls -A "$1" 2>/dev/null) ]]; }
-# Wine shows a process under its Windows name. Others may be at work in prefixes of their own.
-is_running() {
-    local process
-    for process in $(pgrep -u "$EUID" -f "(^|[\\\\/])$1( |\$)"); do
-        tr '\0' '\n' <"/proc/$process/environ" | grep -qx "WINEPREFIX=$WINEPREFIX" && return
-    done
-    return 1
 }
 nothing_left() {
     within 15 not is_running 'teko[a-z-]*\.exe' && within 5 is_empty "$documents/Temp" && is_empty "$service_data/uploads" && is_empty "$service_data/work"
@@ -101,7 +57,7 @@ mkdir -p "$deep"
 for name in "Grüße vom 🎸 Ufer.wav" "with  blanks.wav" "$long_name" "${deep#"$songs"/}/deep.wav"; do
     cp "$songs/plain.wav" "$songs/$name"
 done
-sound 600 "$songs/long.wav"
+sound 120 "$songs/long.wav"
 
 # --- teko-batch.exe
 expect "teko-batch: WAV" takes plain.wav -i vocals -f wav
@@ -140,6 +96,16 @@ END
 expect "teko-batch: Ctrl+C cancels the job" interrupted
 expect "teko-batch: nothing is left after Ctrl+C" nothing_left
 
+# Ended in the middle of its work: its service ends with it, and the next start removes what it left.
+killed() {
+    (cd "$programs" && exec wine teko-batch.exe -i vocals -f wav "$(windows_path "$songs/long.wav")" 2>"$root/killed") &
+    within 120 grep -q processing "$root/killed" && is_running 'teko-service\.exe' || return 1
+    wine taskkill /F /IM teko-batch.exe
+    within 10 not is_running 'teko-(batch|service|separate)\.exe' && takes plain.wav -i vocals -f mp3
+}
+expect "teko-batch: killed, its service ends as well" killed
+expect "teko-batch: nothing is left when it has run again" nothing_left
+
 # --- teko-service.exe
 served() {
     local url hash id left reply
@@ -161,8 +127,16 @@ served() {
     [[ -s $root/vocals.wav ]] && within 15 not is_running 'teko-service\.exe'
 }
 expect "teko-service: a job, its result, its status, and the end of its input" served
-expect "teko-service: a port in use is named" bash -c 'cd "$1"; python3 -m http.server -b 127.0.0.1 18750 & sleep 1
-    wine teko-service.exe --listen 127.0.0.1:18750 --data x 2>&1 | grep "Cannot listen on 127.0.0.1:18750"; found=$?; kill %1; exit $found' - "$programs"
+names_used_port() {
+    local port other found=0
+    coproc { exec python3 -u -m http.server -b 127.0.0.1 0; }
+    other=$!
+    read -r -u "${COPROC[0]}" _ _ _ _ _ port _ # Serving HTTP on 127.0.0.1 port 12345 …
+    (cd "$programs" && timeout 60 wine teko-service.exe --listen "127.0.0.1:$port" --data ../data) 2>"$root/used" || found=$?
+    kill "$other"
+    [[ $found == 1 ]] && grep "Cannot listen on 127.0.0.1:$port" "$root/used"
+}
+expect "teko-service: a port in use is named" names_used_port
 
 # --- teko.exe
 picture() { import -window "$window" "$pictures/$1.png"; }
@@ -174,7 +148,18 @@ shown() {
 }
 # The places of buttons are those at scale 1.
 click() { xdotool mousemove --window "$window" "$1" "$2" click 1; }
-close_window() { xdotool windowfocus "$window" key --clearmodifiers alt+F4; }
+close_window() {
+    xdotool windowfocus --sync "$window"
+    sleep 1
+    xdotool key --clearmodifiers alt+F4
+}
+# shows_folder NAME: whether the folder is shown, which is closed then.
+shows_folder() {
+    shown "^$1\$" || return 1
+    picture "folder-$1"
+    close_window
+    within 10 not xdotool search --onlyvisible --name "^$1\$"
+}
 
 visits_settings() {
     (cd "$programs" && exec wine teko.exe) &
@@ -195,6 +180,10 @@ processes() {
     within 60 test -s "$documents/Save/Mix Without guitar - Grüße vom 🎸 Ufer.mp3" || return 1
     sleep 3
     picture success
+    local program=$window
+    click 380 165
+    shows_folder Save || return 1
+    window=$program
     close_window
     shown '^TEKO 1' && close_window
 }
@@ -205,16 +194,21 @@ misses_ffmpeg() {
     click 235 288
     shown 'Converting Error' || return 1
     picture missing-ffmpeg
+    xdotool windowfocus "$window" key Return # Open Folder
+    shows_folder TEKO || return 1
     mv "$root/ffmpeg.exe" "$programs"
-    xdotool key Escape
-    shown 'Selecting Instrument' && close_window
+    shown 'Selecting Instrument' || return 1
+    click 235 288
+    within 60 test -s "$documents/Save/Mix Without guitar - plain.mp3" || return 1
+    sleep 3
+    close_window
     shown '^TEKO 1' && close_window
 }
 expect "teko: start, settings, close" visits_settings
 expect "teko: nothing is left" nothing_left
-expect "teko: a file to \"Process is Successful!\", close" processes
+expect "teko: a file to \"Process is Successful!\", its folder, close" processes
 expect "teko: nothing is left" nothing_left
-expect "teko: says what to do without ffmpeg.exe" misses_ffmpeg
+expect "teko: says what to do without ffmpeg.exe, opens the folder, goes on when it is there" misses_ffmpeg
 expect "teko: nothing is left" nothing_left
 
 echo "Pictures: $pictures. Details: $root/log. Of Windows itself Wine shows no taskbar, no Explorer, no UAC; see docs/windows.md."

@@ -10,6 +10,7 @@ from .shapes import Shape, rounded
 
 ICON_SIZES = (16, 24, 32, 48, 64, 128, 256)
 _PNG_FROM = 128  # smaller sizes are stored as bitmaps, which every reader of icons knows
+INSTALLER_PICTURE = (164, 314)  # a multiple of 4 wide, as bitmaps want their rows
 TILE = (128, 104)  # four pixels for each of the 32 x 26 that the bar shows at scale 1
 
 
@@ -78,6 +79,23 @@ def _image(size):
     upward = b"".join(bytes((b, g, r, a)) for row in reversed(rows) for r, g, b, a in row)
     mask = bytes((size + 31) // 32 * 4 * size)
     return struct.pack("<IiiHHIIiiII", 40, size, 2 * size, 1, 32, 0, len(upward) + len(mask), 0, 0, 0, 0) + upward + mask
+
+
+def installer_picture():
+    """The bars alone, as the bitmap of 256 colours that stands beside the text of the installer's last page."""
+    width, height = INSTALLER_PICTURE
+    indices, pixels = {}, bytearray()
+    for y in reversed(range(height)):
+        for x in range(width):
+            colour = _rgb(_COLOURS["bottom"])
+            for *box, role in _FULL:
+                share = _coverage(x + 0.5 - (width - 128) / 2, y + 0.5 - (height - 128) / 2, box, box[2] / 2, 128)
+                colour = _mix(colour, _rgb(_COLOURS[role]), round(share * 16) / 16)  # few colours
+            pixels.append(indices.setdefault(tuple(round(c) for c in colour), len(indices)))
+    palette = b"".join(bytes((b, g, r, 0)) for r, g, b in indices).ljust(4 * 256, b"\0")
+    start = 14 + 40 + len(palette)
+    return (struct.pack("<2sIII", b"BM", start + len(pixels), 0, start)
+            + struct.pack("<IiiHHIIiiII", 40, width, height, 1, 8, 0, len(pixels), 0, 0, 256, 0) + palette + pixels)
 
 
 def _pixel(x, y, size):

@@ -6,6 +6,7 @@ set(CPACK_PACKAGE_INSTALL_DIRECTORY TEKO)
 # CPack takes NSIS.template.in of that folder instead of its own.
 set(CPACK_MODULE_PATH ${CMAKE_CURRENT_SOURCE_DIR}/windows)
 set(CPACK_TEKO_ICON ${CMAKE_CURRENT_SOURCE_DIR}/teko.ico)
+set(CPACK_TEKO_SIDE_PICTURE ${CMAKE_CURRENT_SOURCE_DIR}/windows/installer.bmp)
 teko_version_numbers(CPACK_TEKO_NUMBERS .)
 
 # "Open with" offers the program for the sources that its file dialog knows.

@@ -19,11 +19,12 @@ private slots:
     {
         using Action = BatchOptions::Action;
         const Rows<Action, QString> add;
-        add("/a.mp3", Action::Process, "||| /a.mp3");
+        const QString a = QFileInfo("/a").absoluteFilePath(); // on Windows with the drive
+        add("/a.mp3", Action::Process, "||| " + a + ".mp3");
         add("--instrument VOCALS --format mp3 /a b.wav", Action::Process,
-            "vocals|MP3|| /a " + QDir::currentPath() + "/b.wav");
+            "vocals|MP3|| " + a + ' ' + QDir::currentPath() + "/b.wav");
         add("/a -i bass -f webm -s out", Action::Process,
-            "bass|WEBM|" + QDir::currentPath() + "/out| /a");
+            "bass|WEBM|" + QDir::currentPath() + "/out| " + a);
         add("-- -odd.mp3", Action::Process, "||| " + QDir::currentPath() + "/-odd.mp3");
         add("/a --instrument flute", Action::Refuse, "flute");
         add("/a -f ogg", Action::Refuse, "ogg");

@@ -119,7 +119,7 @@ private slots:
     {
         std::string many;
         for (int i = 0; i < 100; ++i)
-            many += "f" + std::to_string(i) + "=1&";
+            many.append("f").append(std::to_string(i)).append("=1&");
         for (const std::string &body :
              {std::string("a=%"), std::string("a=%4"), std::string("a=%zz"), std::string("a=%00"),
               std::string("a=%ff%fe"), std::string("a=") + std::string(Fields::maxBytes, 'x'),
