@@ -128,8 +128,8 @@ private slots:
             const std::string form =
                 "POST /teko-server/auth/register.php HTTP/1.1\r\nHost: " + server.host()
                 + "\r\nContent-Type: application/x-www-form-urlencoded"
-                  "\r\nTransfer-Encoding: chunked\r\n\r\n"
-                  "2a\r\nname=Eva&email=eva@b.org&password=12345678\r\n";
+                  "\r\nContent-Length: 43\r\n\r\n"
+                  "name=Eva&email=eva@b.org&password=12345678";
             const std::string reply = Server::replyOf(server.connect(form));
             QVERIFY2(reply.find(" 200 ") == std::string::npos, reply.c_str());
             server.http.reset();

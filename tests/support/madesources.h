@@ -6,8 +6,8 @@
 #include <QString>
 #include <QStringList>
 
-/// Makes a media file with the real ffmpeg: two tones and noise in stereo, under a test picture
-/// when the suffix is a video's. True when it was made.
+/// Makes a media file with the real ffmpeg: two tones with overtones, and noise, in stereo, under a
+/// test picture when the suffix is a video's. True when it was made.
 [[nodiscard]] inline bool makeSource(const QString &path, int seconds)
 {
     const QString length = QString::number(seconds);
@@ -19,7 +19,8 @@
     };
     if (path.endsWith("mp4") || path.endsWith("mkv") || path.endsWith("wmv"))
         addInput("testsrc=size=160x120:rate=15:duration=" + length);
-    addInput("aevalsrc=0.4*sin(440*2*PI*t)+0.1*random(0)|0.4*sin(110*2*PI*t)+0.1*random(1)"
+    addInput("aevalsrc=0.4*sin(440*2*PI*t+sin(440*2*PI*t))+0.1*random(0)"
+             "|0.4*sin(110*2*PI*t+sin(110*2*PI*t))+0.1*random(1)"
              ":s=44100:d="
              + length);
     return QProcess::execute("ffmpeg", arguments << "-shortest" << path) == 0;
