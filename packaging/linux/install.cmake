@@ -25,7 +25,7 @@ function(teko_install_compressed source name destination)
     add_custom_target(packed-${name} ALL DEPENDS ${packed})
     install(FILES ${packed} DESTINATION ${destination})
 endfunction()
-foreach(page teko.1 teko-batch.1 teko-service.1)
+foreach(page teko.1 teko-batch.1 teko-service.1 teko-separate.1)
     teko_install_compressed(${PROJECT_SOURCE_DIR}/docs/${page} ${page} ${CMAKE_INSTALL_MANDIR}/man1)
 endforeach()
 
