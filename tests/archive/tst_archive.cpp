@@ -215,9 +215,10 @@ private slots:
         qputenv("FAKE_DO", "cut off");
         m_window->operateFile(0, false, "flac");
         QTRY_VERIFY(!handler()->isVisible());
-        QCOMPARE(messages.texts(),
-                 QStringList("File Processing Error: The result could not be converted:\n\n"
-                             + m_home->path("Save/vocals - Song." + broken)));
+        QCOMPARE(
+            messages.texts(),
+            QStringList("File Processing Error: The result could not be converted:\n\n"
+                        + QDir::toNativeSeparators(m_home->path("Save/vocals - Song." + broken))));
         QCOMPARE(m_home->saved(),
                  before.isEmpty() ? QStringList() : QStringList("vocals - Song.mp3=stored"));
     }
@@ -243,7 +244,8 @@ private slots:
         m_window->operateFile(0, false, "mkv");
         QCOMPARE(messages.take(),
                  QStringList("File Format Error: Cannot download and convert file to mkv, because "
-                             "original video file is missed:\n\n/gone/%1.mp4"));
+                             "original video file is missed:\n\n"
+                             + QDir::toNativeSeparators("/gone/%1.mp4")));
         QVERIFY(server().requests(Installation::download).isEmpty());
         m_home->set("default_path_save", m_home->path("x/y"));
         m_window->operateFile(0, false, "mp3");

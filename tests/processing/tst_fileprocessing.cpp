@@ -12,10 +12,10 @@ private slots:
     {
         m_home->set("settings_gui_scale", 1.5);
         m_home->set("default_video_format", "MKV");
-        QVERIFY(m_window->openWindow(m_home->source("Clip <b>.MOV")));
+        QVERIFY(m_window->openWindow(m_home->source("Clip &lt;b.MOV")));
         QCOMPARE(m_window->minimumSize(), QSize(705, 525));
         QCOMPARE(m_window->maximumSize(), QSize(705, 525));
-        QCOMPARE(state(), "Clip <b>.MOV select_instrument vocals MKV true 1.5 false");
+        QCOMPARE(state(), "Clip &lt;b.MOV select_instrument vocals MKV true 1.5 false");
         m_home->set("settings_gui_scale", 1);
         QVERIFY(m_window->openWindow(m_home->source("a.b.flac")));
         QCOMPARE(state(), "a.b.flac select_instrument vocals WAV false 1 false");

@@ -46,7 +46,7 @@ private slots:
     {
         const auto [runs, message] = fetchRow<int, QString>();
         qputenv("FAKE_DO", QTest::currentDataTag());
-        QDir(folder()).removeRecursively();
+        QTRY_VERIFY(QDir(folder()).removeRecursively());
         Installation home;
         RecordedMessages messages;
         int called = 0;
@@ -62,8 +62,7 @@ private slots:
             QTRY_COMPARE(home.store->endpoints().base, QUrl(url));
             QTRY_COMPARE(called, 1);
             QVERIFY(offlineNotice(*home.store).text.contains("service.log"));
-            QVERIFY(
-                !QFile::permissions(folder()).testAnyFlags(QFile::ReadOther | QFile::ReadGroup));
+            QVERIFY(isPrivate(folder()));
         }
         QCOMPARE(readFile(folder() + "/service.log").count("ending"), message.isEmpty() ? 1 : 0);
         QCOMPARE(offlineNotice(*home.store).title, "No Internet Connection");

@@ -21,6 +21,17 @@ inline QString writeFile(const QString &path, const QByteArray &content = {})
     return file.open(QIODevice::ReadOnly) ? file.readAll() : "no such file";
 }
 
+/// Whether nobody but the owner can read a file or folder. On Windows that is the user's folder's
+/// matter.
+[[nodiscard]] inline bool isPrivate([[maybe_unused]] const QString &path)
+{
+#ifdef Q_OS_WIN
+    return true;
+#else
+    return !QFile::permissions(path).testAnyFlags(QFile::ReadOther | QFile::ReadGroup);
+#endif
+}
+
 /// The names of the files of a folder, hidden ones included.
 [[nodiscard]] inline QStringList filesIn(const QString &folder)
 {
