@@ -197,6 +197,7 @@ private slots:
     {
         Installation home;
         home.server.on("/teko-server/auth/logout.php", {ScriptedAnswer::text("1")});
+        home.server.on(Installation::download, {ScriptedAnswer::never()});
         store().setEndpointSource([&home] {
             return ServiceEndpoints{home.server.url(), home.server.url("/generate_204"), {}};
         });
