@@ -3,6 +3,7 @@
 #include "localservice/options.h"
 
 #include "localservice/base/paths.h"
+#include "localservice/http/clientaddress.h"
 #include "localservice/jobs/commandseparator.h"
 #include "localservice/platform/folders.h"
 
@@ -73,7 +74,7 @@ void readTrustedProxy(Options &options, const std::string &text)
     Poco::Net::IPAddress address;
     if (!Poco::Net::IPAddress::tryParse(text, address))
         throw UsageError("--trusted-proxy takes an IP address, not \"" + text + "\".");
-    options.server.trustedProxy = address.toString();
+    options.server.trustedProxy = unmapped(address).toString();
 }
 
 std::filesystem::path readPath(const std::string &option, const std::string &text)

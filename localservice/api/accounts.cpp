@@ -125,7 +125,7 @@ std::string Accounts::userJson(const Account &account, const std::string &hash) 
 void Accounts::countChange(const RequestContext &context)
 {
     if (!m_changes.count(context.address))
-        throw Refusal("Too many tries. Please wait a minute and try again.");
+        throw Refusal(tooManyTries);
 }
 
 std::string Accounts::login(const Fields &fields, const RequestContext &context)
@@ -134,14 +134,13 @@ std::string Accounts::login(const Fields &fields, const RequestContext &context)
     // No account has these; and tries are kept in memory for a minute, so their keys stay short.
     if (email.size() > maxTextBytes || fields["password"].size() > maxPasswordBytes)
         throw Refusal(wrongSignIn);
-    m_guard.check(context.address, email);
+    m_guard.countTry(context.address, email);
     const SignInGuard::HashPlace place(m_guard, context.address);
     const std::optional<Account> account = m_accounts.signIn(email, fields["password"]);
     if (!account) {
         m_guard.countFailure(context.address, email);
         throw Refusal(wrongSignIn);
     }
-    m_guard.countSuccess(context.address);
     return userJson(*account, m_accounts.openSession(account->id));
 }
 
@@ -162,9 +161,10 @@ std::string Accounts::recover(const Fields &fields, const RequestContext &contex
     const std::string email = Poco::trim(fields["email"]);
     if (!looksLikeEmail(email) || isSameEmail(email, localEmail))
         throw Refusal("This is not an e-mail address.");
-    m_guard.check(context.address, email);
+    // Apart from the sign-ins, which nobody can stop by asking for codes.
+    if (!m_recoveries.count(context.address))
+        throw Refusal(tooManyTries);
     if (fields["code"].empty()) {
-        m_guard.countFailure(context.address, email);
         logRecovery(email, m_accounts.openRecovery(email));
         return "1";
     }
@@ -172,7 +172,6 @@ std::string Accounts::recover(const Fields &fields, const RequestContext &contex
     const SignInGuard::HashPlace place(m_guard, context.address);
     if (m_accounts.recover(email, Poco::toLower(Poco::trim(fields["code"])), fields["password"]))
         return "1";
-    m_guard.countFailure(context.address, email);
     throw Refusal(wrongCode);
 }
 
@@ -201,9 +200,9 @@ std::string Accounts::update(const Fields &fields, const RequestContext &context
     if (change.password.empty() && isSameEmail(change.email, account.email)) {
         m_accounts.change(account, change, session);
     } else {
+        countChange(context);
         const SignInGuard::HashPlace place(m_guard, context.address);
         requirePassword(account, fields["oldPassword"], context);
-        countChange(context);
         m_accounts.change(account, change, session);
     }
     return userJson(m_authorizer.requireSession(session), session);
@@ -215,7 +214,7 @@ void Accounts::requirePassword(const Account &account, const std::string &passwo
     if (!m_accounts.hasPassword(account.id))
         throw Refusal("The account of this computer has no password: its e-mail address and "
                       "password cannot be changed.");
-    m_guard.check(context.address, account.email);
+    m_guard.countTry(context.address, account.email);
     if (password.size() <= maxPasswordBytes && m_accounts.signIn(account.email, password))
         return;
     m_guard.countFailure(context.address, account.email);

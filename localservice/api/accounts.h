@@ -49,6 +49,7 @@ private:
     int m_keepDays;
     SignInGuard m_guard;
     RateLimiter m_changes{10};
+    RateLimiter m_recoveries{30};
     std::mutex m_archiveMutex;
 };
 

@@ -3,6 +3,7 @@
 #include "localservice/api/signinguard.h"
 
 #include "localservice/base/refusal.h"
+#include "localservice/base/secrets.h"
 
 #include <Poco/String.h>
 
@@ -26,34 +27,32 @@ std::string keyOf(const std::string &address, const std::string &email)
 
 } // namespace
 
-void SignInGuard::check(const std::string &address, const std::string &email)
+void SignInGuard::countTry(const std::string &address, const std::string &email)
 {
-    if (m_byAccount.isExhausted(keyOf(address, email)) || m_byAddress.isExhausted(address))
-        throw Refusal("Too many tries. Please wait a minute and try again.");
+    if (m_byAccount.isExhausted(keyOf(address, email)) || !m_byAddress.count(address))
+        throw Refusal(tooManyTries);
 }
 
 void SignInGuard::countFailure(const std::string &address, const std::string &email)
 {
     (void)m_byAccount.count(keyOf(address, email));
-    (void)m_byAddress.count(address);
-}
-
-void SignInGuard::countSuccess(const std::string &address)
-{
-    (void)m_byAddress.count(address);
 }
 
 std::optional<std::size_t> placeFor(const std::vector<std::string> &queue,
-                                    const std::string &address)
+                                    const std::string &address, std::size_t random)
 {
     std::map<std::string, std::size_t> counts;
     for (const std::string &holder : queue)
         ++counts[holder];
+    const std::size_t own = counts[address];
     const auto most =
         std::max_element(counts.begin(), counts.end(), [](const auto &one, const auto &other) {
             return one.second < other.second;
         });
-    if (most == counts.end() || most->second <= counts[address] + 1)
+    // The first one computes.
+    if (most->second == 1 && own == 0 && queue.size() > 1)
+        return 1 + random % (queue.size() - 1);
+    if (most->second <= own + 1)
         return std::nullopt;
     const auto newest = std::find(queue.rbegin(), queue.rend(), most->first);
     return static_cast<std::size_t>(queue.rend() - newest) - 1;
@@ -67,7 +66,8 @@ void SignInGuard::enter(HashPlace &place)
     if (std::count(addresses.begin(), addresses.end(), place.m_address) >= maxHashesOfAddress)
         throw Refusal(tooManyHashes);
     if (m_queue.size() >= maxHashes) {
-        const std::optional<std::size_t> taken = placeFor(addresses, place.m_address);
+        const std::optional<std::size_t> taken =
+            placeFor(addresses, place.m_address, static_cast<std::size_t>(randomId()));
         if (!taken)
             throw Refusal(tooManyHashes);
         m_queue[*taken]->m_isGivenAway = true;

@@ -12,23 +12,25 @@
 
 namespace localservice {
 
-/// Slows down guessing. Wrong tries count for an address with an account, and all sign-ins for an
+/// The sentence for whoever is slowed down.
+inline constexpr const char *tooManyTries = "Too many tries. Please wait a minute and try again.";
+
+/// Slows down guessing. Wrong tries count for an address with an account, and all tries for an
 /// address with all accounts, so that they do not lock an account's owner out at another address.
 /// Thread-safe.
 class SignInGuard final
 {
 public:
-    /// Throws Refusal when the address has tried too often.
-    void check(const std::string &address, const std::string &email);
+    /// Counts a try. Throws Refusal when the address has tried too often.
+    void countTry(const std::string &address, const std::string &email);
     void countFailure(const std::string &address, const std::string &email);
-    void countSuccess(const std::string &address);
 
     /// The right to compute a password hash, as long as it exists.
     class HashPlace
     {
     public:
         /// Waits in a queue. Throws Refusal when that, or the address' part of it, is full, and
-        /// when the place in it is given to an address that has fewer.
+        /// when the place in it is given to another address.
         HashPlace(SignInGuard &guard, std::string address);
         HashPlace(const HashPlace &) = delete;
         HashPlace &operator=(const HashPlace &) = delete;
@@ -53,7 +55,9 @@ private:
 
 /// Which place of a full queue of addresses, the oldest first, goes to a newcomer's address: the
 /// newest one of the address with the most places, if that has more than the newcomer will have.
+/// When all have one, and the newcomer none, it is any but the first: the one at `random`. So many
+/// addresses together keep nobody out for long.
 [[nodiscard]] std::optional<std::size_t> placeFor(const std::vector<std::string> &queue,
-                                                  const std::string &address);
+                                                  const std::string &address, std::size_t random);
 
 } // namespace localservice

@@ -19,8 +19,8 @@ constexpr int maxSampleRate = 768000;
 // Sound files count in 32 bit numbers up to here; beyond, the header must be an RF64 one.
 constexpr std::int64_t maxRiffBytes = std::int64_t{4000} * 1000 * 1000;
 
-constexpr const char *notAWav = "The uploaded file is not a WAV file.";
-constexpr const char *diskFull = "The service has no room left on its disk.";
+constexpr const char *notAWav = "The file is not a WAV file.";
+constexpr const char *diskFull = "There is no room left for the results.";
 
 bool isWav(int format)
 {
@@ -38,18 +38,18 @@ int bitsOf(int format)
     case SF_FORMAT_FLOAT:
         return 24;
     default:
-        throw Refusal("The uploaded WAV file must hold 16 or 24 bit samples, or 32 bit floats.");
+        throw Refusal("The WAV file must hold 16 or 24 bit samples, or 32 bit floats.");
     }
 }
 
 void checkShape(const WavShape &shape)
 {
     if (shape.frames <= 0)
-        throw Refusal("The uploaded file holds no sound.");
+        throw Refusal("The file holds no sound.");
     if (shape.channels < 1 || shape.channels > maxChannels)
-        throw Refusal("The uploaded file has more channels than the service can process.");
+        throw Refusal("The file has more channels than can be processed.");
     if (shape.sampleRate < minSampleRate || shape.sampleRate > maxSampleRate)
-        throw Refusal("The uploaded file has a sample rate that the service cannot process.");
+        throw Refusal("The file has a sample rate that cannot be processed.");
 }
 
 } // namespace
@@ -94,7 +94,7 @@ std::int64_t WavReader::readFloats(std::span<std::int32_t> samples)
 void WavReader::rewind()
 {
     if (sf_seek(m_file.get(), 0, SEEK_SET) != 0)
-        throw Refusal("The uploaded file can no longer be read.");
+        throw Refusal("The file can no longer be read.");
 }
 
 WavWriter::WavWriter(const std::filesystem::path &path, const WavShape &shape)

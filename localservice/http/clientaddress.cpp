@@ -8,17 +8,23 @@ namespace localservice {
 
 namespace {
 
-constexpr unsigned networkBits = 64;
+constexpr unsigned networkBits = 48;
 
 } // namespace
 
-std::string networkOf(const Poco::Net::IPAddress &address)
+Poco::Net::IPAddress unmapped(const Poco::Net::IPAddress &address)
 {
     using Poco::Net::IPAddress;
-    if (address.family() == IPAddress::IPv6 && address.isIPv4Mapped()) {
-        const std::string text = address.toString();
-        return networkOf(IPAddress(text.substr(text.rfind(':') + 1)));
-    }
+    if (address.family() != IPAddress::IPv6 || !address.isIPv4Mapped())
+        return address;
+    const std::string text = address.toString();
+    return IPAddress(text.substr(text.rfind(':') + 1));
+}
+
+std::string networkOf(const Poco::Net::IPAddress &mapped)
+{
+    using Poco::Net::IPAddress;
+    const IPAddress address = unmapped(mapped);
     // Every program on this computer can take any of its many loopback addresses.
     if (address.isLoopback())
         return "127.0.0.0";
@@ -30,7 +36,7 @@ std::string networkOf(const Poco::Net::IPAddress &address)
 std::string clientNetwork(const Poco::Net::IPAddress &peer, const std::string &trustedProxy,
                           const std::string &forwardedFor)
 {
-    if (trustedProxy.empty() || peer.toString() != trustedProxy)
+    if (trustedProxy.empty() || unmapped(peer).toString() != trustedProxy)
         return networkOf(peer);
     // The proxy appends what it has seen itself; everything before that may be invented.
     Poco::Net::IPAddress client;

@@ -99,7 +99,15 @@ bool HostPolicy::acceptsHost(std::string_view host) const
         return true;
     if (m_reachable.byLoopbackOnly)
         return isLoopbackName(own->host) && own->port == m_reachable.port;
-    return !m_public || isIpAddress(own->host) || isLoopbackName(own->host);
+    return isIpAddress(own->host) || isLoopbackName(own->host) || isComputerName(own->host)
+        || (m_reachable.byTls && !m_public);
+}
+
+// In a local network the name may have the ending of multicast DNS.
+bool HostPolicy::isComputerName(const std::string &host) const
+{
+    const std::string name = Poco::toLower(m_reachable.computerName);
+    return !name.empty() && (host == name || host == name + ".local");
 }
 
 bool HostPolicy::acceptsOrigin(std::string_view origin, std::string_view host) const

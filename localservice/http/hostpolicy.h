@@ -34,19 +34,21 @@ public:
         bool byTls = false;
         std::uint16_t port = 0;
         std::string publicUrl;
+        std::string computerName;
     };
 
     explicit HostPolicy(const Reachable &reachable);
 
     /// Whether a Host header names this service. A service that only this computer reaches goes by
-    /// loopback names and its public address; others go by any name, unless they have a public
-    /// address: then by that and by IP addresses.
+    /// loopback names and its public address; others also by IP addresses and the computer's name,
+    /// or, by TLS and without a public address, by any name: its certificate is for the right one.
     [[nodiscard]] bool acceptsHost(std::string_view host) const;
     /// Whether an Origin header ("": none) is the service's own, as the request's Host header names
     /// it, or that of the public address.
     [[nodiscard]] bool acceptsOrigin(std::string_view origin, std::string_view host) const;
 
 private:
+    [[nodiscard]] bool isComputerName(const std::string &host) const;
     [[nodiscard]] std::uint16_t defaultPort() const { return m_reachable.byTls ? 443 : 80; }
 
     Reachable m_reachable;

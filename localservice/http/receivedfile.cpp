@@ -9,6 +9,12 @@
 
 namespace localservice {
 
+namespace {
+
+constexpr const char *diskFull = "The service has no room left on its disk.";
+
+} // namespace
+
 void ArrivingFiles::add(std::int64_t account, const std::string &name)
 {
     const std::lock_guard lock(m_mutex);
@@ -46,8 +52,14 @@ ReceivedFile::ReceivedFile(std::filesystem::path folder, std::uint64_t maxFileBy
 
 ReceivedFile::~ReceivedFile()
 {
-    if (!m_begun)
+    end();
+}
+
+void ReceivedFile::end()
+{
+    if (!m_isOpen)
         return;
+    m_isOpen = false;
     m_arriving.remove(m_account, m_clientName, m_bytes);
     m_stream.close();
     std::error_code ignored;
@@ -62,6 +74,7 @@ void ReceivedFile::begin(std::int64_t account, const std::string &clientPath, st
     if (!Fields::isText(clientPath))
         throw BadRequest("The name of the file is not text in UTF-8.");
     m_begun = true;
+    m_isOpen = true;
     m_account = account;
     m_room = room;
     m_clientName = baseName(clientPath);
@@ -72,9 +85,19 @@ void ReceivedFile::begin(std::int64_t account, const std::string &clientPath, st
 void ReceivedFile::write(std::string_view bytes)
 {
     m_bytes += bytes.size();
-    m_isOverRoom = m_arriving.grow(m_account, bytes.size()) > m_room || m_isOverRoom;
-    if (m_bytes <= m_maxBytes && !m_isOverRoom)
-        m_stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    const bool isOverRoom = m_arriving.grow(m_account, bytes.size()) > m_room;
+    if (m_bytes > m_maxBytes)
+        refuse("The file is too large for the service.");
+    if (isOverRoom)
+        refuse(noRoomForAccount);
+    if (!m_stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size())))
+        refuse(diskFull);
+}
+
+void ReceivedFile::refuse(const char *sentence)
+{
+    end();
+    throw Refusal(sentence);
 }
 
 void ReceivedFile::finish()
@@ -82,12 +105,8 @@ void ReceivedFile::finish()
     if (!m_begun)
         throw Refusal("The file to process is missing.");
     m_stream.close();
-    if (m_bytes > m_maxBytes)
-        throw Refusal("The file is too large for the service.");
-    if (m_isOverRoom)
-        throw Refusal(noRoomForAccount);
     if (!m_stream)
-        throw Refusal("The service has no room left on its disk.");
+        refuse(diskFull);
 }
 
 } // namespace localservice

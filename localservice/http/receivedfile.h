@@ -49,9 +49,10 @@ public:
     /// has begun already, or when the name is no text.
     /// `room` is what the account may keep on the disk in addition to what it has there.
     void begin(std::int64_t account, const std::string &clientPath, std::uint64_t room);
-    /// Appends bytes. What cannot be stored is dropped, which finish() reports.
+    /// Appends bytes. Throws Refusal when the file becomes too large or does not fit; it is deleted
+    /// then, and nothing more may be written.
     void write(std::string_view bytes);
-    /// Throws Refusal when the file is missing, was too large or did not fit.
+    /// Throws Refusal when the file is missing or did not fit.
     void finish();
     /// From now on the file stays.
     void keep() { m_kept = true; }
@@ -61,6 +62,9 @@ public:
     [[nodiscard]] std::filesystem::path path() const { return m_folder / m_diskName; }
 
 private:
+    void end();
+    [[noreturn]] void refuse(const char *sentence);
+
     std::filesystem::path m_folder;
     std::uint64_t m_maxBytes;
     ArrivingFiles &m_arriving;
@@ -70,8 +74,8 @@ private:
     std::ofstream m_stream;
     std::uint64_t m_bytes = 0;
     std::uint64_t m_room = 0;
-    bool m_isOverRoom = false;
     bool m_begun = false;
+    bool m_isOpen = false;
     bool m_kept = false;
 };
 

@@ -93,6 +93,16 @@ bool runSeparator(const std::vector<std::string> &command, const SeparationTask 
     return true;
 }
 
+void checkPlaceholders(const std::vector<std::string> &words)
+{
+    for (const std::string &word : words) {
+        for (const char *open : {"{input", "{instrument", "{main", "{mix"}) {
+            if (word.ends_with(open))
+                throw std::invalid_argument(std::string("There is no } after ") + open + ".");
+        }
+    }
+}
+
 } // namespace
 
 std::vector<std::string> splitCommand(std::string_view command)
@@ -119,6 +129,7 @@ std::vector<std::string> splitCommand(std::string_view command)
         throw std::invalid_argument("A quotation mark of the command is not closed.");
     if (words.empty() || words.front().empty())
         throw std::invalid_argument("The command is empty.");
+    checkPlaceholders(words);
     return words;
 }
 

@@ -11,8 +11,8 @@
 namespace localservice {
 
 /// The words of a command line: split at spaces, but not inside '…' or "…". There is
-/// no other escape. Throws std::invalid_argument when a quotation mark is not closed or nothing is
-/// there.
+/// no other escape. Throws std::invalid_argument when a quotation mark or a placeholder's brace
+/// is not closed, or nothing is there.
 [[nodiscard]] std::vector<std::string> splitCommand(std::string_view command);
 
 /// The words that run the built-in separator: the program teko-separate beside this one.

@@ -29,7 +29,7 @@ void copyBeginning(const std::filesystem::path &source, double seconds,
         const std::span<std::int32_t> part =
             std::span(block).first(static_cast<std::size_t>(frames * shape.channels));
         if (reader.read(part) != frames)
-            throw Refusal("The uploaded file can no longer be read.");
+            throw Refusal("The file can no longer be read.");
         writer.write(part);
         left -= frames;
     }

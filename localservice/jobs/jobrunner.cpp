@@ -22,6 +22,7 @@ constexpr std::chrono::hours maintenanceInterval{1};
 constexpr std::chrono::milliseconds idleInterval{10000};
 constexpr double maxSeconds = 7 * 24 * 3600;
 constexpr const char *internalError = "The service could not process the file.";
+constexpr const char *interrupted = "The service was interrupted. Please process the file again.";
 constexpr const char *repeatedlyInterrupted =
     "The service ended unexpectedly each time it processed this file.";
 
@@ -37,16 +38,33 @@ JobRunner::JobRunner(Database &database, JobStore &jobs, UploadStore &uploads,
     , m_separate(std::move(separate))
     , m_settings(settings)
 {
-    if (settings.discardsUnfinished) {
-        m_jobs.cancelUnfinished();
-        m_uploads.removeOlderThan(secondsNow() + 1);
-    }
-    m_jobs.requeueInterrupted(repeatedlyInterrupted);
-    purgeExpired();
-    m_folder.removeLeftovers(m_uploads.files());
+    cleanUp([this] { takeOver(); });
     for (int i = 0; i < settings.workers; ++i)
         m_threads.emplace_back(&JobRunner::work, this);
     m_threads.emplace_back(&JobRunner::runMaintenance, this);
+}
+
+void JobRunner::takeOver()
+{
+    // First what makes room, if the disk is full.
+    m_folder.removeLeftovers(m_uploads.files());
+    purgeExpired();
+    if (m_settings.discardsUnfinished) {
+        m_jobs.failUnfinished(interrupted);
+        m_uploads.removeOlderThan(secondsNow() + 1);
+    }
+    m_jobs.requeueInterrupted(repeatedlyInterrupted);
+    purgeUploads();
+}
+
+void JobRunner::cleanUp(const std::function<void()> &change)
+{
+    try {
+        change();
+    } catch (const Poco::Exception &error) {
+        // On a full disk results can still be fetched, and the next try may succeed.
+        log("Could not clean up: " + error.displayText());
+    }
 }
 
 JobRunner::~JobRunner()
@@ -175,14 +193,19 @@ void JobRunner::process(const Job &job, Running &running)
     const bool isDone = separateJob(job, running);
     if (isDone)
         m_folder.publish(job.token);
+    if (isDone && !finish(job, running))
+        m_folder.removeResults(job.token);
     const std::lock_guard lock(m_mutex);
-    if (isDone) {
-        m_throughput.addMeasurement(job.seconds, std::chrono::steady_clock::now() - running.began);
-        m_jobs.move(job.id, JobState::Running, JobState::Ready);
-        m_answers.erase(job.id);
-    } else if (!running.cancelledByUser) {
+    if (!isDone && !running.cancelledByUser)
         m_jobs.putBack(job.id);
-    }
+}
+
+bool JobRunner::finish(const Job &job, const Running &running)
+{
+    const std::lock_guard lock(m_mutex);
+    m_throughput.addMeasurement(job.seconds, std::chrono::steady_clock::now() - running.began);
+    m_answers.erase(job.id);
+    return m_jobs.move(job.id, JobState::Running, JobState::Ready);
 }
 
 bool JobRunner::separateJob(const Job &job, Running &running)
@@ -270,9 +293,12 @@ void JobRunner::purgeUploads()
 void JobRunner::purgeExpired()
 {
     const std::int64_t before = secondsNow() - m_settings.keepDays * secondsPerDay;
-    m_uploads.removeOlderThan(before);
+    // Files before rows: it takes room to delete rows. The second list may have become longer.
+    for (const std::string &token : m_jobs.tokensOlderThan(before))
+        m_folder.removeResults(token);
     for (const std::string &token : m_jobs.takeOlderThan(before))
         m_folder.removeResults(token);
+    m_uploads.removeOlderThan(before);
     m_folder.removeUnknownResults(m_jobs.tokens(), before);
     purgeUploads();
 }
@@ -282,11 +308,7 @@ void JobRunner::runMaintenance()
     std::unique_lock lock(m_mutex);
     while (!m_changed.wait_for(lock, maintenanceInterval, [this] { return m_stopping; })) {
         lock.unlock();
-        try {
-            purgeExpired();
-        } catch (const Poco::Exception &error) {
-            log("Could not clean up: " + error.displayText());
-        }
+        cleanUp([this] { purgeExpired(); });
         lock.lock();
     }
 }

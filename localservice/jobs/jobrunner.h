@@ -85,6 +85,8 @@ private:
         int seconds = 0;
     };
 
+    void takeOver();
+    static void cleanUp(const std::function<void()> &change);
     void work();
     [[nodiscard]] std::optional<Job> next();
     [[nodiscard]] const std::vector<QueuedJob> &order();
@@ -92,6 +94,8 @@ private:
     [[nodiscard]] Failure attempt(const Job &job, Running &running);
     void fail(const Job &job, const Failure &failure);
     void process(const Job &job, Running &running);
+    // Returns whether the job was not cancelled meanwhile.
+    [[nodiscard]] bool finish(const Job &job, const Running &running);
     [[nodiscard]] bool separateJob(const Job &job, Running &running);
     [[nodiscard]] double remaining(const Running &running) const;
     [[nodiscard]] double estimate(const Job &job);

@@ -87,6 +87,8 @@ void guardChild(char *const *arguments, int lifeline, int output)
 {
     // The service decides when the program ends, not a signal to all processes.
     setpgid(0, 0);
+    // Nor does whoever kills all processes of the service's name.
+    renameProcess("teko-guardian");
     adoptOrphans();
     keepOnly(lifeline, output);
     for (const int number : {SIGINT, SIGTERM, SIGHUP})

@@ -7,6 +7,8 @@ namespace localservice {
 // These may be called between fork and exec of a program with threads. They do nothing on systems
 // without support.
 
+/// The calling process gets another name for the system's tools, in at most 15 characters.
+void renameProcess(const char *name);
 /// The calling process is killed when its parent dies.
 void dieWithParent();
 /// Processes whose parents have died become children of the calling process, if they descend from

@@ -40,6 +40,11 @@ bool killListed()
 
 } // namespace
 
+void renameProcess(const char *name)
+{
+    prctl(PR_SET_NAME, name);
+}
+
 void dieWithParent()
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);

@@ -4,6 +4,8 @@
 
 namespace localservice {
 
+void renameProcess(const char *) { }
+
 void dieWithParent() { }
 
 void adoptOrphans() { }

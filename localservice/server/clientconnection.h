@@ -17,9 +17,9 @@ public:
     { }
 
     [[nodiscard]] bool requestRead() { return m_connections.requestRead(m_id); }
-    [[nodiscard]] bool beginTransfer(const std::string &client)
+    [[nodiscard]] bool beginTransfer(const std::string &client, std::int64_t account)
     {
-        return m_connections.beginTransfer(m_id, client);
+        return m_connections.beginTransfer(m_id, client, account);
     }
     void transferred(std::size_t bytes) { m_connections.transferred(m_id, bytes); }
     void beginDrain() { m_connections.beginDrain(m_id); }

@@ -17,6 +17,9 @@ namespace {
 // At most so many aborted connections, whose threads are about to end, in addition to the limit.
 constexpr std::size_t maxAborted = 100;
 
+// So many accounts can fill all transfers.
+constexpr std::size_t accountsAtATime = 4;
+
 // What one address may have of a limit.
 constexpr std::size_t shareOf(std::size_t limit)
 {
@@ -43,7 +46,7 @@ Connections::~Connections()
 
 bool Connections::open(const Poco::Net::StreamSocket &socket)
 {
-    const Poco::Net::IPAddress peer = socket.peerAddress().host();
+    const Poco::Net::IPAddress peer = unmapped(socket.peerAddress().host());
     const std::string address = peer.toString() == m_trustedProxy ? "" : networkOf(peer);
     const std::lock_guard lock(m_mutex);
     if (m_entries.size() >= m_limits.connections + maxAborted || !makeRoom(address))
@@ -51,7 +54,7 @@ bool Connections::open(const Poco::Net::StreamSocket &socket)
     const Time now = std::chrono::steady_clock::now();
     m_entries.emplace(
         socket.impl(),
-        Entry{socket, address, State::Reading, now, now + m_limits.requestTimeout, 0, {}});
+        Entry{socket, address, State::Reading, now, now + m_limits.requestTimeout, 0, 0, {}});
     return true;
 }
 
@@ -72,13 +75,18 @@ std::size_t Connections::count(const std::string &address) const
         }));
 }
 
-std::size_t Connections::countTransfers(const std::string &address) const
+Connections::Transfers Connections::countTransfers(const std::string &address,
+                                                   std::int64_t account) const
 {
-    return static_cast<std::size_t>(
-        std::count_if(m_entries.begin(), m_entries.end(), [&](const auto &item) {
-            return item.second.state == State::Transferring
-                && (address.empty() || item.second.address == address);
-        }));
+    Transfers count;
+    for (const auto &[id, entry] : m_entries) {
+        if (entry.state != State::Transferring)
+            continue;
+        ++count.all;
+        count.ofAddress += entry.address == address ? 1 : 0;
+        count.ofAccount += entry.account == account ? 1 : 0;
+    }
+    return count;
 }
 
 Connections::Entry *Connections::oldest(const std::string &address,
@@ -115,7 +123,7 @@ bool Connections::requestRead(Id id)
     return true;
 }
 
-bool Connections::beginTransfer(Id id, const std::string &client)
+bool Connections::beginTransfer(Id id, const std::string &client, std::int64_t account)
 {
     const std::lock_guard lock(m_mutex);
     const auto found = m_entries.find(id);
@@ -123,9 +131,11 @@ bool Connections::beginTransfer(Id id, const std::string &client)
         return false;
     Entry &entry = found->second;
     entry.address = client;
-    if (countTransfers({}) >= m_limits.transfers
-        || countTransfers(client) >= shareOf(m_limits.transfers))
+    const Transfers count = countTransfers(client, account);
+    if (count.all >= m_limits.transfers || count.ofAddress >= shareOf(m_limits.transfers)
+        || count.ofAccount >= m_limits.transfers / accountsAtATime)
         return false;
+    entry.account = account;
     entry.state = State::Transferring;
     entry.rate.emplace(std::chrono::steady_clock::now(), m_limits.rateWindow,
                        m_limits.minWindowBytes);

@@ -29,7 +29,8 @@ struct ConnectionLimits
 };
 
 /// All open connections, and the rules that keep slow or many clients from occupying the service:
-/// deadlines for requests and replies, a minimum rate for transfers, and a share for each address.
+/// deadlines for requests and replies, a minimum rate for transfers, and a share for each address
+/// and account.
 /// When there are too many, one is aborted for a new one: the oldest without a complete request,
 /// otherwise the oldest that is being answered. Transfers keep their place.
 /// Thread-safe.
@@ -50,9 +51,10 @@ public:
     /// Its request has been read, so that only the reply is left. False when the connection was
     /// aborted before: what has been read may then be less than was sent.
     [[nodiscard]] bool requestRead(Id id);
-    /// An upload or a result of a client begins, which from now on has a minimum rate instead of a
-    /// deadline. False when too many are under way, of all or of this client.
-    [[nodiscard]] bool beginTransfer(Id id, const std::string &client);
+    /// An upload or a result of a client and an account begins, which from now on has a minimum
+    /// rate instead of a deadline. False when too many are under way, of all, this client or this
+    /// account.
+    [[nodiscard]] bool beginTransfer(Id id, const std::string &client, std::int64_t account);
     /// Counts the bytes of a transfer.
     void transferred(Id id, std::size_t bytes);
     /// A refused upload is read to its end, so that the client sees the answer: as long as the
@@ -74,11 +76,18 @@ private:
         Time opened;
         Time deadline;
         std::int64_t bytes = 0;
+        std::int64_t account = 0; // of the transfer
         std::optional<TransferRate> rate;
     };
 
     [[nodiscard]] std::size_t count(const std::string &address) const;
-    [[nodiscard]] std::size_t countTransfers(const std::string &address) const;
+    struct Transfers
+    {
+        std::size_t all = 0;
+        std::size_t ofAddress = 0;
+        std::size_t ofAccount = 0;
+    };
+    [[nodiscard]] Transfers countTransfers(const std::string &address, std::int64_t account) const;
     [[nodiscard]] Entry *oldest(const std::string &address, std::initializer_list<State> states);
     [[nodiscard]] bool abortOldest(const std::string &address);
     [[nodiscard]] bool makeRoom(const std::string &address);

@@ -83,6 +83,9 @@ std::string fetchStatus(const std::filesystem::path &controlFile)
     const std::string notRunning =
         "No service is running on " + utf8(controlFile.parent_path()) + ".";
     std::ifstream stream(controlFile);
+    std::error_code error;
+    if (!stream.is_open() && (std::filesystem::exists(controlFile, error) || error))
+        throw std::runtime_error("You may not read " + utf8(controlFile) + ".");
     std::string url;
     std::string key;
     if (!(stream >> url >> key))

@@ -73,8 +73,10 @@ bool isRepeated(const Request &request, const std::string &header)
 
 Poco::Net::HTTPRequestHandler *HandlerFactory::createRequestHandler(const Request &request)
 {
-    if (isRepeated(request, "Host") || isRepeated(request, "Origin"))
-        return refuse(Response::HTTP_BAD_REQUEST, "Repeated header.");
+    for (const char *header : {"Host", "Origin", "Content-Length"}) {
+        if (isRepeated(request, header))
+            return refuse(Response::HTTP_BAD_REQUEST, "Repeated header.");
+    }
     const std::string host = request.get("Host", "");
     if (!m_rules.hosts.acceptsHost(host))
         return refuse(Response::HTTP_FORBIDDEN, "Host header not accepted.");

@@ -5,6 +5,7 @@
 #include "localservice/server/httpconnection.h"
 #include "localservice/server/tls.h"
 
+#include <Poco/Environment.h>
 #include <Poco/Net/HTTPServerParams.h>
 #include <Poco/Net/TCPServerConnectionFactory.h>
 
@@ -106,7 +107,8 @@ HttpServer::HttpServer(const ServerSettings &settings, const Backend &backend)
     m_url = (byTls ? "https://" : "http://") + address.toString();
     m_isOpenWithoutTls = !byTls && !byLoopbackOnly;
     m_rules = std::make_unique<RequestRules>(
-        RequestRules{HostPolicy({byLoopbackOnly, byTls, address.port(), settings.publicUrl}),
+        RequestRules{HostPolicy({byLoopbackOnly, byTls, address.port(), settings.publicUrl,
+                                 Poco::Environment::nodeName()}),
                      settings.trustedProxy, settings.statusKey});
     const HTTPServerParams::Ptr shared = parameters();
     m_server = std::make_unique<Poco::Net::TCPServer>(

@@ -8,6 +8,7 @@
 #include <Poco/Net/HTTPResponse.h>
 
 #include <algorithm>
+#include <charconv>
 
 namespace localservice {
 
@@ -32,10 +33,15 @@ std::streamsize readSome(std::streambuf &source, std::vector<char> &block)
 
 std::int64_t lengthOf(const Poco::Net::HTTPServerRequest &request)
 {
-    if (request.getChunkedTransferEncoding() || !request.hasContentLength())
+    if (request.has("Transfer-Encoding") || !request.hasContentLength())
         throw BadRequest("The request does not state its length.",
                          Poco::Net::HTTPResponse::HTTP_LENGTH_REQUIRED);
-    return request.getContentLength64();
+    const std::string &text = request.get("Content-Length");
+    std::int64_t length = -1;
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), length);
+    if (error != std::errc() || stop != text.data() + text.size() || length < 0)
+        throw BadRequest("The request's length is not a number.");
+    return length;
 }
 
 } // namespace

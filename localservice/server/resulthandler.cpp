@@ -16,14 +16,14 @@ constexpr std::size_t blockBytes = 65536;
 
 void ResultHandler::handleRequest(Request &request, Response &response)
 {
-    const std::optional<std::filesystem::path> file = fileOf(requestPath(request));
+    const std::optional<Result> result = resultAt(requestPath(request));
     std::error_code missing;
-    const auto bytes = file ? std::filesystem::file_size(*file, missing) : 0;
-    if (!file || missing) {
+    const auto bytes = result ? std::filesystem::file_size(result->file, missing) : 0;
+    if (!result || missing) {
         send(request, response, Response::HTTP_NOT_FOUND, plainText, "Not found.");
         return;
     }
-    if (!m_connection.beginTransfer(contextOf(request, m_rules).address)) {
+    if (!m_connection.beginTransfer(contextOf(request, m_rules).address, result->account)) {
         send(request, response, Response::HTTP_SERVICE_UNAVAILABLE, plainText,
              "The service has too many transfers under way. Please try again.");
         return;
@@ -35,7 +35,7 @@ void ResultHandler::handleRequest(Request &request, Response &response)
     if (request.getMethod() == Request::HTTP_HEAD)
         response.send();
     else
-        sendFile(*file, response);
+        sendFile(result->file, response);
 }
 
 void ResultHandler::sendFile(const std::filesystem::path &file, Response &response)
@@ -51,7 +51,7 @@ void ResultHandler::sendFile(const std::filesystem::path &file, Response &respon
     target.flush();
 }
 
-std::optional<std::filesystem::path> ResultHandler::fileOf(const std::string &path) const
+std::optional<ResultHandler::Result> ResultHandler::resultAt(const std::string &path) const
 {
     const std::string rest = path.substr(std::string_view("/results/").size());
     const std::size_t slash = std::min(rest.find('/'), rest.size());
@@ -60,9 +60,9 @@ std::optional<std::filesystem::path> ResultHandler::fileOf(const std::string &pa
         return std::nullopt;
     const std::string name = rest.substr(slash);
     if (name == "/" + job->instrument + ".wav")
-        return m_backend.folder.mainResult(job->token);
+        return Result{m_backend.folder.mainResult(job->token), job->account};
     if (name == "/mix-without-" + job->instrument + ".wav")
-        return m_backend.folder.mixResult(job->token);
+        return Result{m_backend.folder.mixResult(job->token), job->account};
     return std::nullopt;
 }
 

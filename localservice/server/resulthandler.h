@@ -25,8 +25,13 @@ public:
     void handleRequest(Request &request, Response &response) override;
 
 private:
+    struct Result
+    {
+        std::filesystem::path file;
+        std::int64_t account = 0;
+    };
     /// The file for "/results/TOKEN/NAME.wav", with the names that download.php returns.
-    [[nodiscard]] std::optional<std::filesystem::path> fileOf(const std::string &path) const;
+    [[nodiscard]] std::optional<Result> resultAt(const std::string &path) const;
 
     void sendFile(const std::filesystem::path &file, Response &response);
 

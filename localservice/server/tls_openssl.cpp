@@ -19,6 +19,10 @@ Poco::Net::ServerSocket makeTlsSocket(const std::filesystem::path &certificate,
     parameters.privateKeyFile = utf8(key);
     parameters.verificationMode = Context::VERIFY_NONE; // of clients: they have no certificates
     Context::Ptr context = new Context(Context::TLS_SERVER_USE, parameters);
+    if (SSL_CTX_check_private_key(context->sslContext()) != 1)
+        throw Poco::InvalidArgumentException("The key in " + parameters.privateKeyFile
+                                             + " does not belong to the certificate in "
+                                             + parameters.certificateFile);
     context->requireMinimumProtocol(Context::PROTO_TLSV1_2);
     context->enableSessionCache(false);
     // Sockets are handles: the implementation behind this one still speaks TLS.

@@ -38,7 +38,7 @@ public:
         if (!m_isFile)
             m_fields.append(m_name, bytes);
         else if (!m_refusal)
-            m_file.write(bytes);
+            appendToFile(bytes);
     }
 
     void endPart() override { }
@@ -58,12 +58,23 @@ private:
     {
         try {
             const std::int64_t account = m_processing.uploadAccount(m_fields, m_context);
-            if (!m_connection.beginTransfer(m_context.address))
+            if (!m_connection.beginTransfer(m_context.address, account))
                 throw Refusal("The service has too many transfers under way. Please try again.");
             m_file.begin(account, fileName, m_processing.uploadRoom(account));
         } catch (const Refusal &refusal) {
             m_refusal = refusal;
             m_connection.beginDrain();
+        }
+    }
+
+    // A file that does not fit remains a transfer: its client may need minutes until it has sent
+    // the rest and reads why.
+    void appendToFile(std::string_view bytes)
+    {
+        try {
+            m_file.write(bytes);
+        } catch (const Refusal &refusal) {
+            m_refusal = refusal;
         }
     }
 

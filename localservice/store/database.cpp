@@ -21,9 +21,8 @@ namespace localservice {
 
 namespace {
 
-// "exclusive" keeps a second service from working on the same jobs.
+constexpr const char *usingReserve = "The disk is full: using the reserve";
 constexpr std::array setUpStatements = {
-    "PRAGMA locking_mode = EXCLUSIVE",
     "PRAGMA journal_mode = WAL",
     "PRAGMA synchronous = NORMAL",
     "PRAGMA foreign_keys = ON",
@@ -155,12 +154,25 @@ void checkValues(Poco::Data::Session &session)
         throw DatabaseDamaged("this computer's own account is missing");
 }
 
-Poco::Data::Session open(const fs::path &file)
+// Without accounts nothing explains the files: the database was lost, cut off or another program's.
+void checkOrigin(Poco::Data::Session &session, const std::vector<fs::path> &folders)
+{
+    const bool hasFiles = std::any_of(folders.begin(), folders.end(),
+                                      [](const fs::path &folder) { return !fs::is_empty(folder); });
+    if (hasFiles && !hasColumn(session, "users", "id"))
+        throw DatabaseDamaged("there are files, but no accounts");
+}
+
+Poco::Data::Session open(const fs::path &file, const std::vector<fs::path> &folders)
 {
     using namespace Poco::Data::SQLite;
     Connector::registerConnector();
     try {
         Poco::Data::Session session("SQLite", utf8(file), 1);
+        // Keeps a second service from working on the same jobs. Without it the first look at the
+        // database takes room on the disk.
+        session << "PRAGMA locking_mode = EXCLUSIVE", now;
+        checkOrigin(session, folders);
         setUp(session);
         checkColumns(session);
         checkValues(session);
@@ -203,16 +215,28 @@ fs::path setAside(const fs::path &file, const std::vector<fs::path> &folders)
     return fs::path(file) += date;
 }
 
-Poco::Data::Session openOrReplace(const fs::path &file, const std::vector<fs::path> &folders,
-                                  fs::path &damagedFile)
+Poco::Data::Session openOnFullDisk(const fs::path &file, const std::vector<fs::path> &folders,
+                                   DiskReserve &reserve)
 {
     try {
-        return open(file);
+        return open(file, folders);
+    } catch (const Poco::Data::SQLite::DatabaseFullException &) {
+        log(usingReserve);
+        reserve.release();
+        return open(file, folders);
+    }
+}
+
+Poco::Data::Session openOrReplace(const fs::path &file, const std::vector<fs::path> &folders,
+                                  DiskReserve &reserve, fs::path &damagedFile)
+{
+    try {
+        return openOnFullDisk(file, folders, reserve);
     } catch (const DatabaseDamaged &error) {
         damagedFile = setAside(file, folders);
         log("The database was damaged (" + std::string(error.what()) + "). It is now "
             + utf8(damagedFile) + ", its files are beside it, and a new one begins.");
-        return open(file);
+        return openOnFullDisk(file, folders, reserve);
     }
 }
 
@@ -220,7 +244,7 @@ Poco::Data::Session openOrReplace(const fs::path &file, const std::vector<fs::pa
 
 Database::Database(const fs::path &file, const std::vector<fs::path> &folders)
     : m_reserve(fs::path(file).replace_filename("reserve"))
-    , m_session(openOrReplace(file, folders, m_damagedFile))
+    , m_session(openOrReplace(file, folders, m_reserve, m_damagedFile))
 { }
 
 void Database::reuseLog()
@@ -238,7 +262,7 @@ void Database::reuseLog()
 void Database::releaseReserve()
 {
     const std::lock_guard lock(m_mutex);
-    log("The disk is full: using the reserve");
+    log(usingReserve);
     m_reserve.release();
     reuseLog();
 }

@@ -20,7 +20,7 @@ class Database final
 public:
     /// Another service cannot open the file while this one does: throws DatabaseBusy. A damaged
     /// file is renamed, and an empty database takes its place. So are the `folders`, whose files
-    /// nothing but its rows explains.
+    /// nothing but its rows explains; an empty or foreign file beside such files counts as damaged.
     explicit Database(const std::filesystem::path &file,
                       const std::vector<std::filesystem::path> &folders = {});
 

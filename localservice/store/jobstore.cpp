@@ -19,6 +19,7 @@ constexpr const char *selectJobs =
     "SELECT jobs.id AS id, jobs.account AS account, upload, instrument, extension, demo,"
     " jobs.name AS name, original, jobs.seconds AS seconds, state, reason, token,"
     " jobs.added AS added, jobs.bytes AS bytes, attempts FROM jobs ";
+constexpr const char *oldJobs = "state NOT IN ('queued', 'running') AND added < ?";
 constexpr const char *deleteUnsuccessful =
     "DELETE FROM jobs WHERE id IN (SELECT id FROM jobs WHERE account = ?"
     " AND state IN ('failed', 'cancelled') ORDER BY turn DESC LIMIT -1 OFFSET ?)";
@@ -221,13 +222,13 @@ void JobStore::requeueInterrupted(const std::string &reason)
     });
 }
 
-void JobStore::cancelUnfinished()
+void JobStore::failUnfinished(const std::string &reason)
 {
     m_database.changeOnFullDisk([&] {
         Database::Access access = m_database.access();
-        access.session << "UPDATE jobs SET state = 'cancelled'"
+        access.session << "UPDATE jobs SET state = 'failed', reason = ?"
                           " WHERE state IN ('queued', 'running')",
-            now;
+            bind(reason), now;
     });
 }
 
@@ -255,14 +256,20 @@ std::vector<Job> JobStore::finishedOf(std::int64_t account, int maxCount)
                   account);
 }
 
+std::vector<std::string> JobStore::tokensOlderThan(std::int64_t time)
+{
+    Database::Access access = m_database.access();
+    std::vector<std::string> tokens;
+    access.session << "SELECT token FROM jobs WHERE " << oldJobs, bind(time), into(tokens), now;
+    return tokens;
+}
+
 std::vector<std::string> JobStore::takeOlderThan(std::int64_t time)
 {
     return m_database.changeOnFullDisk([&] {
         Database::Access access = m_database.access();
         Transaction transaction(access.session);
-        constexpr const char *oldJobs = "state NOT IN ('queued', 'running') AND added < ?";
-        std::vector<std::string> tokens;
-        access.session << "SELECT token FROM jobs WHERE " << oldJobs, bind(time), into(tokens), now;
+        const std::vector<std::string> tokens = tokensOlderThan(time);
         if (!tokens.empty())
             access.session << "DELETE FROM jobs WHERE " << oldJobs, bind(time), now;
         transaction.commit();

@@ -71,14 +71,16 @@ public:
     /// Puts the jobs that were running when the program died back to their place in the queue.
     /// Those that were running at maxAttempts such ends fail with the reason.
     void requeueInterrupted(const std::string &reason);
-    /// Cancels all waiting and running jobs.
-    void cancelUnfinished();
+    /// Fails all waiting and running jobs with the reason.
+    void failUnfinished(const std::string &reason);
     /// How many jobs of an account are waiting.
     [[nodiscard]] int countWaiting(std::int64_t account);
     /// The tokens of all jobs.
     [[nodiscard]] std::vector<std::string> tokens();
     /// An account's finished jobs, the newest first, at most `maxCount`.
     [[nodiscard]] std::vector<Job> finishedOf(std::int64_t account, int maxCount);
+    /// The tokens of the jobs that ended and were added before a time.
+    [[nodiscard]] std::vector<std::string> tokensOlderThan(std::int64_t time);
     /// Deletes the jobs that ended and were added before a time, and returns their tokens.
     [[nodiscard]] std::vector<std::string> takeOlderThan(std::int64_t time);
 

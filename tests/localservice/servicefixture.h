@@ -53,6 +53,7 @@ public:
         m_process.kill();
         m_process.waitForFinished();
     }
+    [[nodiscard]] QString processId() const { return QString::number(m_process.processId()); }
     [[nodiscard]] QByteArray log() { return m_log += m_process.readAllStandardError(); }
 
     QString url;

@@ -175,7 +175,7 @@ private slots:
               {"a'b c'd", {"ab cd"}},
               {"a;b $(c) `d`", {"a;b", "$(c)", "`d`"}}})
             QCOMPARE(splitCommand(command), words);
-        for (const char *command : {"a 'b", "  "})
+        for (const char *command : {"a 'b", "  ", "a {input"})
             QVERIFY_EXCEPTION_THROWN((void)splitCommand(command), std::invalid_argument);
     }
 
@@ -224,36 +224,40 @@ private slots:
     void keepsItsNames_data()
     {
         const Rows<QString, QString, QString> add;
-        // Which of "local", "open" and "proxied" services accept it.
-        add("localhost", "localhost:8750", "", "local open proxied");
-        add("upper case", "LOCALHOST:8750", "", "local open proxied");
-        add("IPv4", "127.0.0.1:8750", "", "local open proxied");
-        add("IPv6", "[::1]:8750", "", "local open proxied");
-        add("another port", "localhost:8751", "", "open proxied");
-        add("no port", "127.0.0.1", "", "open proxied");
-        add("an address of the network", "192.0.2.1:8750", "", "open proxied");
-        add("another name", "evil.example:8750", "", "open");
-        add("a name like it", "localhost.evil.example:8750", "", "open");
-        add("the public name", "Music.example", "", "open proxied");
+        // Which of the services below accept it.
+        add("localhost", "localhost:8750", "", "local open proxied by TLS");
+        add("upper case", "LOCALHOST:8750", "", "local open proxied by TLS");
+        add("IPv4", "127.0.0.1:8750", "", "local open proxied by TLS");
+        add("IPv6", "[::1]:8750", "", "local open proxied by TLS");
+        add("another port", "localhost:8751", "", "open proxied by TLS");
+        add("no port", "127.0.0.1", "", "open proxied by TLS");
+        add("an address of the network", "192.0.2.1:8750", "", "open proxied by TLS");
+        add("another name", "evil.example:8750", "", "by TLS");
+        add("this computer's name", "Studio:8750", "", "open proxied by TLS");
+        add("its name in the network", "studio.local:8750", "", "open proxied by TLS");
+        add("a name like it", "localhost.evil.example:8750", "", "by TLS");
+        add("a rebound name's page", "evil.example:8750", "http://evil.example:8750", "");
+        add("the public name", "Music.example", "", "proxied by TLS");
         add("none", "", "", "");
         add("nonsense", "[::1:8750", "", "");
         add("a port beyond all", "localhost:99999", "", "");
         add("its own page", "localhost:8750", "http://localhost:8750", "local open proxied");
         add("its public page", "localhost:8750", "https://music.example", "proxied");
-        add("the public name's page without TLS", "music.example", "http://music.example", "open");
+        add("the public name's page without TLS", "music.example", "http://music.example", "");
         add("another page", "localhost:8750", "http://evil.example", "");
         add("a page of this computer", "localhost:8750", "http://localhost:3000", "");
         add("no page's", "localhost:8750", "null", "");
-        add("by TLS", "localhost:8750", "https://localhost:8750", "");
+        add("its page by TLS", "localhost:8750", "https://localhost:8750", "by TLS");
     }
 
     void keepsItsNames()
     {
         const auto [host, origin, services] = fetchRow<QString, QString, QString>();
         const std::vector<std::pair<QString, HostPolicy>> all = {
-            {"local", HostPolicy({true, false, 8750, ""})},
-            {"open", HostPolicy({false, false, 8750, ""})},
-            {"proxied", HostPolicy({false, false, 8750, "https://music.example/teko"})}};
+            {"local", HostPolicy({true, false, 8750, "", "Studio"})},
+            {"open", HostPolicy({false, false, 8750, "", "Studio"})},
+            {"proxied", HostPolicy({false, false, 8750, "https://music.example/teko", "Studio"})},
+            {"by TLS", HostPolicy({false, true, 8750, "", "Studio"})}};
         QStringList accepting;
         for (const auto &[name, policy] : all) {
             if (policy.acceptsHost(host.toStdString())
@@ -267,7 +271,8 @@ private slots:
     {
         const Rows<QString, QString, int> add;
         // Each place is a letter, its address.
-        add("nobody has more than one", "abcd", "e", -1);
+        add("nobody has more than one", "abcd", "e", 2);
+        add("nobody has more than one, also not the newcomer", "abcd", "b", -1);
         add("one has more", "abba", "c", 3);
         add("several have", "aabb", "c", 1);
         add("the newcomer will have as many", "aabc", "b", -1);
@@ -281,7 +286,7 @@ private slots:
         std::vector<std::string> addresses;
         for (const QChar address : queue)
             addresses.push_back(QString(address).toStdString());
-        const auto given = placeFor(addresses, newcomer.toStdString());
+        const auto given = placeFor(addresses, newcomer.toStdString(), 7);
         QCOMPARE(given ? int(*given) : -1, place);
     }
 
@@ -289,11 +294,13 @@ private slots:
     {
         const Rows<std::string, std::string, std::string> add;
         add("IPv4", "192.0.2.7", "", "192.0.2.7");
-        add("IPv6", "2001:db8:1:2:3:4:5:6", "", "2001:db8:1:2::");
+        add("IPv6", "2001:db8:1:2:3:4:5:6", "", "2001:db8:1::");
         add("IPv4 in IPv6", "::ffff:192.0.2.7", "", "192.0.2.7");
         add("this computer", "127.0.3.2", "", "127.0.0.0");
         add("this computer, IPv6", "::1", "", "127.0.0.0");
         add("this computer, IPv4 in IPv6", "::ffff:127.0.0.1", "", "127.0.0.0");
+        add("a header of the proxy, IPv4 in IPv6", "::ffff:192.0.2.1", "198.51.100.1",
+            "198.51.100.1");
         add("a header of anybody", "192.0.2.7", "198.51.100.1", "192.0.2.7");
         add("a header of the proxy", "192.0.2.1", "203.0.113.9, 198.51.100.1", "198.51.100.1");
         add("a proxy without it", "192.0.2.1", "unknown", "192.0.2.1");

@@ -220,7 +220,7 @@ private slots:
         add("done", {"in.wav", "vocals", "1.wav", "2.wav"}, 0, "");
         add("usage", {"in.wav", "vocals"}, 2, "error: Four arguments");
         add("instrument", {"in.wav", "flute", "1.wav", "2.wav"}, 2, "error: There is no such");
-        add("no WAV", {"text", "vocals", "1.wav", "2.wav"}, 1, "error: The uploaded file is not");
+        add("no WAV", {"text", "vocals", "1.wav", "2.wav"}, 1, "error: The file is not");
         add("existing result", {"in.wav", "vocals", "1.wav", "text"}, 1, "exists already");
         add("existing part", {"in.wav", "vocals", "1.wav", "2"}, 1, "2.part exists already");
         add("one result twice", {"in.wav", "vocals", "1", "./1"}, 1, "exists already");

@@ -147,20 +147,29 @@ private slots:
 
     void findsRoomForShortRequests_data()
     {
-        addNames({"idle connections", "strangers' uploads", "uploads"});
+        const Rows<int, int> add; // how many accounts, and uploads stored
+        add("idle connections", 0, 0);
+        add("strangers' uploads", 0, 0);
+        add("one account's uploads", 1, 2);
+        add("four accounts' uploads", 4, 6);
     }
 
-    /// With 12 connections and 8 transfers, an address has 9 and 6.
+    /// With 12 connections and 8 transfers, an address has 9 and 6, and an account 2.
     void findsRoomForShortRequests()
     {
-        QFETCH(QString, name);
-        const Server server(*m_dir, {.connections = 12, .transfers = 8});
+        const auto [accounts, uploads] = fetchRow<int, int>();
+        const auto stored = std::size_t(uploads);
+        Server server(*m_dir, {.connections = 12, .transfers = 8});
+        const bool isIdle = QTest::currentDataTag() == QByteArray("idle connections");
         std::vector<Poco::Net::StreamSocket> held;
-        for (int i = 0; i < 20 && name != "uploads"; ++i)
-            held.push_back(server.connect(name == "idle connections" ? "" : server.upload("")));
-        for (int i = 0; i < 8 && name == "uploads"; ++i)
-            held.push_back(server.connect(server.upload(server.session)));
-        const std::size_t stored = name == "uploads" ? 6 : 0;
+        for (int i = 0; i < 20 && accounts == 0; ++i)
+            held.push_back(server.connect(isIdle ? "" : server.upload("")));
+        std::vector<std::string> sessions;
+        for (int i = 0; i < accounts; ++i)
+            sessions.push_back(server.stores.accounts.openSession(
+                server.stores.addAccount(std::to_string(i) + "@b")));
+        for (std::size_t i = 0; i < 8 && accounts > 0; ++i)
+            held.push_back(server.connect(server.upload(sessions[i % sessions.size()])));
         QTRY_COMPARE(server.uploadsOnDisk(), stored);
         for (int i = 0; i < 20; ++i) {
             const std::string reply = server.get("/generate_204");
@@ -195,7 +204,7 @@ private slots:
             QVERIFY(open());
             const Connections::Id id = sockets.back().impl();
             QVERIFY(held == "reading" || connections.requestRead(id));
-            QVERIFY(held != "transferring" || connections.beginTransfer(id, client));
+            QVERIFY(held != "transferring" || connections.beginTransfer(id, client, 1));
         }
         QCOMPARE(open(), isAdmitted);
     }

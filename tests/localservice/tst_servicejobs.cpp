@@ -177,7 +177,7 @@ private slots:
             QVERIFY(!stores.hasFile(job.upload));
         QVERIFY(stores.hasFile(demo.upload));
         for (const Job &job : {running, waiting})
-            QVERIFY(stores.stateOf(job.id) == JobState::Cancelled);
+            QVERIFY(stores.stateOf(job.id) == JobState::Failed);
     }
 
     void setsADamagedDatabaseAside_data()
@@ -185,6 +185,7 @@ private slots:
         const Rows<qint64, int, QList<const char *>> add;
         add("no database at all", 0, 100, {});
         add("overwritten in the middle", 20000, 8000, {});
+        add("emptied", 0, -1, {});
         add("no number for this computer's account", 0, 0,
             {"UPDATE settings SET value = 'x' WHERE name = 'local_account'"});
         add("a job's account gone", 0, 0, {"DELETE FROM users WHERE email = '0@b'"});
@@ -209,7 +210,8 @@ private slots:
         }
         QFile file(m_dir->filePath("data/service.db"));
         QVERIFY(file.open(QIODevice::ReadWrite) && file.size() > offset + bytes);
-        QVERIFY(file.seek(offset) && file.write(QByteArray(bytes, '?')) == bytes);
+        QVERIFY(bytes >= 0 || file.resize(0));
+        QVERIFY(file.seek(offset) && file.write(QByteArray(std::max(bytes, 0), '?')) >= 0);
         file.close();
         const bool isDamaged = QTest::currentDataTag() != QByteArray("whole");
         Stores stores(*m_dir);
@@ -242,6 +244,12 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(stores.addAccount(std::string(100000, 'x')), Poco::Exception);
         stores.accounts.closeSession(session);
         QVERIFY(!stores.accounts.accountOf(session));
+        // An upload that does not fit gives its room back before its client has sent the rest.
+        ArrivingFiles arriving;
+        ReceivedFile file(stores.folder.upload(""), 1 << 30, arriving);
+        file.begin(account, "b.wav", 1 << 30);
+        QVERIFY_EXCEPTION_THROWN(file.write(std::string(1 << 24, 'x')), Refusal);
+        QVERIFY(!std::filesystem::exists(file.path()));
         // Others take what the reserve has left.
         std::filesystem::remove(stores.folder.database().replace_filename("reserve"));
         fillDisk();
@@ -252,22 +260,51 @@ private slots:
         QTRY_VERIFY(!stores.hasFile(job.upload));
     }
 
+    void startsOnAFullDisk_data() { addNames({"with the reserve used up", "with no database"}); }
+
+    void startsOnAFullDisk()
+    {
+        QFETCH(QString, name);
+        const SmallDisk disk(m_dir->path());
+        if (!disk.isMounted()
+            || QProcess::execute("mount", {"-o", "remount,size=8m", m_dir->path()}) != 0)
+            QSKIP("Only an administrator can make a small disk.");
+        const std::string data = m_dir->filePath("data").toStdString();
+        std::filesystem::path result;
+        {
+            Stores stores(*m_dir);
+            const Job job = *stores.jobs.find(stores.addJob(stores.addAccount("a@b"), "a.wav"));
+            const auto runner = stores.run(copyTwice);
+            QTRY_VERIFY(stores.stateOf(job.id) == JobState::Ready);
+            stores.database.access().session << "UPDATE jobs SET added = 0",
+                Poco::Data::Keywords::now;
+            result = stores.folder.mainResult(job.token);
+        }
+        std::filesystem::remove(data + (name == "with no database" ? "/service.db" : "/reserve"));
+        fillDisk();
+        Stores stores(*m_dir);
+        (void)stores.run({}, 0);
+        QVERIFY(!std::filesystem::exists(result));
+        QCOMPARE(stores.database.damagedFile().empty(), name != "with no database");
+    }
+
     void forgetsCancelledAndFailedWork_data()
     {
-        const Rows<bool> add;
-        add("cancelled", false);
-        add("failed", true);
+        addNames({"cancelled", "cancelled as it ends", "failed"});
     }
 
     void forgetsCancelledAndFailedWork()
     {
-        const auto [fails] = fetchRow<bool>();
+        QFETCH(QString, name);
+        const bool fails = name == "failed";
+        const bool ends = name == "cancelled as it ends";
         Stores stores(*m_dir);
-        const SeparateFunction separate = [fails](const SeparationTask &task, JobControl &control) {
+        const SeparateFunction separate = [fails, ends](const SeparationTask &task,
+                                                        JobControl &control) {
             std::ofstream(task.main) << "half a result";
             if (fails)
                 throw Refusal("No luck today.");
-            return waitForCancel(task, control);
+            return waitForCancel(task, control) || ends;
         };
         const std::int64_t account = stores.addAccount("a@b");
         const std::int32_t id = stores.addJob(account, "a.wav");
