@@ -6,9 +6,6 @@
 
 #include <functional>
 
-/// Sets the console code page to UTF-8.
-void useUtf8Console();
-
 /// Whether standard error is a terminal that supports the usual escape codes.
 [[nodiscard]] bool isErrorOutputTerminal();
 

@@ -35,9 +35,6 @@ void handleSignal(int number)
 
 } // namespace
 
-// Terminals use UTF-8 on these systems.
-void useUtf8Console() { }
-
 bool isErrorOutputTerminal()
 {
     return isatty(STDERR_FILENO) != 0;

@@ -43,11 +43,6 @@ BOOL WINAPI handleControl(DWORD event)
 
 } // namespace
 
-void useUtf8Console()
-{
-    SetConsoleOutputCP(CP_UTF8);
-}
-
 bool isErrorOutputTerminal()
 {
     const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);

@@ -57,7 +57,7 @@ mkdir -p "$deep"
 for name in "Grüße vom 🎸 Ufer.wav" "with  blanks.wav" "$long_name" "${deep#"$songs"/}/deep.wav"; do
     cp "$songs/plain.wav" "$songs/$name"
 done
-sound 120 "$songs/long.wav"
+sound 120 "$songs/Größe.wav"
 
 # --- teko-batch.exe
 expect "teko-batch: WAV" takes plain.wav -i vocals -f wav
@@ -73,7 +73,7 @@ expect "teko-batch: nothing is left" nothing_left
 interrupted() {
     local before
     before=$(ls "$documents/Save")
-    (cd "$programs" && python3 - "$(windows_path "$songs/long.wav")" <<'END'
+    (cd "$programs" && python3 - "$(windows_path "$songs/Größe.wav")" <<'END'
 import os, pty, re, sys
 pid, console = pty.fork()
 if pid == 0:
@@ -89,16 +89,16 @@ while True:
         os.write(console, b"\x03")
         typed = True
 os.write(2, text[-500:])
-sys.exit(0 if typed and os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]) == 1 and b"Interrupted." in text else 1)
+sys.exit(0 if typed and os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]) == 1 and "Größe.wav: Interrupted.".encode() in text else 1)
 END
     ) && [[ $(ls "$documents/Save") == "$before" ]]
 }
-expect "teko-batch: Ctrl+C cancels the job" interrupted
+expect "teko-batch: Ctrl+C cancels the job, and the console shows its umlauts" interrupted
 expect "teko-batch: nothing is left after Ctrl+C" nothing_left
 
 # Ended in the middle of its work: its service ends with it, and the next start removes what it left.
 killed() {
-    (cd "$programs" && exec wine teko-batch.exe -i vocals -f wav "$(windows_path "$songs/long.wav")" 2>"$root/killed") &
+    (cd "$programs" && exec wine teko-batch.exe -i vocals -f wav "$(windows_path "$songs/Größe.wav")" 2>"$root/killed") &
     within 120 grep -q processing "$root/killed" && is_running 'teko-service\.exe' || return 1
     wine taskkill /F /IM teko-batch.exe
     within 10 not is_running 'teko-(batch|service|separate)\.exe' && takes plain.wav -i vocals -f mp3
