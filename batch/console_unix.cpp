@@ -35,6 +35,11 @@ void handleSignal(int number)
 
 } // namespace
 
+QStringList filesNamedBy(const QString &argument)
+{
+    return {QFileInfo(argument).absoluteFilePath()};
+}
+
 bool isErrorOutputTerminal()
 {
     return isatty(STDERR_FILENO) != 0;

@@ -43,6 +43,20 @@ BOOL WINAPI handleControl(DWORD event)
 
 } // namespace
 
+// No file's name may hold * or ?. To Qt a bracket would be part of the pattern as well.
+QStringList filesNamedBy(const QString &argument)
+{
+    const QFileInfo named(argument);
+    const QString pattern = named.fileName().replace(QLatin1Char('['), QLatin1String("[[]"));
+    QStringList files;
+    if (pattern.contains(QLatin1Char('*')) || pattern.contains(QLatin1Char('?'))) {
+        for (const QFileInfo &file :
+             named.dir().entryInfoList({pattern}, QDir::Files, QDir::Name | QDir::IgnoreCase))
+            files << file.absoluteFilePath();
+    }
+    return files.isEmpty() ? QStringList{named.absoluteFilePath()} : files;
+}
+
 bool isErrorOutputTerminal()
 {
     const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
