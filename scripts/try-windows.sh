@@ -6,7 +6,7 @@
 # cannot show.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup.sh wine
+scripts/setup.sh wine windows
 root=$PWD/build/try-windows
 programs=$root/TEKO
 songs=$root/songs
@@ -47,6 +47,20 @@ takes() {
     done <"$root/results"
 }
 
+# --- as Windows programs
+has_resources() {
+    local program resources wanted
+    for program in teko teko-batch teko-service teko-separate; do
+        resources=$(x86_64-w64-mingw32-windres -J coff -O rc "$programs/$program.exe") || return 1
+        for wanted in 'RT_GROUP_ICON' "\"OriginalFilename\", \"$program.exe\"" "\"FileVersion\", \"$version\"" \
+            '>UTF-8</activeCodePage>' '>true</longPathAware>' '>PerMonitorV2, ' 'level=""asInvoker""'; do
+            grep -qF -- "$wanted" <<<"$resources" || return 1
+        done
+    done
+}
+version=$(sed -n 's/^project(TEKO VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+expect "icon, version $version and manifest" has_resources
+
 # --- songs
 sound() { ffmpeg -v error -y -f lavfi -i "aevalsrc=0.3*sin(880*PI*t)|0.3*sin(1320*PI*t):s=44100:d=$1" "$2"; }
 sound 6 "$songs/plain.wav"
@@ -64,6 +78,8 @@ expect "teko-batch: WAV" takes plain.wav -i vocals -f wav
 expect "teko-batch: MP3" takes plain.mp3 -i drums -f mp3
 expect "teko-batch: umlauts and emoji" takes "Grüße vom 🎸 Ufer.wav" -i bass -f flac
 expect "teko-batch: blanks" takes "with  blanks.wav" -i piano -f m4a
+takes_pattern() { batch -i vocals -f mp3 "$(windows_path "$songs/?lain.*")" >"$root/results" && [[ $(wc -l <"$root/results") == 4 ]]; }
+expect "teko-batch: a pattern for two songs" takes_pattern
 expect "teko-batch: a name of 250 bytes" takes "$long_name" -i vocals -f mp3
 expect "teko-batch: a path of $(windows_path "$deep/deep.wav" | wc -m) characters" takes "${deep#"$songs"/}/deep.wav" -i vocals -f mp3
 expect "teko-batch: a folder that cannot be written to is refused" not batch -i vocals -f wav -s 'Z:\proc' "$(windows_path "$songs/plain.wav")"
