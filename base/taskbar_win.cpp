@@ -24,8 +24,12 @@ struct TaskbarProgress::Bar
     {
         // Qt has made the thread ready for such objects.
         if (FAILED(CoCreateInstance(CLSID_TaskbarList, nullptr, CLSCTX_INPROC_SERVER,
-                                    IID_PPV_ARGS(&list))))
+                                    IID_PPV_ARGS(&list)))) {
             list = nullptr;
+        } else if (FAILED(list->HrInit())) {
+            list->Release();
+            list = nullptr;
+        }
     }
     Bar(const Bar &) = delete;
     Bar &operator=(const Bar &) = delete;

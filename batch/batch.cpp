@@ -28,7 +28,9 @@ QtMessageHandler defaultHandler = nullptr;
 void dropPlatformRemarks(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     const bool isRemark = message.startsWith(QLatin1String("This plugin does not support "))
-        || message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"));
+        || message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))
+        // The manifest has chosen already.
+        || message.startsWith(QLatin1String("SetProcessDpiAwarenessContext("));
     if (type != QtWarningMsg || !isRemark)
         defaultHandler(type, context, message);
 }

@@ -4,6 +4,7 @@
 
 #include "base/mediaformats.h"
 #include "base/version.h"
+#include "batch/console.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -61,14 +62,6 @@ QString absolutePath(const QString &path)
     return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
 }
 
-QStringList absolutePaths(const QStringList &paths)
-{
-    QStringList result;
-    for (const QString &path : paths)
-        result << absolutePath(path);
-    return result;
-}
-
 BatchOptions checked(BatchOptions options)
 {
     if (!options.instrument.isEmpty() && !instruments().contains(options.instrument)) {
@@ -112,6 +105,7 @@ BatchOptions parseBatchOptions(const QStringList &arguments)
     options.instrument = parser.value(instrument).toLower();
     options.format = parser.value(format).toUpper();
     options.saveFolder = absolutePath(parser.value(save));
-    options.files = absolutePaths(parser.positionalArguments());
+    for (const QString &argument : parser.positionalArguments())
+        options.files << filesNamedBy(argument);
     return checked(options);
 }

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 
 #include <functional>
 
-/// Sets the console code page to UTF-8.
-void useUtf8Console();
+/// The files, absolute, that an argument names: several for a pattern in its last part on Windows,
+/// whose shell hands patterns on. One that fits nothing is returned as it is, made absolute.
+[[nodiscard]] QStringList filesNamedBy(const QString &argument);
 
 /// Whether standard error is a terminal that supports the usual escape codes.
 [[nodiscard]] bool isErrorOutputTerminal();

@@ -43,9 +43,18 @@ BOOL WINAPI handleControl(DWORD event)
 
 } // namespace
 
-void useUtf8Console()
+// No file's name may hold * or ?. To Qt a bracket would be part of the pattern as well.
+QStringList filesNamedBy(const QString &argument)
 {
-    SetConsoleOutputCP(CP_UTF8);
+    const QFileInfo named(argument);
+    const QString pattern = named.fileName().replace(QLatin1Char('['), QLatin1String("[[]"));
+    QStringList files;
+    if (pattern.contains(QLatin1Char('*')) || pattern.contains(QLatin1Char('?'))) {
+        for (const QFileInfo &file :
+             named.dir().entryInfoList({pattern}, QDir::Files, QDir::Name | QDir::IgnoreCase))
+            files << file.absoluteFilePath();
+    }
+    return files.isEmpty() ? QStringList{named.absoluteFilePath()} : files;
 }
 
 bool isErrorOutputTerminal()

@@ -8,7 +8,6 @@
 
 int main(int argc, char **argv)
 {
-    useUtf8Console();
     quietPlatform();
     nameApplication();
     if (!hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))

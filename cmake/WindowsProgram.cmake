@@ -9,7 +9,8 @@ function(teko_version_numbers variable separator)
     set(${variable} ${numbers} PARENT_SCOPE)
 endfunction()
 
-# teko_windows_program(TARGET DESCRIPTION): gives a program its icon, its version and its manifest. Nothing on other systems.
+# teko_windows_program(TARGET DESCRIPTION): gives a program its icon, its version and its manifest, and one of the command
+# line a console that shows UTF-8. Nothing on other systems.
 function(teko_windows_program target description)
     if(NOT WIN32)
         return()
@@ -19,4 +20,8 @@ function(teko_windows_program target description)
     set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${target}.rc PROPERTIES
         OBJECT_DEPENDS "${PROJECT_SOURCE_DIR}/packaging/teko.ico;${PROJECT_SOURCE_DIR}/packaging/windows/program.manifest")
     target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+    get_target_property(has_no_console ${target} WIN32_EXECUTABLE)
+    if(NOT has_no_console)
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/packaging/windows/console.cpp)
+    endif()
 endfunction()

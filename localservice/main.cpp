@@ -98,7 +98,6 @@ int fail(const std::string &message, int code)
 
 int main(int argc, char **argv)
 {
-    useUtf8Console();
     try {
         // On Windows a static build of the library does not do that by itself.
         Poco::Net::initializeNetwork();

@@ -5,7 +5,6 @@
 #include "localservice/engine/separation.h"
 #include "localservice/platform/arguments.h"
 #include "localservice/platform/newfile.h"
-#include "localservice/platform/output.h"
 
 #include <csignal>
 #include <cstdio>
@@ -81,6 +80,7 @@ void reportProgress(const std::atomic<bool> &ended)
     while (!ended) {
         std::this_thread::sleep_for(progressInterval);
         std::fprintf(stderr, "progress %.3f\n", control.progress.load());
+        std::fflush(stderr);
     }
 }
 
@@ -148,7 +148,6 @@ int explainUsage(const char *sentence)
 
 int main(int argc, char **argv)
 {
-    useUtf8Console();
     const std::vector<std::string> words = commandLineWords(argc, argv);
     if (words == std::vector<std::string>{"--help"})
         return std::fputs(help, stdout) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;

@@ -42,11 +42,17 @@ fi
 scripts/setup.sh package
 (cd "$build" && cpack)
 
+shopt -s nullglob
+if [[ $kind == deb ]]; then
+    files=("$build"/*.deb)
+    older=("$packages"/*.deb)
+    appstreamcli validate --no-net packaging/linux/teko.metainfo.xml
+    lintian --fail-on error "${files[@]}"
+else
+    files=("$build"/*.exe "$build"/*.zip)
+    older=("$packages"/*.exe "$packages"/*.zip)
+fi
 mkdir -p "$packages"
-mapfile -t files < <(find "$build" -maxdepth 1 -name '*.exe' -o -maxdepth 1 -name '*.zip' -o -maxdepth 1 -name '*.deb')
+rm -f "${older[@]}"
 mv "${files[@]}" "$packages"
 (cd "$packages" && find . -maxdepth 1 -type f ! -name SHA256SUMS -printf '%P\n' | sort | xargs sha256sum >SHA256SUMS && cat SHA256SUMS)
-if [[ $kind == deb ]]; then
-    appstreamcli validate --no-net packaging/linux/teko.metainfo.xml
-    lintian --fail-on error "$packages"/*.deb
-fi

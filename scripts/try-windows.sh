@@ -6,7 +6,7 @@
 # cannot show.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/setup.sh wine
+scripts/setup.sh wine windows
 root=$PWD/build/try-windows
 programs=$root/TEKO
 songs=$root/songs
@@ -47,6 +47,20 @@ takes() {
     done <"$root/results"
 }
 
+# --- as Windows programs
+has_resources() {
+    local program resources wanted
+    for program in teko teko-batch teko-service teko-separate; do
+        resources=$(x86_64-w64-mingw32-windres -J coff -O rc "$programs/$program.exe") || return 1
+        for wanted in 'RT_GROUP_ICON' "\"OriginalFilename\", \"$program.exe\"" "\"FileVersion\", \"$version\"" \
+            '>UTF-8</activeCodePage>' '>true</longPathAware>' '>PerMonitorV2, ' 'level=""asInvoker""'; do
+            grep -qF -- "$wanted" <<<"$resources" || return 1
+        done
+    done
+}
+version=$(sed -n 's/^project(TEKO VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
+expect "icon, version $version and manifest" has_resources
+
 # --- songs
 sound() { ffmpeg -v error -y -f lavfi -i "aevalsrc=0.3*sin(880*PI*t)|0.3*sin(1320*PI*t):s=44100:d=$1" "$2"; }
 sound 6 "$songs/plain.wav"
@@ -57,13 +71,15 @@ mkdir -p "$deep"
 for name in "Grüße vom 🎸 Ufer.wav" "with  blanks.wav" "$long_name" "${deep#"$songs"/}/deep.wav"; do
     cp "$songs/plain.wav" "$songs/$name"
 done
-sound 120 "$songs/long.wav"
+sound 120 "$songs/Größe.wav"
 
 # --- teko-batch.exe
 expect "teko-batch: WAV" takes plain.wav -i vocals -f wav
 expect "teko-batch: MP3" takes plain.mp3 -i drums -f mp3
 expect "teko-batch: umlauts and emoji" takes "Grüße vom 🎸 Ufer.wav" -i bass -f flac
 expect "teko-batch: blanks" takes "with  blanks.wav" -i piano -f m4a
+takes_pattern() { batch -i vocals -f mp3 "$(windows_path "$songs/?lain.*")" >"$root/results" && [[ $(wc -l <"$root/results") == 4 ]]; }
+expect "teko-batch: a pattern for two songs" takes_pattern
 expect "teko-batch: a name of 250 bytes" takes "$long_name" -i vocals -f mp3
 expect "teko-batch: a path of $(windows_path "$deep/deep.wav" | wc -m) characters" takes "${deep#"$songs"/}/deep.wav" -i vocals -f mp3
 expect "teko-batch: a folder that cannot be written to is refused" not batch -i vocals -f wav -s 'Z:\proc' "$(windows_path "$songs/plain.wav")"
@@ -73,7 +89,7 @@ expect "teko-batch: nothing is left" nothing_left
 interrupted() {
     local before
     before=$(ls "$documents/Save")
-    (cd "$programs" && python3 - "$(windows_path "$songs/long.wav")" <<'END'
+    (cd "$programs" && python3 - "$(windows_path "$songs/Größe.wav")" <<'END'
 import os, pty, re, sys
 pid, console = pty.fork()
 if pid == 0:
@@ -89,16 +105,16 @@ while True:
         os.write(console, b"\x03")
         typed = True
 os.write(2, text[-500:])
-sys.exit(0 if typed and os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]) == 1 and b"Interrupted." in text else 1)
+sys.exit(0 if typed and os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1]) == 1 and "Größe.wav: Interrupted.".encode() in text else 1)
 END
     ) && [[ $(ls "$documents/Save") == "$before" ]]
 }
-expect "teko-batch: Ctrl+C cancels the job" interrupted
+expect "teko-batch: Ctrl+C cancels the job, and the console shows its umlauts" interrupted
 expect "teko-batch: nothing is left after Ctrl+C" nothing_left
 
 # Ended in the middle of its work: its service ends with it, and the next start removes what it left.
 killed() {
-    (cd "$programs" && exec wine teko-batch.exe -i vocals -f wav "$(windows_path "$songs/long.wav")" 2>"$root/killed") &
+    (cd "$programs" && exec wine teko-batch.exe -i vocals -f wav "$(windows_path "$songs/Größe.wav")" 2>"$root/killed") &
     within 120 grep -q processing "$root/killed" && is_running 'teko-service\.exe' || return 1
     wine taskkill /F /IM teko-batch.exe
     within 10 not is_running 'teko-(batch|service|separate)\.exe' && takes plain.wav -i vocals -f mp3

@@ -3,6 +3,7 @@
 #include "service/ffmpegrun.h"
 
 #include "service/childlifetime.h"
+#include "service/longpath.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -24,6 +25,13 @@ void waitForEnd(QProcess &process, const std::atomic<int> &cancelFlag)
         process.kill();
 }
 
+QStringList openableByAll(QStringList arguments)
+{
+    for (QString &argument : arguments)
+        argument = openableByAll(argument);
+    return arguments;
+}
+
 } // namespace
 
 QString ffmpegProgram()
@@ -40,7 +48,7 @@ bool runFfmpeg(QObject *parent, const QString &program, const QStringList &argum
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     bindLifetimeToParent(process);
-    process.start(program, arguments, QIODevice::ReadWrite);
+    process.start(program, openableByAll(arguments), QIODevice::ReadWrite);
     waitForEnd(process, cancelFlag);
     process.close();
     return process.error() != QProcess::FailedToStart

@@ -6,9 +6,6 @@
 
 namespace localservice {
 
-/// Has what is written in UTF-8 shown as such.
-void useUtf8Console();
-
 /// Appends to a file, from now on, what goes to standard error. Nothing changes when the file
 /// cannot be opened.
 void appendErrorsTo(const std::filesystem::path &file);

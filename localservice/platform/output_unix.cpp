@@ -7,9 +7,6 @@
 
 namespace localservice {
 
-// Terminals are set to UTF-8 here.
-void useUtf8Console() { }
-
 void appendErrorsTo(const std::filesystem::path &file)
 {
     const int log = open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);

@@ -7,14 +7,7 @@
 #include <io.h>
 #include <sys/stat.h>
 
-#include <windows.h>
-
 namespace localservice {
-
-void useUtf8Console()
-{
-    SetConsoleOutputCP(CP_UTF8);
-}
 
 void appendErrorsTo(const std::filesystem::path &file)
 {

@@ -4,7 +4,7 @@
 
 namespace localservice {
 
-// A user's folders can be read by this user alone.
+// A user's folders can be read by this user alone. For others the operator sees to it.
 void restrictNewFilesToOwner() { }
 
 } // namespace localservice

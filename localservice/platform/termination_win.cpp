@@ -17,10 +17,9 @@ bool isEndOfInputAwaited = false;
 BOOL WINAPI onConsoleEvent(DWORD event)
 {
     // The program at the other end of the input hears it as well, and has work left for the
-    // service.
-    if (isEndOfInputAwaited && (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT))
-        return TRUE;
-    SetEvent(endEvent);
+    // service before it ends the input.
+    if (!isEndOfInputAwaited)
+        SetEvent(endEvent);
     // With any other event the system ends the program as soon as this returns, or a few
     // seconds later.
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)

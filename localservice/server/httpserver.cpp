@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/server/httpserver.h"
 
+#include "localservice/platform/ports.h"
 #include "localservice/server/httpconnection.h"
 #include "localservice/server/tls.h"
 
@@ -82,7 +83,7 @@ Poco::Net::ServerSocket listenOn(const ServerSettings &settings)
         : makeTlsSocket(settings.certificate, settings.key);
     const Poco::Net::SocketAddress address(settings.host, settings.port);
     try {
-        socket.bind(address, true, false);
+        socket.bind(address, canReusePorts, false);
         socket.listen(listenBacklog);
     } catch (const Poco::IOException &error) {
         // Windows says of a port in use that permission is denied.

@@ -51,6 +51,25 @@ private slots:
                  outcome);
     }
 
+    // A shell that does so hands none on.
+    void expandsPatternsOnWindows()
+    {
+        const QTemporaryDir folder;
+        for (const char *name : {"b.WAV", "a.wav", "1.mp3", "[1].mp3"})
+            QVERIFY(QFile(folder.filePath(name)).open(QIODevice::WriteOnly));
+        const QString pattern = folder.filePath("?.wav");
+        const QString bracketed = folder.filePath("[?]*");
+        const QString fitsNothing = folder.filePath("*.flac");
+#ifdef Q_OS_WIN
+        const QStringList expected{folder.filePath("a.wav"), folder.filePath("b.WAV"),
+                                   folder.filePath("[1].mp3"), fitsNothing};
+#else
+        const QStringList expected{pattern, bracketed, fitsNothing};
+#endif
+        QCOMPARE(parseBatchOptions({"teko-batch", pattern, bracketed, fitsNothing}).files,
+                 expected);
+    }
+
     void choicesLieOverTheUsersSettings()
     {
         const QTemporaryDir folder;

@@ -40,9 +40,7 @@ private slots:
         m_client = std::make_unique<TekoServer>(*m_home->store);
         m_events.clear();
         const auto number = [this](const QString &name) {
-            return [this, name](double value) {
-                m_events += QStringLiteral("%1 %2").arg(name).arg(value);
-            };
+            return [this, name](double value) { m_events += name + QString(" %1").arg(value); };
         };
         connect(m_client.get(), &TekoServer::progressPercents, this, number("upload"));
         connect(m_client.get(), &TekoServer::remainSeconds, this, number("seconds"));
