@@ -38,7 +38,7 @@ class TrainingCast:
 
     def __init__(self, manifest, held_out):
         self._manifest, self._held_out, self._loaded = manifest, held_out, {}
-        self.half = songs.Half({}, [], [], self._path("/usr/share/games/doom/freedoom1.wad"), [])
+        self.set = songs.SongSet({}, [], [], self._path("/usr/share/games/doom/freedoom1.wad"), [])
 
     def _path(self, path):
         return checked(path, self._manifest)
