@@ -49,10 +49,9 @@ class TrainingCast:
         return self._loaded[key]
 
     def font(self, random):
-        if random.random() < 0.35:
+        if self._held_out or random.random() < 0.35:
             return synthesis.OwnInstruments(random)
-        fonts = ["sf2/sf_GMbank.sf2"] if self._held_out else ["sf2/FluidR3_GM.sf2", "sf3/MuseScore_General_Full.sf3"]
-        name = str(random.choice(fonts))
+        name = str(random.choice(["sf2/FluidR3_GM.sf2", "sf3/MuseScore_General_Full.sf3"]))
         return self._once(name, lambda: players.SoundFont(self._path("/usr/share/sounds/" + name)))
 
     def kit(self, random):
