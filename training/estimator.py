@@ -4,7 +4,8 @@
 import torch
 from torch import nn
 
-from fit import PARTS
+from fit import HIGH, PARTS
+from mixes import CENTRES
 
 WIDTHS = [16, 32, 48, 64, 96]
 PADDED = 144  # bands, filled up for four halvings
@@ -74,12 +75,13 @@ class Estimator(nn.Module):
 
 
 def summary_of(mixes, gains, amounts):
-    """As fit.py's summaries, (mixes, 4, PARTS), all as shares of the mix' energy: what each part's mask lets through, the energy of
-    its result, the likeness of its result with the part, the part's energy."""
+    """As fit.py's summaries, (mixes, 6, PARTS), all as shares of the mix' energy: what each part's mask lets through, the energy of
+    its result, the likeness of its result with the part, the part's energy; then the first two of the high bands alone."""
     fields = fields_of(mixes)
     weight = torch.exp2(mixes[:, :1] - mixes[:, :1].amax((2, 3), keepdim=True))
     weight = weight / weight.sum((2, 3), keepdim=True)
     gets = gains ** 2 * fields["masked_twice"] + 2 * gains * amounts * fields["masked"] + amounts ** 2
     like = gains * fields["like_masked"] + amounts * fields["like"]
     values = ((gains * fields["masked"] + amounts).clamp(1e-6, 1), gets, like, fields["own"])
-    return torch.stack([(weight * value).sum((2, 3)) for value in values], 1)
+    high = torch.tensor(CENTRES >= HIGH)
+    return torch.stack([(weight * value).sum((2, 3)) for value in (*values, values[0] * high, values[1] * high)], 1)

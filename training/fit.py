@@ -17,13 +17,19 @@ HERTZ_PER_BIN = 44100 / 4096
 PARTS = 6
 BINS_A_STEP, SONGS_A_STEP = 18000, 4
 AUDIBLE = 1e-3  # of a mix' energy: a part with less does not play
-LEAST_EVIDENCE = 0.2
 QUIET = 17.5  # dB below the mix: enough for a part that does not play
 ABSENT_COST = torch.tensor([0.3, 0.3, 0.3, 0.3, 1, 0.3])  # of each dB that an absent part is louder; few songs are without drums
 HIGH = round(3000 / HERTZ_PER_BIN)  # the bin from which on the survey looks once more
 FAINT = 1e-3  # of a mix' energy: so little that it says nothing
+HIGH_CLUES = slice(PARTS + 1, PARTS + 3)
+SELDOM = 0.03  # of the songs in which a part plays: so many may be called doubtful
+SILENCE = 0.05  # a confidence
+SPARSE = "-2.npz"  # how the samples of sparse mixes end
 DRUMS = 4
-MOST = torch.tensor([1, 1, 1, 1, 0.85, 1])  # confidence: drums of loops are unlike those learned from, and a wrong guess is loud
+# The greatest confidence: drums of loops are unlike those learned from, and a wrong guess is loud; a guitar may be anything.
+MOST = torch.tensor([0.8, 1, 1, 1, 0.85, 1])
+# What a weight of presence costs: where the clues say little, confidence had better not vary much.
+CAUTION = torch.tensor([0.1, 1e-3, 0.1, 0.05, 1e-3, 0.1])[:, None]
 
 
 def knot_shares():
@@ -129,11 +135,16 @@ def summaries(model, songs):
     return torch.stack(rows)
 
 
+def clues(summary):
+    """(songs, part, clue): the shares of all parts; its own sureness; its share of the high bins and its sureness there; 1."""
+    share, gets, high_share, high_gets = summary[:, 0], summary[:, 1], summary[:, 4] + FAINT, summary[:, 5]
+    own = torch.stack([gets / share, torch.log(high_share), high_gets / high_share, torch.ones_like(share)], 2)
+    return torch.cat([torch.log(share + FAINT)[:, None].expand(-1, PARTS, -1), own], 2)
+
+
 def confidences(weights, summary):
     """As SongSurvey::confidence in the engine."""
-    share, gets, high_share, high_gets = summary[:, 0], summary[:, 1], summary[:, 4], summary[:, 5]
-    clues = torch.log(share), gets / share, torch.log(high_share + FAINT), high_gets / (high_share + FAINT)
-    return MOST * torch.sigmoid(sum(clue * weights[:, i] for i, clue in enumerate(clues)) + weights[:, 4])
+    return MOST * torch.sigmoid((clues(summary) * weights).sum(2))
 
 
 def scaled(summary, gain):
@@ -141,19 +152,35 @@ def scaled(summary, gain):
 
 
 def fitted_presence(summary):
-    """Weights (part, 5) of confidences by which scaled results cost least."""
-    weights = torch.tensor([[0.0, 0.0, 0.0, 0.0, 2.0]] * PARTS, requires_grad=True)
+    """Weights (part, clue) of confidences by which scaled results cost least."""
+    given = clues(summary)
+    mean, spread = given.mean(0), given.std(0)
+    mean[:, -1], spread[:, -1] = 0, 1
+    allowed = torch.ones_like(mean)
+    allowed[:DRUMS, HIGH_CLUES] = allowed[DRUMS + 1:, HIGH_CLUES] = 0  # a dull guitar is a guitar
+    weights = torch.zeros_like(mean)
+    weights[:, -1] = 2
+    weights.requires_grad_()
     optimizer = torch.optim.Adam([weights], 0.03)
     for step in range(3000):
         cosine(optimizer, 0.03, step / 3000)
         optimizer.zero_grad()
-        (cost(*scaled(summary, confidences(weights, summary))) + 1e-3 * (weights[:, :4] ** 2).sum()).backward()
+        gain = MOST * torch.sigmoid(((given - mean) / spread * weights * allowed).sum(2))
+        (cost(*scaled(summary, gain)) + (CAUTION * weights[:, :-1] ** 2).sum()).backward()
         optimizer.step()
-        with torch.no_grad():  # what speaks for a part may not speak against it
-            weights[:, :2].clamp_(min=LEAST_EVIDENCE)
-            weights[:, 2:4].clamp_(min=0)
-            weights[:DRUMS, 2:4] = weights[DRUMS + 1:, 2:4] = 0  # a dull guitar is a guitar
-    return weights.detach()
+    plain = weights.detach() * allowed / spread
+    plain[:, -1] -= (plain * mean).sum(1)
+    return plain
+
+
+def low_confidences(weights, summary):
+    """For each part the confidence that it hardly ever has where it plays. Where that would tell of less than half of the songs
+    without it, so little that it means nothing but silence."""
+    values, plays = confidences(weights, summary), summary[:, 3] > AUDIBLE
+    lows = [values[plays[:, part], part].quantile(SELDOM) for part in range(PARTS)]
+    told = [(values[~plays[:, part], part] < low).float().mean() for part, low in enumerate(lows)]
+    print("told of absent parts:", [round(float(share), 2) for share in told], file=sys.stderr)
+    return [float(low) if share > 0.5 else SILENCE for low, share in zip(lows, told)]
 
 
 def report(title, summary, weights):
@@ -173,19 +200,32 @@ def written(numbers):
     return "\n".join(lines)
 
 
+def row(weights, most, low):
+    shares, own = (", ".join(f"{w:.3f}F" for w in some) for some in (weights[:PARTS], [*weights[PARTS:], most, low]))
+    return f"    {{{{{shares}}}, {own}}},"
+
+
+def fitted(songs, sparse, steps):
+    """Masks, fitted to songs; the weights of presence; and what these were fitted to: the songs and sparse ones."""
+    model = fitted_masks(songs, steps)
+    summary = summaries(model, songs + sparse)
+    return model, fitted_presence(summary), summary
+
+
 def main():
     torch.set_num_threads(1)
-    songs = [Song(path) for path in sorted(glob.glob(os.path.join(sys.argv[1], "*.npz")))]
+    paths = sorted(glob.glob(os.path.join(sys.argv[1], "*.npz")))
+    songs, sparse = ([Song(path) for path in paths if path.endswith(SPARSE) == is_sparse] for is_sparse in (False, True))
     steps = int(sys.argv[2]) if len(sys.argv) > 2 else 700
-    learned, held_out = [s for s in songs if s.number % 10 != 9], [s for s in songs if s.number % 10 == 9]
-    trial = fitted_masks(learned, steps)
-    report("held out", summaries(trial, held_out), fitted_presence(summaries(trial, learned)))
-    model = fitted_masks(songs, steps)
-    summary = summaries(model, songs)
-    presence = fitted_presence(summary)
+    learned, held_out = [([s for s in some if (s.number % 10 == 9) == is_held_out] for some in (songs, sparse)) for is_held_out in (False, True)]
+    trial, presence, _ = fitted(*learned, steps)
+    for title, some in zip(("held out", "held out, sparse"), held_out):
+        report(title, summaries(trial, some), presence)
+    model, presence, summary = fitted(songs, sparse, steps)
     report("all", summary, presence)
     weights = np.round(model.plain() * 1000).astype(int).ravel()
-    print(TEXT.format(weights=written(weights), presence="\n".join("    {" + ", ".join(f"{w:.3f}F" for w in [*row, most]) + "}," for row, most in zip(presence[:-1], MOST))), end="")
+    rows = [row(*each) for each in zip(presence[:-1], MOST, low_confidences(presence, summary))]
+    print(TEXT.format(weights=written(weights), presence="\n".join(rows)), end="")
 
 
 TEXT = """// SPDX-FileCopyrightText: The TEKO authors

@@ -4,10 +4,8 @@
 """Compares an estimator with the separator on songs that nothing was learned from, and says whether it may take its place.
 
 usage: gate.py SONGS TEKO-SEPARATE SEPARATOR.json [TEKO-BANDS WEIGHTS]
-SONGS holds the bench's folders held-out and held-out-2, as gate.sha256 lists them. The separator's scores are kept in
+SONGS holds the bench's folders held-out and held-out-2, as the bench lists them. The separator's scores are kept in
 SEPARATOR.json. Ends with 1 when the gate is closed."""
-import glob
-import hashlib
 import json
 import os
 import subprocess
@@ -19,32 +17,21 @@ import torch
 
 from estimator import Estimator, inputs_of, summary_of
 from fit import PARTS, confidences
-from material import HERE
 from mixes import BandMeter, FRAMES, packed
+import songs
 from bench import INSTRUMENTS, parts_of, read
 from spectra import BINS, below, istft, sdr, spread, stft
 
 NEEDED = {"guitar": 0, "vocals": 1.5, "piano": 1, "bass": 1.5, "drums": 1.5}  # dB of mean gain
+SETS = "held-out", "held-out-2"
 LOOPS = {"held-out/h11", "held-out/h12", "held-out-2/s11", "held-out-2/s12"}
 CONTEXT = 80  # frames at the ends of a block whose masks are another block's
 
 
-def digest_of(folder):
-    """Of all files of a song."""
-    digest = hashlib.sha256()
-    for path in sorted(glob.glob(os.path.join(folder, "*.wav"))):
-        with open(path, "rb") as file:
-            digest.update(file.read())
-    return digest.hexdigest()
-
-
 def frozen_songs(folder):
-    with open(os.path.join(HERE, "gate.sha256")) as file:
-        listed = {name: digest for digest, name in (line.split() for line in file)}
-    for name, digest in listed.items():
-        if digest_of(os.path.join(folder, name)) != digest:
-            raise SystemExit(f"The song {name} is not the one that gate.sha256 lists.")
-    return {name: os.path.join(folder, name) for name in listed}
+    for name in SETS:
+        songs.check(folder, name)
+    return {f"{name}/{plan.name}": os.path.join(folder, name, plan.name) for name in SETS for plan in songs.SETS[name].songs}
 
 
 def scored(song, estimate):
@@ -144,9 +131,9 @@ def per_song(old, new):
 def main():
     folder, program, kept = sys.argv[1:4]
     torch.set_num_threads(1)
-    songs = frozen_songs(folder)
+    frozen = frozen_songs(folder)
     if not os.path.exists(kept):
-        results = {name: scored(song, separators(program)) for name, song in songs.items()}
+        results = {name: scored(song, separators(program)) for name, song in frozen.items()}
         with open(kept, "w") as file:
             json.dump(results, file, indent=1)
     if len(sys.argv) < 6:
@@ -154,7 +141,7 @@ def main():
     with open(kept) as file:
         old = json.load(file)
     network = Network(*sys.argv[4:6])
-    new = {name: scored(song, network) for name, song in songs.items()}
+    new = {name: scored(song, network) for name, song in frozen.items()}
     network.close()
     lines, is_open = verdict(old, new)
     print("\n".join(lines + per_song(old, new) + ["The gate is " + ("open." if is_open else "closed.")]))

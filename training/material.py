@@ -38,7 +38,7 @@ class TrainingCast:
 
     def __init__(self, manifest, held_out):
         self._manifest, self._held_out, self._loaded = manifest, held_out, {}
-        self.half = songs.Half({}, [], [], self._path("/usr/share/games/doom/freedoom1.wad"), [])
+        self.set = songs.SongSet({}, [], [], self._path("/usr/share/games/doom/freedoom1.wad"), [])
 
     def _path(self, path):
         return checked(path, self._manifest)
@@ -49,10 +49,9 @@ class TrainingCast:
         return self._loaded[key]
 
     def font(self, random):
-        if random.random() < 0.35:
+        if self._held_out or random.random() < 0.35:
             return synthesis.OwnInstruments(random)
-        fonts = ["sf2/sf_GMbank.sf2"] if self._held_out else ["sf2/FluidR3_GM.sf2", "sf3/MuseScore_General_Full.sf3"]
-        name = str(random.choice(fonts))
+        name = str(random.choice(["sf2/FluidR3_GM.sf2", "sf3/MuseScore_General_Full.sf3"]))
         return self._once(name, lambda: players.SoundFont(self._path("/usr/share/sounds/" + name)))
 
     def kit(self, random):

@@ -18,7 +18,7 @@ from material import HERE, SCALE, checked
 from samples import mixed
 from songs import PARTS, SONIC_PI
 from sound import RATE, at_speed, driven, equalised, fitted, levelled, load
-from spectra import EDGES, BANDS, HOP
+from spectra import BANDS, CENTRES, EDGES, HOP
 
 FIELDS, PER_PART = 5 + 5 * len(PARTS), 5
 FRAMES = 432  # spectra of a mix: ten seconds

@@ -3,8 +3,8 @@
 # SPDX-License-Identifier: Apache-2.0
 """Mixes the parts that material.py rendered, each time otherwise, and has the separator's cues measured at random bins.
 
-usage: samples.py PARTS TEKO-CUES SAMPLES [TAKES]
-PARTS holds NNNN.npy; SAMPLES gets NNNN-T.npz for each of TAKES (2) mixes of each song."""
+usage: samples.py PARTS TEKO-CUES SAMPLES
+PARTS holds NNNN.npy; SAMPLES gets of each song NNNN-0.npz and NNNN-1.npz, two whole mixes, and NNNN-2.npz, a sparse one."""
 import glob
 import os
 import subprocess
@@ -17,6 +17,7 @@ from songs import LEVELS, PARTS
 from sound import placed
 
 ABSENT = {"guitar": 0.15, "vocals": 0.15, "piano": 0.2, "bass": 0.12, "drums": 0.12, "rest": 0.3}
+SPARSE = 2  # the take with few parts
 
 
 def seats(random):
@@ -35,10 +36,17 @@ def seats(random):
     return {"guitar": guitar, "piano": piano, "rest": random.uniform(-0.6, 0.6)}
 
 
-def mixed(parts, random):
-    """The parts (6, 2, frames) as they stand in one mix; some of them are silent."""
+def few(parts, random):
+    """One to three of the parts that are not silent."""
+    sounding = [i for i in range(len(PARTS)) if parts[i].any()]
+    chosen = random.permutation(sounding)[:random.integers(1, 4)]
+    return [i in chosen for i in range(len(PARTS))]
+
+
+def mixed(parts, random, sparse=False):
+    """The parts (6, 2, frames) as they stand in one mix; some of them, or all but a few, are silent."""
     pans, mono = seats(random), random.random() < 0.07
-    present = [random.random() >= ABSENT[part] for part in PARTS]
+    present = few(parts, random) if sparse else [random.random() >= ABSENT[part] for part in PARTS]
     result = np.zeros_like(parts)
     for i, part in enumerate(PARTS):
         pan = np.clip(pans.get(part, random.normal(0, 0.04)), -1, 1)
@@ -48,7 +56,7 @@ def mixed(parts, random):
             result[i] = placed(parts[i], pan, width) * gain
     if mono:
         result[:] = result.mean(1, keepdims=True)
-    return result if np.abs(result[:5]).max() > 1e-3 else mixed(parts, random)
+    return result if np.abs(result[:5]).max() > 1e-3 else mixed(parts, random, sparse)
 
 
 def measured(program, parts, seed):
@@ -63,14 +71,13 @@ def measured(program, parts, seed):
 
 def main():
     folder, program, output = sys.argv[1:4]
-    takes = int(sys.argv[4]) if len(sys.argv) > 4 else 2
     os.makedirs(output, exist_ok=True)
     for path in sorted(glob.glob(os.path.join(folder, "*.npy"))):
         name = os.path.basename(path)[:-4]
         parts = np.load(path).astype(np.float32) / SCALE
-        for take in range(takes):
+        for take in range(SPARSE + 1):
             seed = int(name) + 1000 * take
-            sample = measured(program, mixed(parts, np.random.default_rng(seed)), seed)
+            sample = measured(program, mixed(parts, np.random.default_rng(seed), take == SPARSE), seed)
             np.savez(os.path.join(output, f"{name}-{take}.npz"), **sample)
 
 

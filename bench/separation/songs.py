@@ -3,6 +3,7 @@
 """The bench's songs: known parts, rendered from Debian packages with fixed seeds, in sets; those that are held out share no source with
 the one for tuning."""
 import glob
+import hashlib
 import os
 import subprocess
 import tempfile
@@ -26,12 +27,12 @@ LMMS = "/usr/share/lmms/samples/"
 FRETS = "/usr/share/games/fretsonfire/data/songs/"
 
 
-class Half(NamedTuple):
-    """What one half of the songs is made of."""
+class SongSet(NamedTuple):
+    """What the songs of a set are made of."""
     fonts: dict  # name: player
     kits: list  # folders of drum kits and sound fonts of drums
     voices: list  # patterns of recordings, or voices of speech synthesizers
-    scores: str  # a data file of Freedoom
+    scores: str  # a data file of Freedoom, or a folder of scores
     songs: list
 
 
@@ -51,7 +52,7 @@ def _font(name):
     return lambda: SoundFont(f"/usr/share/sounds/{name}", is_kit="_LV2" in name)
 
 
-TUNING = Half(
+TUNING = SongSet(
     fonts={"fluid": _font("sf2/FluidR3_GM.sf2"), "musescore": _font("sf3/MuseScore_General_Full.sf3"), "csound": _font("sf2/sf_GMbank.sf2")},
     kits=["sf2/FluidR3_GM.sf2", "sf3/MuseScore_General_Full.sf3", "sf2/Black_Pearl_4_LV2.sf2", HYDROGEN + "ForzeeStereo", HYDROGEN + "Audiophob", HYDROGEN + "Millo_MultiLayered2"],
     voices=["/usr/share/klettres/fr/*/*.ogg", "/usr/share/klettres/lt/*/*.ogg", "/usr/share/klettres/en_GB/*/*.ogg",
@@ -68,7 +69,7 @@ TUNING = Half(
         Plan("t15", "take", 15, detail=("sectoid/Feelings", 60)), Plan("t16", "take", 16, detail=("sectoid/War of freedom", 60)),
     ])
 
-HELD_OUT = Half(
+HELD_OUT = SongSet(
     fonts={"tim": _font("sf2/TimGM6mb.sf2"), "freepats": lambda: Patches("/etc/timidity/freepats.cfg")},
     kits=["sf2/TimGM6mb.sf2", "sf2/Red_Zeppelin_4_LV2.sf2", HYDROGEN + "BJA_Pacific", HYDROGEN + "ColomboAcousticDrumkit", HYDROGEN + "HardElectro1", HYDROGEN + "The Black Pearl 1.0"],
     voices=["/usr/share/klettres/it/*/*.ogg", "/usr/share/klettres/ru/*/*.ogg", "/usr/share/klettres/pt_BR/*/*.ogg",
@@ -84,7 +85,7 @@ HELD_OUT = Half(
         Plan("h13", "written", 113, (0.0, 0.9), ("drums",)), Plan("h14", "written", 114, (-0.9, 0.0), ("guitar",)),
         Plan("h15", "take", 115, detail=("muldjord/armygeddon", 60)), Plan("h16", "take", 116, detail=("muldjord/chaos_god", 60)),
     ])
-SECOND = Half(
+SECOND = SongSet(
     fonts=HELD_OUT.fonts,
     kits=["sf2/TimGM6mb.sf2", HYDROGEN + "rumpf_kit_z01_h2", HYDROGEN + "ElectricEmpireKit", HYDROGEN + "VariBreaks"],
     voices=["/usr/share/klettres/de/*/*.ogg", "/usr/share/klettres/es/*/*.ogg", "/usr/share/klettres/uk/*/*.ogg",
@@ -95,12 +96,12 @@ SECOND = Half(
         Plan("s04", "written", 204, (0.6, 0.2), ("vocals",)), Plan("s05", "written", 205, (2, 0.0)), Plan("s06", "written", 206, (-0.5, -0.6), ("bass",)),
         Plan("s07", "score", 207, (0.5, -0.4), detail=("D_DOOM", 30)), Plan("s08", "score", 208, (2, 0.0), detail=("D_MESSAG", 30)),
         Plan("s09", "score", 209, (-0.4, 0.5), detail=("D_TENSE", 30)), Plan("s10", "written", 210, (0.0, 0.0), mono=True),
-        Plan("s11", "loops", 211, (0.6, -0.5), detail=("break02", "rave_bass01", "electro_beat01")),
+        Plan("s11", "loops", 211, (0.6, -0.5), detail=("break02", "basses/rave_bass01", "electro_beat01")),
         Plan("s12", "loops", 212, (-0.3, 0.3), ("piano",), detail=("909beat01", "tb303_01", "rave_hihat01")),
         Plan("s13", "written", 213, (0.8, 0.0), ("drums",)), Plan("s14", "written", 214, (0.0, 0.9), ("guitar",)),
         Plan("s15", "take", 215, detail=("muldjord/internal_degeneration", 60)), Plan("s16", "take", 216, detail=("muldjord/mutilated_mime", 60)),
     ])
-THIRD = Half(
+THIRD = SongSet(
     fonts={"opl3": _font("sf2/OPL-3_FM_128M.sf2"), **HELD_OUT.fonts},
     kits=["sf2/OPL-3_FM_128M.sf2", HYDROGEN + "GMRockKit", HYDROGEN + "TR808EmulationKit", HYDROGEN + "Millo-Drums_v.1"],
     voices=["/usr/share/klettres/cs/*/*.ogg", "/usr/share/klettres/da/*/*.ogg", "/usr/share/klettres/he/*/*.ogg", "/usr/share/klettres/nb/*/*.ogg",
@@ -117,9 +118,15 @@ THIRD = Half(
         Plan("n14", "score", 314, (0.3, 0.0), detail=("chemistry_lab", 30)), Plan("n15", "written", 315, (-0.8, 0.0), ("drums",)),
         Plan("n16", "written", 316, (0.0, -0.8), ("guitar",)),
     ])
-HALVES = {"tuning": TUNING, "held-out": HELD_OUT, "held-out-2": SECOND, "held-out-3": THIRD}
+SPARSE = SongSet({}, [], [], "", [Plan(f"p{number:02}", "sparse", 0, detail=detail) for number, detail in enumerate([
+    ("held-out/h01", "guitar"), ("held-out-2/s02", "guitar"), ("held-out-3/n03", "guitar"), ("held-out/h05", "piano"),
+    ("held-out-2/s10", "piano"), ("held-out-3/n05", "piano"), ("held-out/h06", "vocals"), ("held-out-2/s07", "bass"),
+    ("held-out-3/n02", "drums"), ("held-out/h02", "guitar", "vocals"), ("held-out-2/s03", "guitar", "vocals"), ("held-out-3/n09", "piano", "vocals"),
+    ("held-out-2/s05", "piano", "vocals"), ("held-out/h10", "bass", "drums"), ("held-out/h07", "guitar", "bass", "drums"),
+    ("held-out-3/n16", "piano", "bass", "drums")], 1)])
+SETS = {"tuning": TUNING, "held-out": HELD_OUT, "held-out-2": SECOND, "held-out-3": THIRD, "sparse": SPARSE}
 
-SAMPLERS = {  # key: file of recorded single tones, by half
+SAMPLERS = {  # key: file of recorded single tones, by set
     "tuning": {"guitar": {64: SONIC_PI + "guit_em9.flac"}, "piano": {60: SONIC_PI + "ambi_piano.flac"},
                "bass": {36: SONIC_PI + "bass_woodsy_c.flac"}, "rest": {60: SONIC_PI + "ambi_choir.flac"}},
     "held-out": {"guitar": {52: LMMS + "instruments/steel_guitar01.ogg"}, "piano": {60: LMMS + "instruments/piano02.ogg"},
@@ -133,11 +140,11 @@ WORDS = ("love night fire heart away alone river dream morning shine forever hom
 
 
 class Cast:
-    """The players of one half, loaded when they are needed first."""
+    """The players of one set, loaded when they are needed first."""
 
-    def __init__(self, half):
-        self.half = HALVES[half]
-        self.samplers = SAMPLERS[half]
+    def __init__(self, name):
+        self.set = SETS[name]
+        self.samplers = SAMPLERS[name]
         self._loaded = {}
 
     def _once(self, key, make):
@@ -146,15 +153,15 @@ class Cast:
         return self._loaded[key]
 
     def font(self, random):
-        name = str(random.choice(list(self.half.fonts)))
-        return self._once(name, self.half.fonts[name])
+        name = str(random.choice(list(self.set.fonts)))
+        return self._once(name, self.set.fonts[name])
 
     def kit(self, random):
-        name = str(random.choice(self.half.kits))
+        name = str(random.choice(self.set.kits))
         return self._once(name, lambda: drum_kit(name) if name.startswith("/") else _font(name)())
 
     def singer(self, random):
-        name = str(random.choice(self.half.voices))
+        name = str(random.choice(self.set.voices))
         return self._once(name, lambda: singer(name, random))
 
     def sampler(self, part):
@@ -236,7 +243,7 @@ def part_of(program):
 def score_parts(plan, cast, random):
     """The parts of an excerpt of a score that somebody wrote; one lead instrument is sung instead."""
     name, begin = plan.detail
-    by_program = midi.notes_by_program(midi.score(cast.half.scores, name), begin, plan.seconds)
+    by_program = midi.notes_by_program(midi.score(cast.set.scores, name), begin, plan.seconds)
     parts = {part: np.zeros((2, plan.seconds * RATE), np.float32) for part in PROGRAMS}
     leads = [p for p in by_program if part_of(p) == "rest" and len(by_program[p]) > 12]
     if leads:
@@ -253,7 +260,10 @@ def score_parts(plan, cast, random):
 
 
 def found_sample(name):
-    return next(path for folder in (SONIC_PI, LMMS) for path in glob.glob(f"{folder}**/{name}.*", recursive=True))
+    found = [path for folder in (SONIC_PI, LMMS) for path in sorted(glob.glob(f"{folder}**/{name}.*", recursive=True))]
+    if len(found) != 1:
+        raise SystemExit(f"Of the sample {name} there is not one: {found}.")
+    return found[0]
 
 
 def loop_parts(plan, cast, random):
@@ -264,12 +274,12 @@ def loop_parts(plan, cast, random):
     singer_ = cast.singer(random)
     parts = {
         "drums": loops[0] + 0.4 * loops[2],
-        "bass": cast.sampler("bass").play(composer.bass(song), plan.seconds) if cast.half is TUNING else loops[1],
+        "bass": cast.sampler("bass").play(composer.bass(song), plan.seconds) if cast.set is TUNING else loops[1],
         "vocals": sung(singer_, composer.melody(song, singer_.key + int(random.integers(0, 7))), plan.seconds, random),
         "guitar": cast.sampler("guitar").play(composer.guitar(song)[0], plan.seconds),
         "piano": cast.sampler("piano").play(composer.piano(song), plan.seconds),
     }
-    return {**parts, "rest": loops[1] if cast.half is TUNING else cast.sampler("rest").play(composer.others(song), plan.seconds)}
+    return {**parts, "rest": loops[1] if cast.set is TUNING else cast.sampler("rest").play(composer.others(song), plan.seconds)}
 
 
 def take_parts(plan):
@@ -293,8 +303,8 @@ def mixed_down(parts, plan, random):
     return parts
 
 
-def make(plan, cast):
-    """The parts of a song that play in it, as they stand in its mix."""
+def played_parts(plan, cast):
+    """The parts of a song that play in it, at the levels that they have in its mix."""
     random = np.random.default_rng(plan.seed)
     if plan.kind == "take":
         parts = take_parts(plan)
@@ -303,21 +313,49 @@ def make(plan, cast):
         parts = {part: sound for part, sound in maker(plan, cast, random).items() if part not in plan.without and np.abs(sound).max() > 1e-4}
         parts = mixed_down(parts, plan, random)
     if plan.mono:
-        parts = {part: np.repeat(sound.mean(0, keepdims=True), 2, axis=0) for part, sound in parts.items()}
+        return {part: np.repeat(sound.mean(0, keepdims=True), 2, axis=0) for part, sound in parts.items()}
+    return parts
+
+
+def sparse_parts(plan, folder):
+    """A few of the parts of a song of another set."""
+    song, *parts = plan.detail
+    return {part: load(os.path.join(folder, song, part + ".wav")) for part in parts}
+
+
+def make(plan, cast, folder):
+    """The parts of a song that play in it, as they stand in its mix; `folder` holds the other sets."""
+    parts = sparse_parts(plan, folder) if plan.kind == "sparse" else played_parts(plan, cast)
     peak = np.abs(sum(parts.values())).max()
     return {part: fitted(sound * (0.9 / peak), plan.seconds * RATE) for part, sound in parts.items()}
 
 
-def render(folder, half):
-    """Writes mix.wav and a WAV file for each part that plays, into a folder for each song of a half."""
-    cast = Cast(half)
-    for plan in HALVES[half].songs:
-        place = os.path.join(folder, plan.name)
-        if os.path.exists(os.path.join(place, "mix.wav")):
-            continue
-        os.makedirs(place, exist_ok=True)
-        parts = make(plan, cast)
-        for part, sound in parts.items():
-            save(os.path.join(place, part + ".wav"), sound, "FLOAT")
-        save(os.path.join(place, "mix.wav"), sum(parts.values()))
-        print(plan.name, plan.kind, *parts, flush=True)
+def check(folder, name):
+    """Ends the script where a song of a set is not the one that songs.sha256 lists."""
+    with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "songs.sha256")) as file:
+        listed = {path: digest for digest, path in (line.split() for line in file)}
+    for plan in SETS[name].songs:
+        path = f"{name}/{plan.name}/mix.wav"
+        with open(os.path.join(folder, path), "rb") as file:
+            if hashlib.file_digest(file, "sha256").hexdigest() != listed.get(path):
+                raise SystemExit(f"{path} is not the song that songs.sha256 lists: its scores cannot be compared with others.")
+
+
+def render(folder, name):
+    """Writes mix.wav and a WAV file for each part that plays into FOLDER/SET/SONG. All songs of a set or none: what a player
+    has played before may change how it plays."""
+    if not all(os.path.exists(os.path.join(folder, name, plan.name, "mix.wav")) for plan in SETS[name].songs):
+        for plan in SPARSE.songs if name == "sparse" else ():
+            render(folder, plan.detail[0].split("/")[0])
+        cast = None if name == "sparse" else Cast(name)
+        for plan in SETS[name].songs:
+            write(os.path.join(folder, name, plan.name), make(plan, cast, folder))
+            print(plan.name, plan.kind, flush=True)
+    check(folder, name)
+
+
+def write(place, parts):
+    os.makedirs(place, exist_ok=True)
+    for part, sound in parts.items():
+        save(os.path.join(place, part + ".wav"), sound, "FLOAT")
+    save(os.path.join(place, "mix.wav"), sum(parts.values()))

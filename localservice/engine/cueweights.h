@@ -14,12 +14,13 @@ extern const std::array<std::int16_t, partCount * cueCount * weightKnots.size()>
 /// How the presence of a part shows in the masks of a whole song.
 struct PresenceWeights
 {
-    float share; ///< for each e-fold of its share of the energy
+    std::array<float, partCount> shares; ///< for each e-fold of each part's share of the energy
     float sureness; ///< for the mean of its masks, weighted by what they let through
-    float highShare; ///< as above, of the high frequencies alone: for the drums
-    float highSureness;
+    float highShare; ///< its share of the high frequencies: for the drums
+    float highSureness; ///< the mean of its masks there
     float always;
     float most; ///< the greatest confidence
+    float low; ///< below this the part seldom plays
 };
 
 /// For each part but the rest; fitted as above.

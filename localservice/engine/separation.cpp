@@ -27,6 +27,11 @@ void toPlanes(std::span<const std::int32_t> samples, int bits, Planes &planes)
     }
 }
 
+bool isSilent(const std::vector<std::int32_t> &samples)
+{
+    return std::ranges::all_of(samples, [](std::int32_t sample) { return sample == 0; });
+}
+
 // One run through a song from its beginning, hop by hop.
 class HopReader
 {
@@ -45,12 +50,11 @@ public:
     {
         samples.assign(Stft::hopSize * m_channels, 0);
         const auto wanted = std::min<std::int64_t>(m_left, Stft::hopSize);
-        const auto got = wanted > 0
-            ? m_reader.read(std::span(samples).first(static_cast<std::size_t>(wanted) * m_channels))
-            : 0;
         // A file that ends early is silent from there on.
+        if (wanted > 0)
+            m_reader.read(std::span(samples).first(static_cast<std::size_t>(wanted) * m_channels));
         m_left -= wanted;
-        return std::max(got, wanted);
+        return wanted;
     }
 
     [[nodiscard]] double share() const
@@ -65,8 +69,7 @@ private:
     std::size_t m_channels;
 };
 
-// How sure it is that a song's instrument plays and can be told from the others: 0 to 1.
-float survey(WavReader &reader, Part instrument, JobControl &control)
+Confidence survey(WavReader &reader, Part instrument, JobControl &control)
 {
     const WavShape &shape = reader.shape();
     const auto channels = static_cast<std::size_t>(shape.channels);
@@ -74,15 +77,18 @@ float survey(WavReader &reader, Part instrument, JobControl &control)
     HopReader hops(reader, shape.frames);
     std::vector<std::int32_t> samples;
     Planes hop(channels, std::vector<float>(Stft::hopSize));
-    for (int index = 0; hops.next(samples) > 0 && !control.cancelled; ++index) {
-        const int turn = index % pieceHops;
+    for (int turn = 0; hops.next(samples) > 0 && !control.cancelled;) {
+        control.progress = surveyShare * hops.share();
+        // A piece begins where something sounds.
+        if (turn == 0 && isSilent(samples))
+            continue;
         if (turn == 0)
             song.beginPiece();
         if (turn < pieceHops / 2) {
             toPlanes(samples, shape.bits, hop);
             song.push(hop);
         }
-        control.progress = surveyShare * hops.share();
+        turn = (turn + 1) % pieceHops;
     }
     return song.confidence();
 }
@@ -154,10 +160,10 @@ std::optional<Confidence> separate(const SeparationTask &task, JobControl &contr
 {
     WavReader reader(task.input);
     const WavShape shape = reader.shape();
-    const float confidence = survey(reader, task.instrument, control);
+    const Confidence confidence = survey(reader, task.instrument, control);
 
     const auto channels = static_cast<std::size_t>(shape.channels);
-    Separator separator(channels, shape.sampleRate, task.instrument, confidence);
+    Separator separator(channels, shape.sampleRate, task.instrument, confidence.value);
     ResultPair results(task, shape);
     HopReader hops(reader, shape.frames);
     Planes in(channels, std::vector<float>(Stft::hopSize));
@@ -180,7 +186,7 @@ std::optional<Confidence> separate(const SeparationTask &task, JobControl &contr
     if (control.cancelled)
         return std::nullopt;
     results.finish();
-    return Confidence{confidence};
+    return confidence;
 }
 
 } // namespace localservice

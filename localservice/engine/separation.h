@@ -3,6 +3,7 @@
 #pragma once
 
 #include "localservice/engine/part.h"
+#include "localservice/engine/survey.h"
 #include "localservice/engine/wavfile.h"
 
 #include <atomic>
@@ -29,15 +30,6 @@ struct JobControl
 {
     std::atomic<double> progress = 0; ///< 0 to 1
     std::atomic<bool> cancelled = false;
-};
-
-/// How sure a separator is that a song's instrument plays in it and can be told from the others.
-struct Confidence
-{
-    float value = 0; ///< 0 to 1; the instrument is made as much softer
-
-    /// Whether little is to be expected of the result.
-    [[nodiscard]] bool isLow() const { return value < 0.6F; }
 };
 
 /// Separates a song with the built-in separator. The two results add up to the input exactly.

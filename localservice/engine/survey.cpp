@@ -18,7 +18,7 @@ constexpr double faint = 1e-3;
 } // namespace
 
 SongSurvey::SongSurvey(std::size_t channels, int sampleRate, Part wanted)
-    : m_wanted(wanted)
+    : m_wanted(static_cast<std::size_t>(wanted))
     , m_history(channels)
     , m_meter(sampleRate)
     , m_model(cueWeights, static_cast<float>(sampleRate) / Stft::frameSize)
@@ -33,33 +33,38 @@ void SongSurvey::push(const Planes &in)
     if (++m_heard < medianSpan)
         return;
     m_model.computeMasks(m_meter.measure(m_history).values, m_masks);
-    add(m_history.frame(0).magnitudes, m_masks[static_cast<std::size_t>(m_wanted)]);
+    add(m_history.frame(0).magnitudes);
 }
 
-void SongSurvey::add(const std::vector<float> &magnitudes, const std::vector<float> &mask)
+void SongSurvey::add(const std::vector<float> &magnitudes)
 {
+    const std::vector<float> &mask = m_masks[m_wanted];
     for (std::size_t bin = 0; bin < mask.size(); ++bin) {
-        const float energy = magnitudes[bin] * magnitudes[bin];
-        Sums &sums = bin < m_firstHighBin ? m_low : m_high;
+        const double energy = magnitudes[bin] * magnitudes[bin];
         m_energy += energy;
-        sums.share += energy * mask[bin];
-        sums.sure += energy * mask[bin] * mask[bin];
+        for (std::size_t part = 0; part < partCount; ++part)
+            m_shares[part] += energy * m_masks[part][bin];
+        m_sure += energy * mask[bin] * mask[bin];
+        if (bin < m_firstHighBin)
+            continue;
+        m_highShare += energy * mask[bin];
+        m_highSure += energy * mask[bin] * mask[bin];
     }
 }
 
-float SongSurvey::confidence() const
+Confidence SongSurvey::confidence() const
 {
-    const double share = m_low.share + m_high.share;
-    // Nothing was heard that could speak against the instrument.
-    if (share <= 0)
-        return 1;
-    const PresenceWeights &weights = presenceWeights[static_cast<std::size_t>(m_wanted)];
-    const double highShare = m_high.share + faint * m_energy;
-    const double evidence = weights.share * std::log(share / m_energy)
-        + weights.sureness * (m_low.sure + m_high.sure) / share
-        + weights.highShare * std::log(highShare / m_energy)
-        + weights.highSureness * m_high.sure / highShare + weights.always;
-    return weights.most / static_cast<float>(1 + std::exp(-evidence));
+    const PresenceWeights &weights = presenceWeights[m_wanted];
+    // What is too short to be judged speaks against nothing.
+    if (m_shares[m_wanted] <= 0)
+        return {m_heard > 0 ? 1.0F : 0.0F, weights.low};
+    double evidence = weights.always + weights.sureness * m_sure / m_shares[m_wanted];
+    for (std::size_t part = 0; part < partCount; ++part)
+        evidence += weights.shares[part] * std::log(m_shares[part] / m_energy + faint);
+    const double highShare = m_highShare + faint * m_energy;
+    evidence += weights.highShare * std::log(highShare / m_energy)
+        + weights.highSureness * m_highSure / highShare;
+    return {weights.most / static_cast<float>(1 + std::exp(-evidence)), weights.low};
 }
 
 } // namespace localservice

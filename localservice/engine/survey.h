@@ -7,6 +7,16 @@
 
 namespace localservice {
 
+/// How sure a separator is that a song's instrument plays in it and can be told from the others.
+struct Confidence
+{
+    float value = 0; ///< 0 to 1; the instrument is made as much softer
+    float low = 0; ///< below this the instrument seldom plays; it depends on the instrument
+
+    /// Whether little is to be expected of the result.
+    [[nodiscard]] bool isLow() const { return value < low; }
+};
+
 /// Listens to a song, or to pieces of it, to find out whether an instrument plays in it at all.
 class SongSurvey final
 {
@@ -17,29 +27,26 @@ public:
     void push(const Planes &in);
     void beginPiece() { m_heard = 0; }
 
-    /// How sure it is that the instrument plays and can be told from the others: 0 to 1.
-    [[nodiscard]] float confidence() const;
+    /// How sure it is by what it has heard: 0 if that was nothing, 1 if it was too short.
+    [[nodiscard]] Confidence confidence() const;
 
 private:
-    // What of a song's energy a part gets.
-    struct Sums
-    {
-        double share = 0;
-        double sure = 0; // weighted by its masks once more
-    };
+    void add(const std::vector<float> &magnitudes);
 
-    void add(const std::vector<float> &magnitudes, const std::vector<float> &mask);
-
-    Part m_wanted;
+    std::size_t m_wanted;
     FrameHistory m_history;
     CueMeter m_meter;
     MaskModel m_model;
     FrameMasks m_masks;
     int m_heard = 0; // hops of this piece
     std::size_t m_firstHighBin;
-    double m_energy = 0; // of the song
-    Sums m_low; // below m_firstHighBin
-    Sums m_high; // from there on
+    // Of the song's energy: all of it, what each part gets, and what the wanted one gets of that
+    // when its masks are applied once more; the last two then from m_firstHighBin on.
+    double m_energy = 0;
+    std::array<double, partCount> m_shares{};
+    double m_sure = 0;
+    double m_highShare = 0;
+    double m_highSure = 0;
 };
 
 } // namespace localservice

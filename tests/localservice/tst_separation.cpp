@@ -14,6 +14,7 @@
 
 #include <fstream>
 #include <numeric>
+#include <set>
 #include <thread>
 
 using namespace localservice;
@@ -108,11 +109,21 @@ private slots:
             [](qint64 frame, int) { return tone(330, frame, 0.02); });
         add("a deep tone is the bass", Part::Bass, 0.6,
             [](qint64 frame, int) { return tone(65, frame, 0); });
-        add("what rings on one side may be the guitar", Part::Guitar, 0.05,
+        add("what rings on one side may be the guitar", Part::Guitar, 0.1,
             [](qint64 frame, int side) {
                 const double age = double(frame % 22050) / 44100;
                 return side ? 0.0 : tone(196, frame, 0) * std::exp(-3 * age);
             });
+        add("struck soft chords on one side may be the piano", Part::Piano, 0.1,
+            [](qint64 frame, int side) {
+                double sum = 0;
+                for (const int hertz : {262, 330, 392, 524, 660, 784})
+                    sum += sine(hertz, frame, 44100) / (hertz < 400 ? 3 : 6);
+                return (side ? 1 : 0.1) * sum * std::exp(-3 * double(frame % 22050) / 44100);
+            });
+        add("strokes that come in late are drums", Part::Drums, 0.5, [](qint64 frame, int side) {
+            return frame < 2 * 44100 ? tone(65, frame, 0) / 50 : stroke(frame, side);
+        });
     }
 
     void soundGoesToItsPart()
@@ -121,7 +132,11 @@ private slots:
         const WavShape shape{2, 44100, 16, 6 * 44100};
         const std::vector<std::int32_t> input = soundOf(shape, voice);
         writeWav(at("in.wav"), shape, input);
-        for (const Part other : {Part::Guitar, Part::Vocals, Part::Bass, Part::Drums}) {
+        // Guitar and piano are hardly told apart.
+        const std::set<Part> alike = {Part::Guitar, Part::Piano};
+        for (const Part other :
+             {Part::Guitar, Part::Vocals, Part::Piano, Part::Bass, Part::Drums}) {
+            const double most = alike.count(part) && alike.count(other) ? least : 0.01;
             JobControl control;
             const std::optional<Confidence> confidence = separate(task(other), control);
             QVERIFY(confidence.has_value());
@@ -129,7 +144,7 @@ private slots:
             QVERIFY(other != part || !confidence->isLow());
             const double share = energyOf(readWav(at("main.wav"))) / energyOf(input);
             const QString text = QStringLiteral("part %1 gets %2").arg(int(other)).arg(share);
-            QVERIFY2(other == part ? share > least : share < 0.01, qPrintable(text));
+            QVERIFY2(other == part ? share > least : share < most, qPrintable(text));
         }
     }
 
@@ -217,7 +232,7 @@ private slots:
     void programSeparates_data()
     {
         const Rows<QStringList, int, QByteArray> add;
-        add("done", {"in.wav", "vocals", "1.wav", "2.wav"}, 0, "");
+        add("done", {"in.wav", "vocals", "1.wav", "2.wav"}, 0, "low confidence (0.00)");
         add("usage", {"in.wav", "vocals"}, 2, "error: Four arguments");
         add("instrument", {"in.wav", "flute", "1.wav", "2.wav"}, 2, "error: There is no such");
         add("no WAV", {"text", "vocals", "1.wav", "2.wav"}, 1, "error: The file is not");
