@@ -235,6 +235,9 @@ private slots:
             file.write(readAll(songFile()));
             file.finish();
             answer = QByteArray::fromStdString(server.processing.proceed(m_form, context, file));
+            // Another job of the file needs as much room again.
+            if (bytes > 0)
+                QVERIFY_EXCEPTION_THROWN((void)server.processing.repeat(m_form, context), Refusal);
         } catch (const Refusal &sentence) {
             answer = sentence.what();
         }
@@ -274,7 +277,8 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> m_dir;
-    const Fields m_form = Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3");
+    const Fields m_form = Fields::fromForm("instrument=bass&version=full&fileName=a&extension=mp3"
+                                           "&uploadedFileName=x.wav");
 };
 
 TEKO_TEST(TestServerLimits)

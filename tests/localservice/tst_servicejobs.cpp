@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The TEKO authors
 // SPDX-License-Identifier: Apache-2.0
 #include "localservice/api/processing.h"
+#include "localservice/api/servicestatus.h"
 #include "localservice/base/refusal.h"
 #include "stores.h"
 #include "tests/support/rows.h"
@@ -250,6 +251,8 @@ private slots:
         file.begin(account, "b.wav", 1 << 30);
         QVERIFY_EXCEPTION_THROWN(file.write(std::string(1 << 24, 'x')), Refusal);
         QVERIFY(!std::filesystem::exists(file.path()));
+        QCOMPARE(ServiceStatus(stores.database, stores.folder, 1).problem(),
+                 std::string("The disk is full."));
         // Others take what the reserve has left.
         std::filesystem::remove(stores.folder.database().replace_filename("reserve"));
         fillDisk();

@@ -192,6 +192,7 @@ private slots:
     {
         const Rows<QStringList> add;
         add("by HTTP", {});
+        add("for the network", {"--listen", "0.0.0.0:0"});
         add("by HTTPS",
             {"--tls-cert", QFINDTESTDATA("tls.pem"), "--tls-key", QFINDTESTDATA("tls.pem")});
     }
@@ -203,10 +204,11 @@ private slots:
         RunningService service(dir.path(), options);
         if (service.log().contains("built without TLS"))
             QSKIP("This service speaks plain HTTP only.");
-        QCOMPARE(service.url.startsWith("https:"), !options.isEmpty());
+        QCOMPARE(service.url.startsWith("https:"), options.contains("--tls-cert"));
         QCOMPARE(run({"status", "--data", dir.path()}), 0);
         QVERIFY(m_program.readAllStandardOutput().contains("local@localhost: 0 running"));
         service.crash();
+        QCOMPARE(service.log().contains("WARNING: without TLS"), options.contains("--listen"));
         for (const QString &folder : {dir.path(), m_dir->filePath("nothing")}) {
             QCOMPARE(run({"status", "--data", folder}), 1);
             QVERIFY(m_program.readAllStandardError().contains("No service is running"));
