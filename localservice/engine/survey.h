@@ -40,8 +40,8 @@ private:
     FrameMasks m_masks;
     int m_heard = 0; // hops of this piece
     std::size_t m_firstHighBin;
-    // Of the song's energy: all of it, what each part gets, and what the wanted one gets of that
-    // when its masks are applied once more; the last two then from m_firstHighBin on.
+    // The song's energy; what of it each part gets; what the wanted one gets when its masks are
+    // applied once more. High: what the wanted one gets from m_firstHighBin on.
     double m_energy = 0;
     std::array<double, partCount> m_shares{};
     double m_sure = 0;
