@@ -85,6 +85,7 @@ private slots:
         // The session is the one of the moment, whatever the service would like to hear.
         server().on(path, {Answer::text("1", 200, {"Set-Cookie: teko-session=else; Path=/"})});
         operation(*m_client);
+        QTRY_COMPARE(server().requests(path).size(), 1);
         m_home->signIn("h ;\r\nX: y");
         operation(*m_client);
         QTRY_COMPARE(server().requests(path).size(), 2);
